@@ -1,0 +1,1 @@
+# Sources of platform_posix: files.

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace orvane {
+
+/// A content file that can be copied, opened once and kept while any creation uses it. Opaque to the core.
+class ContentSource {
+public:
+    virtual ~ContentSource() = default;
+};
+
+/// What a new item gets besides its name.
+struct ItemAttributes {
+    int label = 0;                     ///< Finder label 1 to 7; 0 sets none
+    std::optional<unsigned> mode = {}; ///< permission bits 0 to 07777; absent keeps what creation gives
+};
+
+/// Makes the items of one hierarchy, in the order of a walk through it, and can take away again exactly what it made.
+///
+/// The writer stands in a current folder, at first the base. It never follows a symbolic link below the base, never
+/// overwrites or deletes anything that it did not make itself, and works whatever the length of the full path.
+/// Names are single path components in UTF-8; a name that the file system refuses ("." and ".." included) fails.
+/// After a failure `lastError()` tells why. One thread at a time.
+class HierarchyWriter {
+public:
+    virtual ~HierarchyWriter() = default;
+
+    /// Makes the folder `name` in the current folder and enters it; one that exists is entered as it is.
+    /// False when that is impossible; the current folder is then unchanged.
+    [[nodiscard]] virtual bool enterFolder(std::string_view name) = 0;
+    /// Gives the current folder its label and then its mode (failures of both are ignored) and returns to its parent.
+    virtual void leaveFolder(const ItemAttributes &attributes) = 0;
+
+    /// Makes the file `name`, a copy of `source` (contents, mode, times, extended attributes; a folder with all below it),
+    /// then applies `attributes`. False when the name is taken or the copy fails; nothing of it is left then.
+    [[nodiscard]] virtual bool copyItem(std::string_view name, const ContentSource &source, const ItemAttributes &attributes) = 0;
+    /// Makes the file `name` empty, then applies `attributes`. A regular file of that name that this writer made
+    /// earlier is emptied instead; anything else of that name makes it fail.
+    [[nodiscard]] virtual bool makeEmptyFile(std::string_view name, const ItemAttributes &attributes) = 0;
+
+    /// Removes everything that this writer made, newest first, and nothing else: a folder that holds something
+    /// foreign stays with it. Errors are ignored. The writer cannot be used for anything else afterwards.
+    virtual void removeEverythingMade() = 0;
+
+    /// `errno` of the last failed call.
+    [[nodiscard]] virtual int lastError() const = 0;
+};
+
+/// Files and folders. Paths are absolute or relative to the working folder, UTF-8 bytes as they are. Any thread,
+/// but each object one at a time.
+class FileSystem {
+public:
+    virtual ~FileSystem() = default;
+    /// True when something is there, symbolic links followed; a dangling link counts as nothing.
+    [[nodiscard]] virtual bool fileExists(std::string_view path) = 0;
+    /// True when this process may execute the file, symbolic links followed.
+    [[nodiscard]] virtual bool isExecutableFile(std::string_view path) = 0;
+    /// The content file at the path, symbolic links (which stand for aliases) followed to the end. Null when there is
+    /// none or it is not readable, for a dangling or cyclic link, a link to a folder, a FIFO, socket or device.
+    /// A folder at the path itself is a source. Owned by the file system, valid until `forgetContents()`; repeated calls
+    /// for one path open it once.
+    [[nodiscard]] virtual const ContentSource *contentSource(std::string_view path) = 0;
+    /// Lets go of all content sources, so that the next creation sees changed files.
+    virtual void forgetContents() = 0;
+    /// Starts a hierarchy inside `basePath`; the folder and its parents are made when they do not exist.
+    /// Null when that is impossible. Writers must not outlive the file system or `forgetContents()`.
+    [[nodiscard]] virtual std::unique_ptr<HierarchyWriter> beginHierarchy(std::string_view basePath) = 0;
+};
+
+} // namespace orvane

@@ -1,0 +1,1 @@
+# Tests: e2e/e2e.
