@@ -50,8 +50,8 @@ public:
     [[nodiscard]] virtual int lastError() const = 0;
 };
 
-/// Files and folders. Paths are absolute or relative to the working folder, UTF-8 bytes as they are. Any thread,
-/// but each object one at a time.
+/// Files and folders. Paths are absolute or relative to the working folder, UTF-8 bytes as they are. `fileExists` and
+/// `isExecutableFile` may be called from any thread at any time; everything else belongs to the main thread.
 class FileSystem {
 public:
     virtual ~FileSystem() = default;

@@ -65,8 +65,11 @@ struct ORVPresetManagerPorts {
     CreationProgress *progress = nullptr;
 };
 
-/// The last values of automatic variables by variable name, a copy that its owner may change.
-using ORVAutomaticVariables = std::map<std::string, PropertyListValue, std::less<>>;
+/// The last values of automatic variables by variable name, a copy that its owner may change. Values put in by the owner
+/// must live as long as the copy.
+struct ORVAutomaticVariables : std::map<std::string, PropertyListValue, std::less<>> {
+    PropertyList storage; ///< what the values that were read borrow from
+};
 
 /// A script to run after a creation, handed to a thread of its own.
 struct ORVPostflightJob {
@@ -240,7 +243,6 @@ private:
     std::optional<std::string> _applicationSupport;    ///< once asked for
     std::unique_ptr<HierarchyWriter> _failedHierarchy; ///< what the last failed creation made
     std::string _failedPath;                           ///< its top node's path
-    PropertyList _automaticVarsDocument;               ///< storage of the last counters handed out
     bool _keepsPreferencesLocked = false;
 };
 

@@ -24,7 +24,4 @@ namespace orvane {
 /// which the result may borrow from.
 [[nodiscard]] std::string_view ORVTextView(const PropertyListValue *value, std::string &storage);
 
-/// Number of UTF-16 units that UTF-8 text takes; a byte that is no UTF-8 counts as one.
-[[nodiscard]] std::size_t ORVUTF16Length(std::string_view text);
-
 } // namespace orvane

@@ -1,0 +1,172 @@
+#include "presets/ORVPresetManager.h"
+
+#include "presets/ORVFileHelpers.h"
+#include "presets/ORVPropertyListReading.h"
+#include "presets/ORVScriptRunner.h"
+
+#include <algorithm>
+#include <utility>
+
+// From a preset to a folder on disk, and the script after it.
+
+namespace orvane {
+
+namespace {
+
+constexpr std::string_view ScriptsThatShowTheFolder = "finder"; ///< anywhere in a script's lower-case name
+
+std::string absentOr(const std::optional<std::string> &text) {
+    return text.value_or("(null)");
+}
+
+} // namespace
+
+std::vector<std::string> ORVPresetManager::variableNamesOfPreset(const PropertyListValue &preset) const {
+    std::vector<std::string> names = findBracketedKeys(ORVTextValue(preset.find("directoryName")));
+    scanHierarchyForVariableNamesVariableNames(rootNodeOfPreset(preset, "").root(), names);
+    return names;
+}
+
+PropertyList ORVPresetManager::rootNodeOfPreset(const PropertyListValue &preset, std::string_view name) {
+    PropertyListBuilder builder;
+    std::vector<PropertyListEntry> entries;
+    if (const PropertyListValue *hierarchy = preset.find("fileHierarchy"); hierarchy != nullptr) {
+        for (const PropertyListEntry &entry : hierarchy->dictionary()) {
+            if (entry.key != "isFolder" && entry.key != "permissions" && entry.key != "filename" && entry.key != "color") {
+                entries.push_back(entry);
+            }
+        }
+    }
+    entries.push_back({"isFolder", PropertyListValue::ofBoolean(true)});
+    if (!name.empty()) {
+        entries.push_back({"filename", builder.string(name)});
+    }
+    return builder.finish(builder.dictionary(entries));
+}
+
+void ORVPresetManager::createFileHierarchyFromPreset(const PropertyListValue &preset) {
+    const std::shared_ptr<const PresetArray> keptForThisRun = _presets; // the prompt may handle events that re-read them
+    const std::string nameTemplate = ORVTextValue(preset.find("directoryName"));
+    const std::vector<std::string> names = variableNamesOfPreset(preset);
+    std::unique_ptr<PreferencesStore::Lock> countersHeld;
+    if (_keepsPreferencesLocked && std::any_of(names.begin(), names.end(), isAutomaticVariable)) {
+        countersHeld = _ports.preferences.lock();
+    }
+    const ORVAutomaticVariables variables = automaticVariables();
+    _promptValues.clear();
+    std::string topLevelName = nameTemplate;
+    if (!names.empty()) {
+        _setPromptRows(names, variables);
+        _setPromptDirectoryName(nameTemplate);
+        if (!runPromptModally()) {
+            return;
+        }
+        topLevelName = replaceBracketedKeysReplace(nameTemplate, _promptValues);
+        // Before any check, so that a counter advances even when nothing is made then; deliberate.
+        _storeAutomaticValuesOfRows();
+    }
+    countersHeld.reset();
+    const std::string parent = *_contextualDirectory;
+    const std::string topLevelPath = stringByAppendingPathComponent(parent, topLevelName);
+    if (!_checkTopLevel(topLevelName, topLevelPath)) {
+        return;
+    }
+    // The path stays as it is, while the folder's name is substituted once more and cleaned: where the name holds a ":" or
+    // "/", the folder made is another than the one checked, removed, told the script and opened. Kept deliberately.
+    const PropertyList root = rootNodeOfPreset(preset, topLevelName);
+    if (!createFileNodeAtBasePathWithReplacePairs(root.root(), parent, _promptValues)) {
+        _reportCreationFailure(topLevelPath);
+        return;
+    }
+    _finishCreation(preset, topLevelPath);
+}
+
+void ORVPresetManager::_storeAutomaticValuesOfRows() {
+    // Other programs may have counted on since the counters were read: only this creation's rows change, every other entry
+    // keeps what is on disk now.
+    const std::unique_ptr<PreferencesStore::Lock> lock = _ports.preferences.lock();
+    ORVAutomaticVariables variables = automaticVariables();
+    for (const PromptValueRow &row : _promptValues) {
+        if (isAutomaticVariable(row.key)) {
+            variables[row.key] = PropertyListValue::viewOfString(row.value);
+        }
+    }
+    setAutomaticVariables(variables);
+}
+
+bool ORVPresetManager::_checkTopLevel(const std::string &name, const std::string &path) {
+    if (name.empty()) {
+        reportErrorMessage("Top level folder name is blank",
+                           "Make sure that the top-level folder name for this preset has been set in the ORV Preference Pane.");
+        return false;
+    }
+    if (_ports.fileSystem.fileExists(path)) {
+        reportErrorMessage("Directory already exists",
+                           "'" + lastPathComponent(path) + "' already exists in '" + stringByDeletingLastPathComponent(path) + "'.");
+        return false;
+    }
+    return true;
+}
+
+void ORVPresetManager::_reportCreationFailure(const std::string &topLevelPath) {
+    // Only what this run made goes, and only when it stands at the path that was checked.
+    if (_failedHierarchy && _failedPath == topLevelPath) {
+        _failedHierarchy->removeEverythingMade();
+    }
+    _failedHierarchy.reset();
+    const std::string reason = absentOr(_fileCreationError ? _fileCreationError->localizedDescription() : std::nullopt);
+    reportErrorMessage("ORV wasn't able to create the preset",
+                       "ORV wasn't able to create the preset, because a file creation failed: " + reason);
+}
+
+void ORVPresetManager::_finishCreation(const PropertyListValue &preset, const std::string &topLevelPath) {
+    const std::string scriptFile = ORVTextValue(preset.find("scriptFile"));
+    if (scriptFile.empty()) {
+        _ports.workspace.openFile(topLevelPath);
+        return;
+    }
+    const std::string scripts = stringByAppendingPathComponent(applicationSupportPath(), ORVScriptsFolder);
+    ORVPostflightJob job{stringByAppendingPathComponent(scripts, scriptFile), environmentOfScript(topLevelPath, _promptValues)};
+    const std::string scriptName = lastPathComponent(job.script);
+    if (!_ports.threads.detachNewThread([this, job = std::move(job)] { runPostflightScript(job); })) {
+        _ports.log.log("ORV script '" + scriptName + "' error: no thread could be started for it");
+    }
+    if (ORVASCIILowercase(scriptName).find(ScriptsThatShowTheFolder) == std::string::npos) {
+        _ports.workspace.openFile(topLevelPath);
+    }
+}
+
+std::map<std::string, std::string> ORVPresetManager::environmentOfScript(const std::string &topLevelPath,
+                                                                         std::span<const PromptValueRow> rows) {
+    std::map<std::string, std::string> environment{{"ORV_CONTEXT", "postflight"}, {"ORV_ROOT_PATH", topLevelPath}};
+    for (const PromptValueRow &row : rows) {
+        std::string name = _ports.textCase.uppercase(row.key);
+        std::replace(name.begin(), name.end(), ' ', '_');
+        environment["P_" + name] = row.value;
+    }
+    return environment;
+}
+
+void ORVPresetManager::runPostflightScript(const ORVPostflightJob &job) {
+    const std::string name = lastPathComponent(job.script);
+    const std::string opening = "'" + name + "' is the specified script file for this preset, ";
+    if (!_ports.fileSystem.fileExists(job.script)) {
+        reportErrorMessage("Script file not found", opening + "but that file doesn't exist.");
+        return;
+    }
+    if (!_ports.fileSystem.isExecutableFile(job.script)) {
+        reportErrorMessage("Script file not executable", opening + "but that file isn't executable.");
+        return;
+    }
+    ORVScriptRunner runner(job.script, _ports.processes, _ports.clock);
+    ORVError error;
+    if (runner.runWithArgumentsTimeoutError(job.args, ORVPostflightTimeout, &error)) {
+        return;
+    }
+    _ports.log.log("ORV script '" + name + "' error: " + absentOr(error.localizedDescription()));
+    _ports.log.log("Script stderr:\n" + absentOr(error.localizedFailureReason()));
+    reportErrorMessage("Script reported errors", opening + "and it reported errors during its execution. Check Console.app for more "
+                                                           "information on why the script failed.");
+}
+
+} // namespace orvane
