@@ -1,1 +1,12 @@
-# Tests: unit/core.
+# Tests of the core over fakes.
+orvane_add_test(NAME core_test LABEL unit
+  SOURCES
+    unit/core/DriverTest.cpp
+    unit/core/HelpersTest.cpp
+    unit/core/KeysTest.cpp
+    unit/core/ManagerCoreTest.cpp
+    unit/core/NodesTest.cpp
+    unit/core/PropertyListTest.cpp
+    unit/core/RecordsTest.cpp
+    unit/core/RunnerTest.cpp
+    unit/core/ServiceTest.cpp)
