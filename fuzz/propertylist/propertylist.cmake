@@ -1,0 +1,1 @@
+# Fuzzers of the property-list readers and writers.
