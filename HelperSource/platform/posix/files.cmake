@@ -1,1 +1,16 @@
 # Sources of platform_posix: files.
+target_sources(platform_posix PRIVATE
+  PosixContent.cpp
+  PosixContentCopy.cpp
+  PosixExtendedAttributes.cpp
+  PosixFileSystem.cpp
+  PosixFinderAttributes.cpp
+  PosixFinderInformation.cpp
+  PosixFolderCursor.cpp
+  PosixFolderReader.cpp
+  PosixHierarchyWriter.cpp
+  PosixHierarchyWriter_copies.cpp
+  PosixHierarchyWriter_folders.cpp
+  PosixHierarchyWriter_removal.cpp
+  PosixMadeItems.cpp
+  PosixPath.cpp)

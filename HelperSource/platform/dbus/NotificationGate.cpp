@@ -1,0 +1,56 @@
+#include "platform/dbus/NotificationGate.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace orvane {
+
+void NotificationGate::addObserver(const void *observer, std::string_view name, Suspension behavior, Handler handler) {
+    _registrations.push_back({++_lastNumber, observer, std::string(name), behavior, std::move(handler)});
+}
+
+void NotificationGate::removeObserver(const void *observer, std::string_view name) {
+    std::erase_if(_registrations, [&](const Registration &each) { return each.observer == observer && each.name == name; });
+    // What is kept for it stays in the row and finds nobody.
+}
+
+void NotificationGate::arrive(std::string_view name) {
+    std::vector<Registration> concerned; // a copy: handlers may change the list
+    for (const Registration &each : _registrations)
+        if (each.name == name)
+            concerned.push_back(each);
+    for (const Registration &each : concerned)
+        _handle(each);
+}
+
+void NotificationGate::resume() {
+    _isSuspended = false;
+    while (!_isSuspended && !_kept.empty()) {
+        const std::size_t number = _kept.front();
+        _kept.pop_front();
+        _deliver(number);
+    }
+}
+
+void NotificationGate::_handle(const Registration &registration) {
+    if (!_isSuspended || registration.behavior == Suspension::DeliverImmediately) {
+        _deliver(registration.number);
+        return;
+    }
+    if (registration.behavior == Suspension::Drop)
+        return;
+    if (registration.behavior == Suspension::Coalesce)
+        std::erase(_kept, registration.number);
+    _kept.push_back(registration.number);
+}
+
+void NotificationGate::_deliver(std::size_t number) {
+    const auto found =
+        std::find_if(_registrations.begin(), _registrations.end(), [&](const Registration &each) { return each.number == number; });
+    if (found == _registrations.end())
+        return;                             // removed meanwhile
+    const Handler handler = found->handler; // it may remove itself
+    handler();
+}
+
+} // namespace orvane

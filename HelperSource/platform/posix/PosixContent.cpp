@@ -1,0 +1,148 @@
+#include "platform/posix/PosixContent.h"
+
+#include "platform/posix/PosixPath.h"
+
+#include <algorithm>
+#include <cerrno>
+
+#include <fcntl.h>
+
+namespace orvane {
+
+namespace {
+
+constexpr std::size_t LargestCache = std::size_t{8} * 1024 * 1024;
+constexpr std::size_t OpenContents = 64;
+
+/// Opens without waiting for the other end of a FIFO and without making a terminal ours.
+FileDescriptor openForReading(std::string_view path) {
+    const PosixPath reached(path);
+    return FileDescriptor(
+        uninterrupted([&] { return ::openat(reached.folder(), reached.path(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
+}
+
+bool isLink(std::string_view path) {
+    while (path.size() > 1 && path.ends_with('/')) {
+        path.remove_suffix(1); // a "/" at the end would make the call follow the link
+    }
+    const PosixPath reached(path);
+    struct stat status {};
+    return ::fstatat(reached.folder(), reached.path(), &status, AT_SYMLINK_NOFOLLOW) != 0 || S_ISLNK(status.st_mode);
+}
+
+} // namespace
+
+std::unique_ptr<PosixContent> PosixContent::ofOpenItem(FileDescriptor item, std::string_view path, std::size_t cacheLeft) {
+    struct stat status {};
+    if (::fstat(item.get(), &status) != 0) {
+        return nullptr;
+    }
+    if (!S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode)) {
+        errno = EINVAL;
+        return nullptr;
+    }
+    std::unique_ptr<PosixContent> content(new PosixContent());
+    content->_path = path;
+    content->_isFolder = S_ISDIR(status.st_mode);
+    content->_size = status.st_size;
+    content->_isSparse = static_cast<off_t>(status.st_blocks) * 512 < status.st_size; // st_blocks counts 512 bytes (man stat)
+    content->_properties = {status.st_mode & 0777U, {status.st_atim, status.st_mtim}, readExtendedAttributes(item.get())};
+    const auto size = static_cast<std::size_t>(status.st_size);
+    if (!content->_isFolder && size <= PosixLargestCachedContent && size <= cacheLeft) {
+        if (!content->_read(item.get())) {
+            return nullptr;
+        }
+    } else {
+        content->_descriptor = std::move(item);
+    }
+    return content;
+}
+
+/// Asks for one byte more than the size says, so that a single call sees the end of an unchanged file.
+bool PosixContent::_read(int descriptor) {
+    _bytes.resize(static_cast<std::size_t>(_size) + 1);
+    std::size_t got = 0;
+    while (got < _bytes.size()) {
+        const ssize_t done = uninterrupted([&] { return ::read(descriptor, _bytes.data() + got, _bytes.size() - got); });
+        if (done < 0) {
+            return false;
+        }
+        got += static_cast<std::size_t>(done);
+        if (done == 0 || got == static_cast<std::size_t>(_size)) {
+            break;
+        }
+    }
+    _bytes.resize(std::min(got, static_cast<std::size_t>(_size)));
+    _isInMemory = true;
+    return true;
+}
+
+int PosixContent::descriptor() const {
+    if (!_descriptor) {
+        _descriptor = openForReading(_path);
+    }
+    if (_descriptor && _store != nullptr) {
+        _store->used(*this);
+    }
+    return _descriptor.get();
+}
+
+const PosixContent *PosixContentStore::content(std::string_view path) {
+    const auto known = _contents.find(path);
+    if (known != _contents.end()) {
+        return known->second.get();
+    }
+    auto loaded = path.find('\0') == path.npos ? _load(path) : nullptr;
+    PosixContent *const content = loaded.get();
+    _contents.emplace(std::string(path), std::move(loaded));
+    if (content != nullptr) {
+        content->_store = this;
+        _cached += content->_bytes.size();
+        if (content->_descriptor) {
+            used(*content);
+        }
+    }
+    return content;
+}
+
+void PosixContentStore::forget() {
+    _open.clear();
+    _contents.clear();
+    _cached = 0;
+}
+
+void PosixContentStore::closeAll() {
+    for (const PosixContent *const content : _open) {
+        content->_descriptor.reset();
+    }
+    _open.clear();
+}
+
+void PosixContentStore::used(const PosixContent &content) {
+    content._lastUse = ++_uses;
+    if (std::find(_open.begin(), _open.end(), &content) != _open.end()) {
+        return;
+    }
+    if (_open.size() >= OpenContents) {
+        _closeOldest();
+    }
+    _open.push_back(&content);
+}
+
+std::unique_ptr<PosixContent> PosixContentStore::_load(std::string_view path) const {
+    FileDescriptor item = openForReading(path);
+    if (!item) {
+        return nullptr;
+    }
+    auto content = PosixContent::ofOpenItem(std::move(item), path, LargestCache - std::min(_cached, LargestCache));
+    return content != nullptr && content->isFolder() && isLink(path) ? nullptr : std::move(content);
+}
+
+void PosixContentStore::_closeOldest() {
+    const auto oldest =
+        std::min_element(_open.begin(), _open.end(), [](const auto *left, const auto *right) { return left->_lastUse < right->_lastUse; });
+    (*oldest)->_descriptor.reset();
+    _open.erase(oldest);
+}
+
+} // namespace orvane

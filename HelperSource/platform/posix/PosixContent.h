@@ -1,0 +1,98 @@
+#pragma once
+
+#include "platform/posix/FileDescriptor.h"
+#include "platform/posix/PosixExtendedAttributes.h"
+#include "ports/FileSystem.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include <sys/stat.h>
+
+namespace orvane {
+
+/// Contents up to this size are read once and written from memory, which beats every kernel copy for small files.
+inline constexpr std::size_t PosixLargestCachedContent = std::size_t{128} * 1024;
+
+/// What a copy takes along beside the bytes.
+struct PosixItemProperties {
+    mode_t mode = 0; ///< the nine permission bits
+    std::array<timespec, 2> times{};
+    PosixExtendedAttributes attributes;
+};
+
+/// An opened content file, or a folder of contents.
+class PosixContent final : public ContentSource {
+public:
+    /// Looks at an open file or folder; reads the bytes of a regular file into memory when they fit in `cacheLeft`, and
+    /// keeps the descriptor otherwise. Null, with `errno`, for anything but a regular file or folder and when reading
+    /// fails. `path` serves to open it again.
+    [[nodiscard]] static std::unique_ptr<PosixContent> ofOpenItem(FileDescriptor item, std::string_view path, std::size_t cacheLeft);
+
+    [[nodiscard]] bool isFolder() const { return _isFolder; }
+    [[nodiscard]] const PosixItemProperties &properties() const { return _properties; }
+    [[nodiscard]] bool isInMemory() const { return _isInMemory; }
+    [[nodiscard]] const std::string &bytes() const { return _bytes; }
+    [[nodiscard]] off_t size() const { return _size; }
+    /// True when the file takes less room than its size, so that it has holes.
+    [[nodiscard]] bool isSparse() const { return _isSparse; }
+    /// Descriptor of a content that is not in memory; opened again when it was closed meanwhile. -1 with `errno` when
+    /// that fails.
+    [[nodiscard]] int descriptor() const;
+
+private:
+    friend class PosixContentStore;
+    PosixContent() = default;
+    [[nodiscard]] bool _read(int descriptor);
+
+    std::string _path;
+    PosixItemProperties _properties;
+    std::string _bytes;
+    off_t _size = 0;
+    bool _isFolder = false;
+    bool _isSparse = false;
+    bool _isInMemory = false;
+    mutable FileDescriptor _descriptor;
+    class PosixContentStore *_store = nullptr; ///< null for a content that nobody keeps
+    mutable std::uint64_t _lastUse = 0;
+};
+
+/// The contents of one file system object, each opened once. Keeps at most 8 MiB of bytes and 64 descriptors; of more
+/// large contents than that, the ones not used for longest are closed and opened again on their next use.
+class PosixContentStore {
+public:
+    PosixContentStore() = default;
+    PosixContentStore(const PosixContentStore &) = delete;
+    PosixContentStore &operator=(const PosixContentStore &) = delete;
+
+    /// See `FileSystem::contentSource`.
+    [[nodiscard]] const PosixContent *content(std::string_view path);
+    void forget();
+    /// Closes all descriptors, for want of them elsewhere.
+    void closeAll();
+    /// Called when a content's descriptor is used.
+    void used(const PosixContent &content);
+
+private:
+    struct Hash {
+        using is_transparent = void;
+        [[nodiscard]] std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
+    };
+
+    [[nodiscard]] std::unique_ptr<PosixContent> _load(std::string_view path) const;
+    void _closeOldest();
+
+    std::unordered_map<std::string, std::unique_ptr<PosixContent>, Hash, std::equal_to<>> _contents;
+    std::vector<const PosixContent *> _open;
+    std::size_t _cached = 0; ///< bytes
+    std::uint64_t _uses = 0;
+};
+
+} // namespace orvane

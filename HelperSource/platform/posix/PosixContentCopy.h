@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string_view>
+
+#include <sys/types.h>
+
+// Copying of file contents from descriptor to descriptor.
+
+namespace orvane {
+
+/// Writes all bytes at the descriptor's position. False with `errno`; a file system that takes a part and then nothing
+/// counts as full (ENOSPC).
+[[nodiscard]] bool writeContents(int to, std::string_view bytes);
+
+/// Copies the first `size` bytes of `from` into the empty file `to`, in the cheapest way that the file systems offer:
+/// sharing the blocks (FICLONE), copying inside the kernel (copy_file_range, then sendfile), last by reading and writing.
+/// With `sparse` only what SEEK_DATA finds is copied, so that holes stay holes. Positions of both descriptors change.
+/// A source that is shorter meanwhile gives a shorter copy. False with `errno`.
+[[nodiscard]] bool copyContents(int from, int to, off_t size, bool sparse);
+
+} // namespace orvane

@@ -1,0 +1,125 @@
+#include "platform/posix/PosixFolderCursor.h"
+
+#include <algorithm>
+#include <cerrno>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace orvane {
+
+namespace {
+
+/// Levels below an anchor that are reached by path. Looking a component up takes about 30 ns, an anchor costs two calls.
+constexpr std::size_t LevelsByPath = 8;
+/// Bytes of such a path; with a name of 255 it stays far below PATH_MAX.
+constexpr std::size_t BytesByPath = 1000;
+/// Anchors that stay open beside the root's; a process has at least 1,024 descriptors as a rule.
+constexpr std::size_t OpenAnchors = 128;
+/// When descriptors run out, all anchors but so many are closed before the second attempt.
+constexpr std::size_t AnchorsInNeed = 1;
+
+constexpr int FolderFlags = O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+
+} // namespace
+
+PosixFolderCursor::PosixFolderCursor(FileDescriptor root) {
+    _levels.push_back({PosixMadeItems::Root, 0, {.anchored = true}});
+    _anchors.push_back({std::move(root), 0, 0, {}});
+}
+
+PosixFolderCursor::Place PosixFolderCursor::place(std::string_view name) {
+    _path.resize(_levels.back().pathEnd);
+    _path.append(name);
+    return {_anchors.back().folder.get(), _path.c_str() + _anchors.back().pathStart};
+}
+
+PosixFolderCursor::Place PosixFolderCursor::currentFolder() {
+    const std::size_t start = _anchors.back().pathStart;
+    const std::size_t end = _levels.back().pathEnd;
+    _scratch.assign(_path, start, end > start ? end - start - 1 : 0);
+    return {_anchors.back().folder.get(), _scratch.c_str()};
+}
+
+bool PosixFolderCursor::enter(std::string_view name, Index item, const Options &options) {
+    const Level &parent = _levels.back();
+    const Anchor &above = _anchors.back();
+    const bool anchored = options.anchored || !parent.options.isPrivate || _levels.size() - above.level > LevelsByPath ||
+                          parent.pathEnd - above.pathStart + name.size() > BytesByPath;
+    FileDescriptor folder = anchored ? _open(name) : FileDescriptor();
+    if (anchored && !folder) {
+        return false;
+    }
+    _path.resize(parent.pathEnd);
+    _path.append(name).push_back('/');
+    _levels.push_back({item, _path.size(), options});
+    _levels.back().options.anchored = anchored;
+    if (anchored) {
+        _anchors.push_back({std::move(folder), _levels.size() - 1, _path.size(), {}});
+        _closeAnchorsBut(OpenAnchors);
+    }
+    return true;
+}
+
+FileDescriptor PosixFolderCursor::leave() {
+    FileDescriptor left;
+    if (_levels.back().options.anchored) {
+        left = std::move(_anchors.back().folder);
+        const std::size_t level = _anchors.back().level;
+        _anchors.pop_back();
+        if (!_anchors.back().folder) {
+            _reopenLast(left.get(), level - _anchors.back().level);
+        }
+        _firstOpen = std::min(_firstOpen, _anchors.size());
+    }
+    _levels.pop_back();
+    _path.resize(_levels.back().pathEnd);
+    return left;
+}
+
+PosixMadeItems::Identity PosixFolderCursor::identityOf(int folder) {
+    struct stat status {};
+    return ::fstat(folder, &status) == 0 ? PosixMadeItems::Identity{status.st_dev, status.st_ino} : PosixMadeItems::Identity{};
+}
+
+/// Opens for reading, which setting a label needs; a folder that may only be passed through is opened as mere path.
+FileDescriptor PosixFolderCursor::_open(std::string_view name) {
+    for (int attempt = 0;; ++attempt) {
+        const Place at = place(name);
+        FileDescriptor folder(uninterrupted([&] { return ::openat(at.folder, at.path, O_RDONLY | FolderFlags); }));
+        if (!folder && errno == EACCES) {
+            folder = FileDescriptor(::openat(at.folder, at.path, O_PATH | FolderFlags));
+        }
+        if (folder || attempt > 0 || errno != EMFILE) {
+            return folder;
+        }
+        _closeAnchorsBut(AnchorsInNeed);
+    }
+}
+
+void PosixFolderCursor::_closeAnchorsBut(std::size_t count) {
+    for (; _anchors.size() - _firstOpen > count; ++_firstOpen) {
+        Anchor &anchor = _anchors[_firstOpen];
+        anchor.identity = identityOf(anchor.folder.get());
+        anchor.folder.reset();
+    }
+}
+
+/// Opens the deepest anchor again from a folder that lies `levels` below it. Where that leads to another folder (somebody
+/// moved ours away) it stays closed, and every call in it fails.
+void PosixFolderCursor::_reopenLast(int below, std::size_t levels) {
+    std::string up;
+    for (std::size_t i = 0; i < levels; ++i) {
+        up += "../";
+    }
+    FileDescriptor folder(::openat(below, up.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!folder && errno == EACCES) {
+        folder = FileDescriptor(::openat(below, up.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    }
+    if (folder && identityOf(folder.get()) == _anchors.back().identity) {
+        _anchors.back().folder = std::move(folder);
+    }
+    _firstOpen = _anchors.size() - 1;
+}
+
+} // namespace orvane

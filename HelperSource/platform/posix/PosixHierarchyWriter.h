@@ -1,0 +1,120 @@
+#pragma once
+
+#include "platform/posix/FileDescriptor.h"
+#include "platform/posix/PosixContent.h"
+#include "platform/posix/PosixFolderCursor.h"
+#include "platform/posix/PosixMadeItems.h"
+#include "ports/FileSystem.h"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include <sys/stat.h>
+
+namespace orvane {
+
+/// What the writer has to know about the process.
+struct PosixProcessTraits {
+    mode_t umask = 0;     ///< permission bits that new items do not get
+    bool hasProc = false; ///< /proc is there
+};
+
+/// `HierarchyWriter` on "at" system calls: one call for an ordinary folder or empty file, four for a copy from memory
+/// (open, write, times, close).
+///
+/// The mode travels in the call that makes the item wherever the result is exactly that mode, else one more call sets it.
+/// Relative paths of several components are used only in folders that nobody else can write in (see PosixFolderCursor);
+/// with a umask that leaves group or others the right to write, or a default ACL, every folder is opened instead.
+class PosixHierarchyWriter final : public HierarchyWriter {
+public:
+    /// Starts in an open folder. `contents` is asked to let go of descriptors when there are no more.
+    PosixHierarchyWriter(FileDescriptor base, const PosixProcessTraits &traits, PosixContentStore &contents);
+
+    /// Makes the current folder the base, which is never left; for the folders above it that had to be made first.
+    void settle() { _baseDepth = _cursor.depth(); }
+
+    [[nodiscard]] bool enterFolder(std::string_view name) override;
+    void leaveFolder(const ItemAttributes &attributes) override;
+    [[nodiscard]] bool copyItem(std::string_view name, const ContentSource &source, const ItemAttributes &attributes) override;
+    [[nodiscard]] bool makeEmptyFile(std::string_view name, const ItemAttributes &attributes) override;
+    void removeEverythingMade() override;
+    [[nodiscard]] int lastError() const override { return _error; }
+
+private:
+    using Index = PosixMadeItems::Index;
+    using Place = PosixFolderCursor::Place;
+
+    /// How an item gets its mode: `create` in the call that makes it, then `final` in a call of its own if `isSeparate`.
+    struct ModePlan {
+        mode_t create;
+        mode_t final;
+        bool isSeparate;
+    };
+    /// What a folder gets when it is left.
+    struct FolderFinish {
+        int label = 0;
+        std::optional<unsigned> mode;
+        const PosixItemProperties *properties = nullptr; ///< times and attributes of the folder that it is a copy of
+    };
+
+    bool _fail(int error);
+    [[nodiscard]] bool _mayUse(std::string_view name);
+    [[nodiscard]] ModePlan _planMode(std::optional<unsigned> mode, bool writesAttributes) const;
+    [[nodiscard]] bool _note(std::string_view name);
+    /// Takes a file away that could not be finished; `errno` stays.
+    void _drop(std::string_view name);
+
+    // Folders. These leave `errno`.
+    [[nodiscard]] bool _makeFolder(std::string_view name, mode_t mode);
+    [[nodiscard]] bool _enterMadeFolder(std::string_view name);
+    [[nodiscard]] bool _enterExistingFolder(std::string_view name);
+    void _lookAtOpenFolder(Index item);
+    void _finishFolder(const FolderFinish &finish);
+    void _rememberMode(Index item, unsigned mode);
+
+    // Files. These leave `errno`.
+    [[nodiscard]] bool _makeNewEmptyFile(std::string_view name, const ItemAttributes &attributes);
+    [[nodiscard]] bool _makeLabelledFile(std::string_view name, const ModePlan &plan, int label);
+    [[nodiscard]] bool _emptyAgain(std::string_view name, const ItemAttributes &attributes);
+    [[nodiscard]] bool _copyFile(std::string_view name, const PosixContent &content, const ItemAttributes &attributes);
+    [[nodiscard]] bool _copySmall(std::string_view name, const PosixContent &content, const ModePlan &plan,
+                                  const PosixExtendedAttributes &attributes);
+    [[nodiscard]] bool _copyLarge(std::string_view name, const PosixContent &content, const ModePlan &plan,
+                                  const PosixExtendedAttributes &attributes);
+    [[nodiscard]] FileDescriptor _openUnnamed(const ModePlan &plan);
+    [[nodiscard]] FileDescriptor _openHidden(const ModePlan &plan, std::string &hiddenName);
+    [[nodiscard]] bool _publishUnnamed(int file, std::string_view name);
+    [[nodiscard]] bool _publishHidden(const std::string &hiddenName, std::string_view name);
+
+    // Folders of contents. These leave `errno`.
+    [[nodiscard]] bool _copyFolder(std::string_view name, const PosixContent &content, const ItemAttributes &attributes);
+    [[nodiscard]] bool _copyTree(std::string_view name, int source, const ItemAttributes &attributes);
+    [[nodiscard]] bool _copyFilesOf(class PosixFolderReader &reader);
+    [[nodiscard]] bool _copyLink(std::string_view name, int folder);
+
+    // Removal.
+    void _removeFrom(Index first);
+    [[nodiscard]] bool _goTo(Index folder);
+    [[nodiscard]] bool _goInto(Index folder);
+
+    PosixProcessTraits _traits;
+    PosixContentStore &_contents;
+    PosixMadeItems _items;
+    PosixFolderCursor _cursor;
+    std::size_t _baseDepth = 0;
+    int _error = 0;
+    bool _isOver = false;
+    bool _hasMakeNode = true;  ///< mknodat makes regular files here
+    bool _hasUnnamed = true;   ///< O_TMPFILE works here
+    unsigned _hiddenNames = 0; ///< hidden names used so far
+};
+
+/// Sets mode bits (07777) of an open item, also of one opened as mere path. False with `errno`.
+bool setModeOfOpenItem(int item, unsigned mode);
+
+/// True when new items in the open folder get permissions from a default ACL, and when that cannot be found out.
+[[nodiscard]] bool hasDefaultACL(int folder);
+
+} // namespace orvane

@@ -1,0 +1,169 @@
+#include "platform/posix/PosixHierarchyWriter.h"
+
+#include "platform/posix/PosixContentCopy.h"
+#include "platform/posix/PosixFinderAttributes.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <string>
+
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/stat.h>
+
+// Copies of content files. A small one is written from memory by a single call into the new file; a process killed before
+// that call leaves an empty file at worst. A large one takes several calls, so it is written under no name at all and
+// gets its name when it is complete; where the file system has no files without names, under a hidden one.
+
+namespace orvane {
+
+namespace {
+
+constexpr int NewFile = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+
+/// The source's attributes with the label merged into them.
+PosixExtendedAttributes withLabel(PosixExtendedAttributes attributes, int label) {
+    for (PosixExtendedAttribute &changed : attributesForFinderLabel(attributes, label)) {
+        bool found = false;
+        for (PosixExtendedAttribute &each : attributes) {
+            if (each.name == changed.name) {
+                each.value = changed.value;
+                found = true;
+            }
+        }
+        if (!found) {
+            attributes.push_back(std::move(changed));
+        }
+    }
+    return attributes;
+}
+
+/// Everything but the bytes. None of it failing fails the copy: the file system may know no attributes, for one.
+void finishFile(int file, const PosixContent &content, const PosixExtendedAttributes &attributes, bool setsMode, unsigned mode) {
+    if (!attributes.empty()) {
+        writeFinderAttributes(file, attributes);
+    }
+    if (setsMode) {
+        setModeOfOpenItem(file, mode);
+    }
+    ::futimens(file, content.properties().times.data());
+}
+
+} // namespace
+
+bool PosixHierarchyWriter::_copyFile(std::string_view name, const PosixContent &content, const ItemAttributes &attributes) {
+    PosixExtendedAttributes labelled;
+    const PosixExtendedAttributes *written = &content.properties().attributes;
+    if (attributes.label != 0) {
+        labelled = withLabel(*written, attributes.label);
+        written = &labelled;
+    }
+    const ModePlan plan = _planMode(attributes.mode.value_or(content.properties().mode), !written->empty());
+    const bool done = content.isInMemory() ? _copySmall(name, content, plan, *written) : _copyLarge(name, content, plan, *written);
+    return done && _note(name);
+}
+
+bool PosixHierarchyWriter::_copySmall(std::string_view name, const PosixContent &content, const ModePlan &plan,
+                                      const PosixExtendedAttributes &attributes) {
+    const Place at = _cursor.place(name);
+    FileDescriptor file(uninterrupted([&] { return ::openat(at.folder, at.path, NewFile, plan.create); }));
+    if (!file) {
+        return false;
+    }
+    if (writeContents(file.get(), content.bytes())) {
+        finishFile(file.get(), content, attributes, plan.isSeparate, plan.final);
+        if (file.closeChecked()) {
+            return true;
+        }
+    }
+    _drop(name);
+    return false;
+}
+
+bool PosixHierarchyWriter::_copyLarge(std::string_view name, const PosixContent &content, const ModePlan &plan,
+                                      const PosixExtendedAttributes &attributes) {
+    int source = content.descriptor();
+    if (source < 0 && errno == EMFILE) {
+        _contents.closeAll();
+        source = content.descriptor();
+    }
+    struct stat status {};
+    const Place at = _cursor.place(name);
+    if (source < 0) {
+        return false;
+    }
+    if (::fstatat(at.folder, at.path, &status, AT_SYMLINK_NOFOLLOW) == 0) {
+        errno = EEXIST; // known before gigabytes are copied; the publication itself refuses as well
+        return false;
+    }
+    std::string hidden;
+    FileDescriptor file = _openUnnamed(plan);
+    if (!file) {
+        file = _openHidden(plan, hidden);
+    }
+    bool done = file && copyContents(source, file.get(), content.size(), content.isSparse());
+    if (done) {
+        finishFile(file.get(), content, attributes, plan.isSeparate, plan.final);
+        done = hidden.empty() ? _publishUnnamed(file.get(), name) : file.closeChecked() && _publishHidden(hidden, name);
+    }
+    if (!done && !hidden.empty()) {
+        _drop(hidden);
+    }
+    return done;
+}
+
+/// A file that has no name yet, in the current folder. None where that is not possible.
+FileDescriptor PosixHierarchyWriter::_openUnnamed(const ModePlan &plan) {
+    if (!_hasUnnamed || !_traits.hasProc) {
+        return {};
+    }
+    const Place at = _cursor.currentFolder();
+    const char *const folder = at.path[0] == '\0' ? "." : at.path;
+    FileDescriptor file(uninterrupted([&] { return ::openat(at.folder, folder, O_TMPFILE | O_WRONLY | O_CLOEXEC, plan.create); }));
+    _hasUnnamed = file || (errno != EOPNOTSUPP && errno != EISDIR);
+    return file;
+}
+
+FileDescriptor PosixHierarchyWriter::_openHidden(const ModePlan &plan, std::string &hiddenName) {
+    constexpr int attempts = 100; // others of the same name can only be left over from a killed process of this number
+    FileDescriptor file;
+    for (int i = 0; i < attempts && !file && (i == 0 || errno == EEXIST); ++i) {
+        hiddenName = ".orvane-" + std::to_string(::getpid()) + '-' + std::to_string(_hiddenNames++);
+        const Place at = _cursor.place(hiddenName);
+        file = FileDescriptor(uninterrupted([&] { return ::openat(at.folder, at.path, NewFile, plan.create); }));
+    }
+    if (!file) {
+        hiddenName.clear();
+    }
+    return file;
+}
+
+bool PosixHierarchyWriter::_publishUnnamed(int file, std::string_view name) {
+    const Place at = _cursor.place(name);
+    const std::string path = "/proc/self/fd/" + std::to_string(file);
+    return ::linkat(AT_FDCWD, path.c_str(), at.folder, at.path, AT_SYMLINK_FOLLOW) == 0;
+}
+
+/// Gives the hidden file its name unless something has it. Where the file system cannot refuse in one step, the name is
+/// first taken by an empty file, which the renaming then replaces.
+bool PosixHierarchyWriter::_publishHidden(const std::string &hiddenName, std::string_view name) {
+    const std::string from(_cursor.place(hiddenName).path);
+    const Place at = _cursor.place(name);
+    if (::renameat2(at.folder, from.c_str(), at.folder, at.path, RENAME_NOREPLACE) == 0) {
+        return true;
+    }
+    if (errno != EINVAL && errno != ENOSYS && errno != EOPNOTSUPP) {
+        return false;
+    }
+    const FileDescriptor placeholder(::openat(at.folder, at.path, NewFile, 0600));
+    if (!placeholder) {
+        return false;
+    }
+    if (::renameat(at.folder, from.c_str(), at.folder, at.path) == 0) {
+        return true;
+    }
+    _drop(name);
+    return false;
+}
+
+} // namespace orvane

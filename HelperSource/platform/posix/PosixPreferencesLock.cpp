@@ -1,0 +1,101 @@
+#include "platform/posix/PosixPreferencesLock.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include <ctime>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+
+namespace orvane {
+
+namespace {
+
+void pauseFor(std::chrono::milliseconds time) {
+    timespec left{time.count() / 1000, static_cast<long>(time.count() % 1000) * 1'000'000};
+    while (::nanosleep(&left, &left) != 0 && errno == EINTR) {
+    }
+}
+
+} // namespace
+
+std::string folderOfPreferencesPath(const std::string &path) {
+    const std::size_t slash = path.find_last_of('/');
+    if (slash == std::string::npos) {
+        return ".";
+    }
+    return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+bool makePreferencesFolder(const std::string &path) {
+    if (::mkdir(path.c_str(), 0700) == 0 || errno == EEXIST) {
+        return true;
+    }
+    const std::string parent = folderOfPreferencesPath(path);
+    if (errno != ENOENT || parent == path || !makePreferencesFolder(parent)) {
+        return false;
+    }
+    return ::mkdir(path.c_str(), 0700) == 0 || errno == EEXIST;
+}
+
+bool PosixPreferencesLock::_open(std::string &why) {
+    constexpr int flags = O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
+    _file = FileDescriptor(uninterrupted([&] { return ::open(_path.c_str(), flags, 0600); }));
+    if (!_file && errno == ENOENT && makePreferencesFolder(folderOfPreferencesPath(_path))) {
+        _file = FileDescriptor(uninterrupted([&] { return ::open(_path.c_str(), flags, 0600); }));
+    }
+    if (!_file) {
+        why = "the lock file " + _path + " cannot be opened: " + std::strerror(errno);
+    }
+    return static_cast<bool>(_file);
+}
+
+/// Whether the open file is still the one at the path: whoever cleans temporary folders may have taken it away, and a
+/// lock on a file that nobody else finds keeps nobody out.
+bool PosixPreferencesLock::_isCurrent() const {
+    struct stat open {};
+    struct stat found {};
+    return ::fstat(_file.get(), &open) == 0 && ::stat(_path.c_str(), &found) == 0 && open.st_dev == found.st_dev &&
+           open.st_ino == found.st_ino;
+}
+
+bool PosixPreferencesLock::acquire(std::chrono::milliseconds limit, std::string &why) {
+    if (_depth > 0) {
+        ++_depth;
+        return true;
+    }
+    const auto deadline = std::chrono::steady_clock::now() + limit;
+    std::chrono::milliseconds wait{1};
+    while (true) {
+        if (!_file && !_open(why)) {
+            return false;
+        }
+        if (::flock(_file.get(), LOCK_EX | LOCK_NB) == 0) {
+            if (_isCurrent()) {
+                _depth = 1;
+                return true;
+            }
+            _file.reset();
+            continue;
+        }
+        if (errno != EWOULDBLOCK && errno != EINTR) {
+            why = "the lock file " + _path + " cannot be locked: " + std::strerror(errno);
+            return false;
+        }
+        if (std::chrono::steady_clock::now() >= deadline) {
+            why = "another program holds the lock " + _path;
+            return false;
+        }
+        pauseFor(wait);
+        wait = std::min(wait * 2, std::chrono::milliseconds{10});
+    }
+}
+
+void PosixPreferencesLock::release() {
+    if (_depth > 0 && --_depth == 0) {
+        ::flock(_file.get(), LOCK_UN);
+    }
+}
+
+} // namespace orvane

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/posix/FileDescriptor.h"
+
+#include <chrono>
+#include <string>
+
+namespace orvane {
+
+/// An advisory lock between programs: flock on a file that exists for nothing else and is kept open. One thread.
+class PosixPreferencesLock {
+public:
+    explicit PosixPreferencesLock(std::string path) : _path(std::move(path)) {}
+
+    /// Takes the lock; in a program that has it already, once more. Waits up to `limit` for other programs. The file's
+    /// folder is made with its parents, for the user alone. False, and `why` says so, when it cannot be had.
+    [[nodiscard]] bool acquire(std::chrono::milliseconds limit, std::string &why);
+    /// Undoes one `acquire`.
+    void release();
+
+private:
+    [[nodiscard]] bool _open(std::string &why);
+    [[nodiscard]] bool _isCurrent() const;
+
+    std::string _path;
+    FileDescriptor _file;
+    int _depth = 0;
+};
+
+/// Makes a folder and its missing parents, mode 0700. False with `errno`.
+[[nodiscard]] bool makePreferencesFolder(const std::string &path);
+/// The folder that holds `path`, "." for a bare name.
+[[nodiscard]] std::string folderOfPreferencesPath(const std::string &path);
+
+} // namespace orvane

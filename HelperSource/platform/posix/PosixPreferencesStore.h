@@ -1,0 +1,59 @@
+#pragma once
+
+#include "platform/posix/PosixPreferencesEdit.h"
+#include "platform/posix/PosixPreferencesFile.h"
+#include "platform/posix/PosixPreferencesLock.h"
+#include "platform/posix/PosixPreferencesReplacement.h"
+#include "ports/PreferencesStore.h"
+#include "ports/SystemLog.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace orvane {
+
+/// The preferences domain as a property-list file, XML or binary. Main thread only.
+///
+/// Saving holds the lock, takes the file as it stands on disk then, changes the keys that were set and nothing else, and
+/// replaces the file as a whole; symbolic links to it stay links. A missing file is made, as XML and for the user alone. A
+/// file that cannot be read, or that this process may not write, is never replaced: the log says why, once for each state
+/// of the file. A file whose identity has not changed is not read again.
+class PosixPreferencesStore final : public PreferencesStore {
+public:
+    /// The file's path, and that of a lock file which every program that writes the domain must use.
+    PosixPreferencesStore(std::string path, std::string lockPath, SystemLog &log);
+    PosixPreferencesStore(const PosixPreferencesStore &) = delete;
+    PosixPreferencesStore &operator=(const PosixPreferencesStore &) = delete;
+    ~PosixPreferencesStore() override;
+
+    bool synchronize() override;
+    [[nodiscard]] std::optional<PropertyList> copyAppValue(std::string_view key) override;
+    void setAppValue(std::string_view key, const PropertyList &value) override;
+    [[nodiscard]] std::optional<PropertyList> dictionaryWithContentsOfFile() override;
+    /// Waits up to 10 seconds. The result may outlive the store.
+    [[nodiscard]] std::unique_ptr<Lock> lock() override;
+
+private:
+    class Held;
+    enum class Saving : std::uint8_t { Done, Again, Failed };
+
+    void _refresh();
+    [[nodiscard]] bool _isReadable();
+    [[nodiscard]] bool _save(const PosixPreferencesChanges &changes);
+    [[nodiscard]] Saving _saveOnce(PosixPreferencesChanges changes);
+    [[nodiscard]] Saving _replace(const std::string &target, const FileDescriptor &old, const PosixPreferencesEdit &edit);
+    void _dropEqual(PosixPreferencesChanges &changes) const;
+    Saving _refuse(const std::string &why);
+    void _complain(const std::string &what, const std::string &why);
+
+    std::string _path;
+    SystemLog &_log;
+    std::shared_ptr<PosixPreferencesLock> _lock;
+    PosixPreferencesDocument _document; ///< as of the last `synchronize()`
+    PosixPreferencesChanges _pending;
+    std::string _complaint; ///< the last one about reading, so that it is not repeated
+};
+
+} // namespace orvane

@@ -1,0 +1,216 @@
+#include "platform/posix/PosixProcessLauncher.h"
+
+#include "platform/posix/FileDescriptor.h"
+#include "platform/posix/PosixChildReaper.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstddef>
+#include <cstring>
+#include <fcntl.h>
+#include <optional>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+namespace orvane {
+
+namespace {
+
+constexpr std::size_t mostBytesKept = 16 * 1024 * 1024;
+constexpr int statusUnknown = 255; // somebody else took the status away: no success
+constexpr int firstOrdinaryDescriptor = 3;
+
+// Reading ------------------------------------------------------------------------------------------------------------
+
+std::string readToEnd(FileDescriptor descriptor) {
+    std::string kept;
+    std::size_t dropped = 0;
+    std::vector<char> buffer(64 * 1024); // what a pipe holds
+    while (descriptor) {
+        const ssize_t count = ::read(descriptor.get(), buffer.data(), buffer.size());
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count <= 0)
+            break;
+        const auto bytes = static_cast<std::size_t>(count);
+        const std::size_t room = std::min(bytes, mostBytesKept - kept.size());
+        kept.append(buffer.data(), room);
+        dropped += bytes - room;
+    }
+    if (dropped > 0)
+        kept += "\n[" + std::to_string(dropped) + " more bytes were not kept.]\n";
+    return kept;
+}
+
+class PosixChildProcess final : public ChildProcess {
+public:
+    PosixChildProcess(pid_t child, FileDescriptor output, FileDescriptor error)
+        : _child(child), _output(std::move(output)), _error(std::move(error)) {}
+    PosixChildProcess(const PosixChildProcess &) = delete;
+    PosixChildProcess &operator=(const PosixChildProcess &) = delete;
+    ~PosixChildProcess() override {
+        if (!_status)
+            PosixReapWhenEnded(_child);
+    }
+
+    [[nodiscard]] bool isRunning() override {
+        if (_status)
+            return false;
+        int status = 0;
+        const pid_t result = ::waitpid(_child, &status, WNOHANG);
+        if (result == 0 || (result < 0 && errno == EINTR))
+            return true;
+        _status = result == _child ? _exitStatusOf(status) : statusUnknown;
+        return false;
+    }
+
+    [[nodiscard]] int terminationStatus() const override { return _status.value_or(statusUnknown); }
+    [[nodiscard]] std::string readStandardErrorToEnd() override { return readToEnd(std::move(_error)); }
+    [[nodiscard]] std::string readStandardOutputToEnd() override { return readToEnd(std::move(_output)); }
+
+private:
+    [[nodiscard]] static int _exitStatusOf(int status) { return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status); }
+
+    const pid_t _child;
+    std::optional<int> _status; ///< once ended
+    FileDescriptor _output;
+    FileDescriptor _error;
+};
+
+// Starting -----------------------------------------------------------------------------------------------------------
+
+struct Pipe {
+    FileDescriptor readingEnd;
+    FileDescriptor writingEnd;
+};
+
+/// In a program whose own 0, 1 or 2 is closed a pipe may get those numbers, which the child's redirections would overwrite.
+bool moveToOrdinary(FileDescriptor &descriptor) {
+    if (descriptor.get() < firstOrdinaryDescriptor)
+        descriptor = FileDescriptor(::fcntl(descriptor.get(), F_DUPFD_CLOEXEC, firstOrdinaryDescriptor));
+    return static_cast<bool>(descriptor);
+}
+
+std::optional<Pipe> makePipe() {
+    int ends[2] = {-1, -1};
+    if (::pipe2(ends, O_CLOEXEC) != 0)
+        return std::nullopt;
+    Pipe pipe{FileDescriptor(ends[0]), FileDescriptor(ends[1])};
+    if (!moveToOrdinary(pipe.readingEnd) || !moveToOrdinary(pipe.writingEnd))
+        return std::nullopt;
+    return pipe;
+}
+
+/// What the child does to its descriptors before the program starts.
+class FileActions {
+public:
+    FileActions(const Pipe &output, const Pipe &error) : _isInitialised(::posix_spawn_file_actions_init(&_actions) == 0) {
+        _isComplete = _isInitialised && ::posix_spawn_file_actions_addopen(&_actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0) == 0 &&
+                      ::posix_spawn_file_actions_adddup2(&_actions, output.writingEnd.get(), STDOUT_FILENO) == 0 &&
+                      ::posix_spawn_file_actions_adddup2(&_actions, error.writingEnd.get(), STDERR_FILENO) == 0 &&
+                      // Descriptors of libraries may lack the close-on-exec flag.
+                      ::posix_spawn_file_actions_addclosefrom_np(&_actions, firstOrdinaryDescriptor) == 0;
+    }
+    FileActions(const FileActions &) = delete;
+    FileActions &operator=(const FileActions &) = delete;
+    ~FileActions() {
+        if (_isInitialised)
+            ::posix_spawn_file_actions_destroy(&_actions);
+    }
+    [[nodiscard]] const posix_spawn_file_actions_t *get() const { return _isComplete ? &_actions : nullptr; }
+
+private:
+    posix_spawn_file_actions_t _actions{};
+    bool _isInitialised;
+    bool _isComplete = false;
+};
+
+/// Signals as a new program expects them.
+class SpawnAttributes {
+public:
+    SpawnAttributes() : _isInitialised(::posix_spawnattr_init(&_attributes) == 0) {
+        sigset_t none;
+        sigset_t all;
+        ::sigemptyset(&none);
+        // Not sigfillset, which leaves the C library's own two signals out: they would start ignored.
+        std::memset(&all, 0xFF, sizeof all);
+        _isComplete = _isInitialised && ::posix_spawnattr_setsigmask(&_attributes, &none) == 0 &&
+                      ::posix_spawnattr_setsigdefault(&_attributes, &all) == 0 &&
+                      ::posix_spawnattr_setflags(&_attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF) == 0;
+    }
+    SpawnAttributes(const SpawnAttributes &) = delete;
+    SpawnAttributes &operator=(const SpawnAttributes &) = delete;
+    ~SpawnAttributes() {
+        if (_isInitialised)
+            ::posix_spawnattr_destroy(&_attributes);
+    }
+    [[nodiscard]] const posix_spawnattr_t *get() const { return _isComplete ? &_attributes : nullptr; }
+
+private:
+    posix_spawnattr_t _attributes{};
+    bool _isInitialised;
+    bool _isComplete = false;
+};
+
+/// "NAME=value" for each entry; each part ends at its first NUL, as C text does.
+std::vector<std::string> linesOfEnvironment(const std::map<std::string, std::string> &environment) {
+    std::vector<std::string> lines;
+    lines.reserve(environment.size());
+    for (const auto &[name, value] : environment)
+        lines.push_back(std::string(name.c_str()) + '=' + value.c_str());
+    return lines;
+}
+
+std::vector<char *> pointersTo(std::vector<std::string> &texts) {
+    std::vector<char *> pointers;
+    pointers.reserve(texts.size() + 1);
+    for (std::string &text : texts)
+        pointers.push_back(text.data());
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+std::optional<pid_t> spawn(const std::string &path, const std::map<std::string, std::string> &environment, const Pipe &output,
+                           const Pipe &error) {
+    const FileActions actions(output, error);
+    const SpawnAttributes attributes;
+    if (actions.get() == nullptr || attributes.get() == nullptr)
+        return std::nullopt;
+    std::vector<std::string> arguments{path};
+    std::vector<std::string> lines = linesOfEnvironment(environment);
+    pid_t child = -1;
+    const int result =
+        ::posix_spawn(&child, path.c_str(), actions.get(), attributes.get(), pointersTo(arguments).data(), pointersTo(lines).data());
+    return result == 0 ? std::optional(child) : std::nullopt;
+}
+
+} // namespace
+
+PosixProcessLauncher::PosixProcessLauncher() {
+    struct sigaction action {};
+    if (::sigaction(SIGCHLD, nullptr, &action) == 0 && (action.sa_handler == SIG_IGN || (action.sa_flags & SA_NOCLDWAIT) != 0)) {
+        struct sigaction standard {};
+        standard.sa_handler = SIG_DFL;
+        ::sigaction(SIGCHLD, &standard, nullptr);
+    }
+}
+
+std::unique_ptr<ChildProcess> PosixProcessLauncher::launch(const std::string &path, const std::map<std::string, std::string> &environment) {
+    PosixReapEnded();
+    if (path.find('\0') != std::string::npos)
+        return nullptr; // the system would start another file, the one whose path ends there
+    auto output = makePipe();
+    auto error = makePipe();
+    if (!output || !error)
+        return nullptr;
+    const auto child = spawn(path, environment, *output, *error);
+    if (!child)
+        return nullptr;
+    return std::make_unique<PosixChildProcess>(*child, std::move(output->readingEnd), std::move(error->readingEnd));
+}
+
+} // namespace orvane
