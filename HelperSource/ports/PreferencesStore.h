@@ -19,8 +19,8 @@ public:
     };
 
     virtual ~PreferencesStore() = default;
-    /// Writes what was set and re-reads the domain from disk. False when a value could not be stored; the file is then
-    /// as it was, and the value is dropped.
+    /// Writes what was set and re-reads the domain from disk. False when a value could not be stored (the file is then as
+    /// it was, and the value is dropped) or when the file stands there but cannot be read (the domain then counts as empty).
     virtual bool synchronize() = 0;
     /// The key's value as of the last `synchronize()` or `setAppValue`; nothing when it is absent.
     [[nodiscard]] virtual std::optional<PropertyList> copyAppValue(std::string_view key) = 0;

@@ -35,7 +35,7 @@ struct ORVPresetProblem {
     ORVProblemPlace place;
     const char *format = "";            ///< fixed English text with %1, %2 … for the arguments; the key for a translation
     std::vector<std::string> arguments; ///< UTF-8 as they stand in the preset: not made safe for any output
-    bool neverEnds = false;             ///< a creation would look for variables without end
+    bool neverEnds = false;             ///< a creation would not come to an end
 
     /// The text in English, arguments put in.
     [[nodiscard]] std::string text() const;

@@ -1,0 +1,109 @@
+#pragma once
+
+#include "ports/Alerts.h"
+#include "ports/Application.h"
+#include "ports/CreationProgress.h"
+#include "ports/MainThread.h"
+#include "ports/PreferencesStore.h"
+#include "ports/Processes.h"
+#include "ports/ThreadLauncher.h"
+
+#include <atomic>
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// The smaller ports as a program of one thread fills them.
+
+namespace orvane {
+
+/// Nothing to make ready.
+class CommandLineApplication final : public Application {
+public:
+    [[nodiscard]] bool load() override { return true; }
+};
+
+/// The program's only thread. What is to be released after the event is kept until the program is done.
+class CommandLineMainThread final : public MainThread {
+public:
+    [[nodiscard]] bool isCurrent() override { return true; }
+    void performAndWait(const std::function<void()> &work) override { work(); }
+    void releaseAfterCurrentEvent(std::shared_ptr<const void> object) override { _kept.push_back(std::move(object)); }
+
+private:
+    std::vector<std::shared_ptr<const void>> _kept;
+};
+
+/// Puts work off until `runAll`, on the same thread: a program that waits for its script anyway needs no second
+/// thread for it, whose start would take longer than making a small hierarchy.
+class DeferredThreadLauncher final : public ThreadLauncher {
+public:
+    [[nodiscard]] bool detachNewThread(std::function<void()> work) override;
+    void runAll();
+
+private:
+    std::vector<std::function<void()>> _works;
+};
+
+/// One alert as it was shown.
+struct ShownAlert {
+    std::optional<std::string> title;
+    std::optional<std::string> message;
+};
+
+/// Alerts on standard error, "orvane: TITLE: MESSAGE", kept for the exit status.
+class CommandLineAlerts final : public Alerts {
+public:
+    void runAlertPanel(const std::optional<std::string> &title, const std::optional<std::string> &message) override;
+    [[nodiscard]] const std::vector<ShownAlert> &shown() const { return _shown; }
+    /// Called before each; false keeps it from being shown and kept.
+    void setGate(std::function<bool()> gate) { _gate = std::move(gate); }
+
+private:
+    std::vector<ShownAlert> _shown;
+    std::function<bool()> _gate;
+};
+
+/// Counts nodes; other threads may look.
+class NodeCounter final : public CreationProgress {
+public:
+    void advanced(std::size_t nodes) override { _nodes.fetch_add(nodes, std::memory_order_relaxed); }
+    [[nodiscard]] std::size_t nodes() const { return _nodes.load(std::memory_order_relaxed); }
+
+private:
+    std::atomic<std::size_t> _nodes{0};
+};
+
+/// Starts programs through another launcher and keeps what became of the last one.
+class RecordingProcessLauncher final : public ProcessLauncher {
+public:
+    explicit RecordingProcessLauncher(ProcessLauncher &launcher) : _launcher(launcher) {}
+    [[nodiscard]] std::unique_ptr<ChildProcess> launch(const std::string &path,
+                                                       const std::map<std::string, std::string> &environment) override;
+    /// Exit status of the last program; absent while none has ended in time.
+    [[nodiscard]] std::optional<int> lastStatus() const { return *_status; }
+
+private:
+    ProcessLauncher &_launcher;
+    std::shared_ptr<std::optional<int>> _status = std::make_shared<std::optional<int>>();
+};
+
+/// The preferences as another store has them, to be read only: what is set is forgotten, and nobody is locked out.
+class ReadOnlyPreferencesStore final : public PreferencesStore {
+public:
+    explicit ReadOnlyPreferencesStore(PreferencesStore &store) : _store(store) {}
+    bool synchronize() override { return _store.synchronize(); }
+    [[nodiscard]] std::optional<PropertyList> copyAppValue(std::string_view key) override { return _store.copyAppValue(key); }
+    void setAppValue(std::string_view, const PropertyList &) override {}
+    [[nodiscard]] std::optional<PropertyList> dictionaryWithContentsOfFile() override { return _store.dictionaryWithContentsOfFile(); }
+    [[nodiscard]] std::unique_ptr<Lock> lock() override { return std::make_unique<Lock>(); }
+
+private:
+    PreferencesStore &_store;
+};
+
+} // namespace orvane

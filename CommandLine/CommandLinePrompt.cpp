@@ -1,0 +1,104 @@
+#include "CommandLinePrompt.h"
+
+#include "Command.h"
+#include "CreateOptions.h"
+
+#include <algorithm>
+
+namespace orvane {
+
+namespace {
+
+std::string joined(std::span<const std::string> names) {
+    std::string text;
+    for (const std::string &name : names) {
+        text.append(text.empty() ? "" : ", ").append("'").append(printable(name)).append("'");
+    }
+    return text;
+}
+
+/// Names of the rows, each once, in order.
+std::vector<std::string> namesOf(std::span<const PromptValueRow> rows) {
+    std::vector<std::string> names;
+    for (const PromptValueRow &row : rows) {
+        if (std::find(names.begin(), names.end(), row.key) == names.end()) {
+            names.push_back(row.key);
+        }
+    }
+    return names;
+}
+
+std::string unknownNames(const std::vector<std::string> &unknown, std::span<const PromptValueRow> rows) {
+    const std::string known = rows.empty() ? "it has none" : "it has " + joined(namesOf(rows));
+    return "this preset has no variable " + joined(unknown) + "; " + known;
+}
+
+/// A row's name, with its number where several rows share the name.
+std::string questionFor(std::span<const PromptValueRow> rows, std::size_t position) {
+    const std::string &name = rows[position].key;
+    const auto sameName = [&](const PromptValueRow &row) { return row.key == name; };
+    const auto all = std::count_if(rows.begin(), rows.end(), sameName);
+    std::string question = printable(name);
+    if (all > 1) {
+        const auto number = 1 + std::count_if(rows.begin(), rows.begin() + static_cast<std::ptrdiff_t>(position), sameName);
+        question += " (" + std::to_string(number) + " of " + std::to_string(all) + ")";
+    }
+    if (!rows[position].value.empty()) {
+        question += " [" + printable(rows[position].value) + "]";
+    }
+    return question + ": ";
+}
+
+} // namespace
+
+bool CommandLinePrompt::runModally(std::string_view directoryName, std::span<PromptValueRow> rows) {
+    _outcome = _fill(directoryName, rows);
+    return _outcome == Outcome::Answered;
+}
+
+std::string CommandLinePrompt::problemWithoutVariables() const {
+    const AssignmentResult result = distributeAssignments(_assignments, {});
+    return _noInput || result.unknown.empty() ? std::string() : unknownNames(result.unknown, {});
+}
+
+CommandLinePrompt::Outcome CommandLinePrompt::_fill(std::string_view directoryName, std::span<PromptValueRow> rows) {
+    const AssignmentResult result = distributeAssignments(_assignments, rows);
+    if (_noInput) {
+        return Outcome::Answered;
+    }
+    if (!result.unknown.empty()) {
+        _problem = unknownNames(result.unknown, rows);
+        return Outcome::WrongUsage;
+    }
+    if (result.missing.empty()) {
+        return Outcome::Answered;
+    }
+    if (_terminal.isAvailable()) {
+        return _ask(directoryName, rows, result.missing);
+    }
+    std::vector<PromptValueRow> missing;
+    for (const std::size_t position : result.missing) {
+        missing.push_back(rows[position]);
+    }
+    _problem = "no value for " + joined(namesOf(missing)) + "; give each with --set NAME=VALUE, or take the defaults with --no-input";
+    return Outcome::WrongUsage;
+}
+
+CommandLinePrompt::Outcome CommandLinePrompt::_ask(std::string_view directoryName, std::span<PromptValueRow> rows,
+                                                   const std::vector<std::size_t> &missing) {
+    _terminal.write("Values for " + printable(directoryName) + "\n");
+    for (const std::size_t position : missing) {
+        _terminal.write(questionFor(rows, position));
+        std::optional<std::string> line = _terminal.readLine();
+        if (!line) {
+            _terminal.write("\n");
+            return Outcome::Cancelled;
+        }
+        if (!line->empty()) { // an empty line takes what is offered
+            rows[position].value = std::move(*line);
+        }
+    }
+    return Outcome::Answered;
+}
+
+} // namespace orvane

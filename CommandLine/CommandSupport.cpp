@@ -1,0 +1,222 @@
+#include "CommandSupport.h"
+
+#include "Terminal.h"
+
+#include "platform/posix/FileDescriptor.h"
+#include "platform/propertylist/PropertyListFiles.h"
+#include "presets/ORVFileHelpers.h"
+#include "presets/ORVPresetManager.h"
+#include "presets/ORVPropertyListReading.h"
+#include "presets/ORVUTF16.h"
+
+#include <cerrno>
+#include <charconv>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace orvane {
+
+namespace {
+
+constexpr std::size_t MostCandidates = 50;
+
+/// The number that a word is in the form in which `list` prints it: digits without leading zeros.
+std::optional<std::size_t> indexInWord(std::string_view word) {
+    if (word.empty() || (word.front() == '0' && word.size() > 1)) {
+        return std::nullopt;
+    }
+    std::size_t index = 0;
+    const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), index);
+    return error == std::errc() && end == word.data() + word.size() ? std::optional(index) : std::nullopt;
+}
+
+void appendCandidate(std::string &text, std::size_t index, const PropertyListValue &preset) {
+    text += "\n  " + std::to_string(index) + "  " + shownLabelOfPreset(preset);
+}
+
+std::string candidates(std::span<const PropertyListValue> presets) {
+    std::string text;
+    for (std::size_t index = 0; index < presets.size() && index < MostCandidates; ++index) {
+        appendCandidate(text, index, presets[index]);
+    }
+    if (presets.size() > MostCandidates) {
+        text += "\n  and " + std::to_string(presets.size() - MostCandidates) + " more";
+    }
+    return text;
+}
+
+/// Why the preferences file cannot be read; nothing when there is none.
+std::optional<std::string> problemOfFile(const std::string &path) {
+    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    if (!file) {
+        return errno == ENOENT ? std::nullopt : std::optional<std::string>(std::strerror(errno));
+    }
+    struct stat status {};
+    const bool isKnown = ::fstat(file.get(), &status) == 0;
+    if (isKnown && !S_ISREG(status.st_mode)) {
+        return S_ISDIR(status.st_mode) ? "it is a folder" : "it is not an ordinary file";
+    }
+    if (isKnown && status.st_size == 0) {
+        return "the file is empty";
+    }
+    PropertyListReport report;
+    if (!readPropertyList(file.get(), &report)) {
+        return "it is not a property list: " + report.why;
+    }
+    return "it holds something else than a dictionary";
+}
+
+char hexDigit(unsigned value) {
+    return "0123456789abcdef"[value & 0xFU];
+}
+
+/// Whether the bytes of one character may not go to a terminal: control characters (C0, DEL, C1) and what is no UTF-8.
+bool isUnprintable(std::string_view character) {
+    const auto lead = static_cast<unsigned char>(character[0]);
+    if (character.size() == 1) {
+        return lead < 0x20 || lead >= 0x7F;
+    }
+    const auto second = static_cast<unsigned char>(character[1]);
+    const bool isC1 = character.size() == 2 && lead == 0xC2 && second < 0xA0;
+    const bool isSurrogate = character.size() == 3 && lead == 0xED && second >= 0xA0;
+    return isC1 || isSurrogate;
+}
+
+/// `text` with everything unprintable written as \xNN, but for the characters in `kept`.
+std::string printableBut(std::string_view text, std::string_view kept) {
+    std::string result;
+    result.reserve(text.size());
+    for (std::size_t at = 0; at < text.size();) {
+        const std::string_view character = text.substr(at, ORVCharacterLength(text, at));
+        at += character.size();
+        if (!isUnprintable(character) || kept.find(character) != std::string_view::npos) {
+            result += character;
+            continue;
+        }
+        for (const char byte : character) {
+            const auto value = static_cast<unsigned char>(byte);
+            result += {'\\', 'x', hexDigit(value >> 4U), hexDigit(value)};
+        }
+    }
+    return result;
+}
+
+} // namespace
+
+bool writeWhole(int descriptor, std::string_view text) {
+    while (!text.empty()) {
+        const ssize_t written = ::write(descriptor, text.data(), text.size());
+        if (written < 0 && errno != EINTR) {
+            return false;
+        }
+        text.remove_prefix(written < 0 ? 0 : static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+ExitStatus writeStandardOutput(std::string_view text) {
+    return writeWhole(STDOUT_FILENO, text) ? ExitStatus::Success : failure("Standard output", std::strerror(errno));
+}
+
+void writeStandardError(std::string_view text) {
+    writeWhole(STDERR_FILENO, isTerminal(STDERR_FILENO) ? printableBut(text, "\n") : std::string(text));
+}
+
+ExitStatus usageError(std::string_view command, std::string_view text) {
+    std::string lines = "orvane: ";
+    lines.append(command).append(command.empty() ? "" : ": ").append(text);
+    lines.append("\nTry 'orvane ").append(command).append(command.empty() ? "" : " ").append("--help' for more information.\n");
+    writeStandardError(lines);
+    return ExitStatus::Usage;
+}
+
+ExitStatus failure(std::string_view title, std::string_view message) {
+    std::string line = "orvane: ";
+    line.append(title).append(title.empty() || message.empty() ? "" : ": ").append(message) += '\n';
+    writeStandardError(line);
+    return ExitStatus::NotMade;
+}
+
+std::optional<std::string> labelOfPreset(const PropertyListValue &preset) {
+    const PropertyListValue *label = preset.find("label");
+    return ORVHasText(label) ? std::optional(ORVTextValue(label)) : std::nullopt;
+}
+
+std::string shownLabelOfPreset(const PropertyListValue &preset) {
+    return printable(labelOfPreset(preset).value_or("(no label)"));
+}
+
+PresetChoice choosePreset(std::string_view word, const PropertyList &presets) {
+    const auto records = presets.root().array();
+    const auto index = indexInWord(word);
+    if (index && *index < records.size()) {
+        return {index, {}};
+    }
+    std::vector<std::size_t> found;
+    for (std::size_t position = 0; position < records.size(); ++position) {
+        if (labelOfPreset(records[position]) == word) {
+            found.push_back(position);
+        }
+    }
+    if (found.size() == 1) {
+        return {found.front(), {}};
+    }
+    const std::string name = "'" + printable(word) + "'";
+    if (records.empty()) {
+        return {std::nullopt, "no preset " + name + ": there are no presets"};
+    }
+    if (found.empty()) {
+        return {std::nullopt, "no preset " + name + "; there are:" + candidates(records)};
+    }
+    std::string problem = "more than one preset " + name + "; give one of the indexes:";
+    for (const std::size_t position : found) {
+        appendCandidate(problem, position, records[position]);
+    }
+    return {std::nullopt, std::move(problem)};
+}
+
+std::optional<std::size_t> presetNamed(std::string_view word, const PropertyList &presets) {
+    const PresetChoice choice = choosePreset(word, presets);
+    if (!choice.index) {
+        writeStandardError("orvane: " + choice.problem + "\n");
+    }
+    return choice.index;
+}
+
+std::string pathOfPreferences(UserFolders &folders) {
+    const std::string file = "Library/Preferences/" + std::string(ORVPreferenceDomain) + ".plist";
+    return stringByAppendingPathComponent(folders.homeDirectory(), file);
+}
+
+std::optional<PropertyList> presetsAsSynchronized(CommandContext &context, std::string &problem) {
+    if (auto presets = context.preferences.copyAppValue(ORVPresetsKey)) {
+        if (presets->root().isArray()) {
+            return presets;
+        }
+    } else if (!context.preferences.dictionaryWithContentsOfFile()) {
+        const std::string path = pathOfPreferences(context.folders);
+        if (const auto reason = problemOfFile(path)) {
+            problem = path + ": " + *reason;
+            return std::nullopt;
+        }
+    }
+    return PropertyList(nullptr, PropertyListValue::viewOfArray({})); // no presets, as the engine takes it
+}
+
+std::optional<PropertyList> readPresets(CommandContext &context) {
+    context.preferences.synchronize();
+    std::string problem;
+    auto presets = presetsAsSynchronized(context, problem);
+    if (!presets) {
+        failure(UnreadablePreferencesTitle, problem);
+    }
+    return presets;
+}
+
+std::string printable(std::string_view text) {
+    return printableBut(text, "");
+}
+
+} // namespace orvane

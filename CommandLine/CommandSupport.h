@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Command.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+// What the commands share besides `Command.h`: the standard streams without buffers of their own, and the choice of a
+// preset by word.
+
+namespace orvane {
+
+/// Writes the whole text to the descriptor, however often it takes. False, with `errno` set, when that fails.
+bool writeWhole(int descriptor, std::string_view text);
+/// Writes text to standard output; a failure is reported. Returns `Success` or `NotMade`.
+ExitStatus writeStandardOutput(std::string_view text);
+/// Writes one or more whole lines to standard error. On a terminal, control characters but line feeds are made visible.
+void writeStandardError(std::string_view text);
+
+/// What a word that is meant to name a preset stands for.
+struct PresetChoice {
+    std::optional<std::size_t> index; ///< absent when the word is unknown or ambiguous
+    std::string problem;              ///< why it is absent, with the candidates; one or more lines without the last line feed
+};
+
+/// Finds the preset that an index or an exact label names, as `presetNamed`, without saying anything.
+[[nodiscard]] PresetChoice choosePreset(std::string_view word, const PropertyList &presets);
+
+/// Label of a preset, or nothing when it has none.
+[[nodiscard]] std::optional<std::string> labelOfPreset(const PropertyListValue &preset);
+/// Label of a preset for people, or a stand-in.
+[[nodiscard]] std::string shownLabelOfPreset(const PropertyListValue &preset);
+
+/// The presets as of the store's last synchronisation, for those who have just caused one; else as `readPresets`.
+/// `problem` gets the text instead of standard error.
+[[nodiscard]] std::optional<PropertyList> presetsAsSynchronized(CommandContext &context, std::string &problem);
+/// Title of the failure that goes with such a problem.
+inline constexpr std::string_view UnreadablePreferencesTitle = "Preferences cannot be read";
+
+/// Path of the file that holds the preferences.
+[[nodiscard]] std::string pathOfPreferences(UserFolders &folders);
+
+} // namespace orvane

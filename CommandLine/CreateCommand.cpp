@@ -1,0 +1,301 @@
+#include "CommandLineAdapters.h"
+#include "CommandLinePrompt.h"
+#include "CommandLineWorkspace.h"
+#include "CommandSupport.h"
+#include "CreateOptions.h"
+#include "CreateReport.h"
+#include "DryRunFileSystem.h"
+#include "Interruption.h"
+#include "ObservedFileSystem.h"
+#include "PresetEngine.h"
+#include "ProgressBar.h"
+
+#include "presets/ORVFileHelpers.h"
+#include "presets/ORVPresetManager.h"
+#include "presets/ORVPropertyListReading.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <sys/stat.h>
+#include <unistd.h>
+
+// `orvane create`: the same road as in the helper, from the preset to the open folder, over adapters that answer from the
+// command line. A dry run takes it as well, over a file system that makes nothing and preferences that keep nothing.
+
+namespace orvane {
+
+namespace {
+
+constexpr const char *Name = "create";
+
+struct FreeDeleter {
+    void operator()(char *memory) const { std::free(memory); }
+};
+using OwnedText = std::unique_ptr<char, FreeDeleter>;
+
+/// Whether the path has a component "." or "..", which would otherwise stand in every path that people and scripts see.
+bool hasDotComponents(std::string_view path) {
+    return (std::string(path) + "/").find("/./") != std::string::npos || (std::string(path) + "/").find("/../") != std::string::npos;
+}
+
+/// Absolute path of the folder in which the new one is made, or what is wrong with it in `problem`.
+std::string parentFolder(const std::optional<std::string> &in, std::string &problem) {
+    if (!in) {
+        const OwnedText current(::getcwd(nullptr, 0));
+        if (!current || *current != '/') { // Linux: "(unreachable)" stands before a folder outside of the root
+            problem = std::string("the current folder cannot be used: ") + std::strerror(current ? ENOENT : errno);
+            return {};
+        }
+        return current.get();
+    }
+    struct stat status {};
+    if (::stat(in->c_str(), &status) != 0) {
+        problem = "'" + *in + "' cannot be used: " + std::strerror(errno);
+        return {};
+    }
+    if (!S_ISDIR(status.st_mode)) {
+        problem = "'" + *in + "' is not a folder";
+        return {};
+    }
+    if (in->front() == '/' && !hasDotComponents(*in)) {
+        return *in;
+    }
+    const OwnedText whole(::realpath(in->c_str(), nullptr));
+    if (!whole) {
+        problem = "'" + *in + "' cannot be used: " + std::strerror(errno);
+        return {};
+    }
+    return whole.get();
+}
+
+/// One run of the command.
+class Creation {
+public:
+    Creation(CommandContext &context, const CreateOptions &options)
+        : _context(context), _options(options), _prompt(options.assignments, options.noInput, _terminal),
+          _observed(
+              context.fileSystem, [this] { _beginProgress(); }, &Interruption::wasRequested),
+          _planned(context.fileSystem), _readOnly(context.preferences), _processes(context.engine->processes),
+          _workspace(!options.noOpen && !options.dryRun) {
+        _alerts.setGate([this] { return _mayShowAlert(); });
+    }
+
+    ExitStatus run() {
+        _run();
+        return _finish();
+    }
+
+private:
+    void _run() {
+        std::string problem;
+        const std::string parent = parentFolder(_options.in, problem);
+        if (!problem.empty()) {
+            return _refuseUsage(_options.in ? "--in: " + problem : problem);
+        }
+        const std::unique_ptr<ORVPresetManager> manager = _makeManager();
+        const auto presets = presetsAsSynchronized(_context, problem);
+        if (!presets) {
+            return _refuse(std::string(UnreadablePreferencesTitle), problem);
+        }
+        const PresetChoice choice = choosePreset(_options.preset, *presets);
+        if (!choice.index) {
+            return _refuseUsage(choice.problem);
+        }
+        const PropertyListValue &preset = presets->root().array()[*choice.index];
+        const TemplateSurvey survey = surveyTemplates(preset);
+        if (!survey.endless.empty()) {
+            return _refuse("Preset refused", survey.endless);
+        }
+        if (problem = _problemOfAssignments(*manager, preset); !problem.empty()) {
+            return _refuseUsage(problem);
+        }
+        _progress.emplace(_nodes, survey.nodes);
+        manager->setBasePath(parent);
+        _create(*manager, preset);
+    }
+
+    [[nodiscard]] std::unique_ptr<ORVPresetManager> _makeManager() {
+        FileSystem &fileSystem = _options.dryRun ? static_cast<FileSystem &>(_planned) : _observed;
+        PreferencesStore &preferences = _options.dryRun ? static_cast<PreferencesStore &>(_readOnly) : _context.preferences;
+        PresetEnginePorts ports{_context, _alerts, fileSystem, preferences, _processes, _threads, _prompt, _workspace};
+        ports.progress = &_nodes;
+        auto manager = _engine.makeManager(ports);
+        manager->setKeepsPreferencesLocked(_options.noInput && !_options.dryRun);
+        return manager;
+    }
+
+    /// Names that a preset without any variable cannot have; the prompt, which would tell, is not run for one.
+    [[nodiscard]] std::string _problemOfAssignments(const ORVPresetManager &manager, const PropertyListValue &preset) const {
+        if (_options.assignments.empty() || _options.noInput || !manager.variableNamesOfPreset(preset).empty()) {
+            return {};
+        }
+        return _prompt.problemWithoutVariables();
+    }
+
+    void _create(ORVPresetManager &manager, const PropertyListValue &preset) {
+        Interruption interruption;
+        manager.createFileHierarchyFromPreset(preset);
+        _progress->end();
+        interruption.end();
+        _report.variables = manager.promptValues();
+        switch (_prompt.outcome()) {
+        case CommandLinePrompt::Outcome::Cancelled:
+            _report.status = ExitStatus::Cancelled;
+            return;
+        case CommandLinePrompt::Outcome::WrongUsage:
+            return _refuseUsage(_prompt.problem());
+        case CommandLinePrompt::Outcome::NotAsked:
+        case CommandLinePrompt::Outcome::Answered:
+            break;
+        }
+        if (_wasInterrupted) {
+            writeStandardError("orvane: interrupted, and what was made is removed again\n");
+            _report.status = ExitStatus::Cancelled;
+            return;
+        }
+        _noteScript(manager, preset);
+        if (_options.dryRun) {
+            return _noteDryRun();
+        }
+        if (!_alerts.shown().empty()) {
+            _report.script.reset();
+            _report.status = ExitStatus::NotMade;
+            return;
+        }
+        _report.created = true;
+        _report.path = _observed.topPath();
+        _report.nodes = _nodes.nodes();
+        Interruption::raiseAgain(); // it came too late to take anything back, but not to keep the script from starting
+        _runScript();
+    }
+
+    void _runScript() {
+        _threads.runAll();
+        if (_report.script) {
+            _report.script->status = _processes.lastStatus();
+        }
+        if (!_alerts.shown().empty()) {
+            _report.status = ExitStatus::ScriptErrors;
+        }
+    }
+
+    void _noteScript(ORVPresetManager &manager, const PropertyListValue &preset) {
+        const std::string file = ORVTextValue(preset.find("scriptFile"));
+        if (file.empty()) {
+            return;
+        }
+        const std::string folder = stringByAppendingPathComponent(manager.applicationSupportPath(), ORVScriptsFolder);
+        _report.script = ScriptReport{stringByAppendingPathComponent(folder, file)};
+        if (!_options.dryRun) {
+            return;
+        }
+        if (!_context.fileSystem.fileExists(_report.script->path)) {
+            _report.script->problem = "does not exist";
+        } else if (!_context.fileSystem.isExecutableFile(_report.script->path)) {
+            _report.script->problem = "is not executable";
+        }
+    }
+
+    void _noteDryRun() {
+        _report.tree = _planned.tree();
+        if (!_planned.topPath().empty()) {
+            _report.path = _planned.topPath();
+        }
+        _report.nodes = _planned.tree().size();
+        if (!_alerts.shown().empty() || _planned.wouldFail()) {
+            _report.status = ExitStatus::NotMade;
+        }
+    }
+
+    void _refuse(std::string title, std::string message) {
+        _report.status = failure(title, message);
+        _report.error = ShownAlert{std::move(title), std::move(message)};
+    }
+
+    void _refuseUsage(const std::string &problem) {
+        _report.status = usageError(Name, problem);
+        _report.error = ShownAlert{"Usage", problem};
+    }
+
+    /// Alerts of a creation that was stopped tell nothing that the user does not know.
+    [[nodiscard]] bool _mayShowAlert() {
+        if (_progress) {
+            _progress->end();
+        }
+        _wasInterrupted = _wasInterrupted || (!_report.created && Interruption::wasRequested());
+        return !_wasInterrupted;
+    }
+
+    void _beginProgress() {
+        if (_progress) {
+            _progress->begin();
+        }
+    }
+
+    ExitStatus _finish() {
+        if (!_report.error && !_alerts.shown().empty()) {
+            _report.error = _alerts.shown().front();
+        }
+        ExitStatus written = ExitStatus::Success;
+        if (_options.json) {
+            written = writeStandardOutput(jsonOfReport(_report));
+        } else if (_report.tree) {
+            written = writeStandardOutput(textOfDryRun(_report, styleOfDescriptor(STDOUT_FILENO)));
+        } else if (_report.created) {
+            const std::string &path = *_report.path;
+            written = writeStandardOutput((isTerminal(STDOUT_FILENO) ? printable(path) : path) + "\n");
+        }
+        return _report.status == ExitStatus::Success ? written : _report.status;
+    }
+
+    CommandContext &_context;
+    const CreateOptions &_options;
+    StandardTerminal _terminal;
+    CommandLinePrompt _prompt;
+    CommandLineAlerts _alerts;
+    ObservedFileSystem _observed;
+    DryRunFileSystem _planned;
+    ReadOnlyPreferencesStore _readOnly;
+    RecordingProcessLauncher _processes;
+    DeferredThreadLauncher _threads;
+    CommandLineWorkspace _workspace;
+    PresetEngine _engine;
+    NodeCounter _nodes;
+    std::optional<ProgressBar> _progress;
+    CreationReport _report;
+    bool _wasInterrupted = false;
+};
+
+} // namespace
+
+const char CreateCommandHelp[] = "Usage: orvane create PRESET [--in DIR] [--set NAME=VALUE]... [--no-input]\n"
+                                 "                     [--no-open] [--dry-run] [--json]\n"
+                                 "\n"
+                                 "Makes the folder of a preset, with everything in it, runs the preset's script and\n"
+                                 "opens the new folder. PRESET is the index or the exact label that 'orvane list' shows.\n"
+                                 "\n"
+                                 "  --in DIR          make it in DIR instead of the current folder\n"
+                                 "  --set NAME=VALUE  value of a variable; given several times for one name, the values\n"
+                                 "                    go to the places of that name in order\n"
+                                 "  --no-input        do not ask: variables without --set take their defaults\n"
+                                 "  --no-open         do not open the new folder\n"
+                                 "  --dry-run         show what would be made, with its problems, and change nothing\n"
+                                 "  --json            print one JSON object about what was done\n"
+                                 "\n"
+                                 "Without --no-input, variables without --set are asked for on the terminal; an empty\n"
+                                 "line takes the value in brackets. The path of the new folder is printed.\n"
+                                 "\n"
+                                 "Exit status: 0 made, 1 not made, 2 wrong usage, 3 cancelled, 4 made but the script\n"
+                                 "reported errors.\n";
+
+ExitStatus runCreateCommand(CommandContext &context, const CommandArguments &arguments) {
+    std::string problem;
+    const CreateOptions options = CreateOptions::parse(arguments, problem);
+    if (!problem.empty()) {
+        return usageError(Name, problem);
+    }
+    return Creation(context, options).run();
+}
+
+} // namespace orvane

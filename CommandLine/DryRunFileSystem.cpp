@@ -1,0 +1,182 @@
+#include "DryRunFileSystem.h"
+
+#include "presets/ORVFileHelpers.h"
+
+#include <cerrno>
+#include <climits>
+#include <cstring>
+#include <limits>
+#include <map>
+#include <unistd.h>
+#include <utility>
+
+namespace orvane {
+
+namespace {
+
+constexpr std::size_t NoFolder = std::numeric_limits<std::size_t>::max();
+
+/// A folder as it would be. Its entries lead to folders by their position in a list, to files by `NoFolder`.
+struct PlannedFolder {
+    std::map<std::string, std::size_t, std::less<>> entries;
+    std::string existingPath; ///< where it stands already; empty for a new one
+};
+
+/// What file systems refuse in a name; empty when nothing.
+std::string problemOfName(std::string_view name) {
+    if (name == "." || name == "..") {
+        return "this name cannot be used";
+    }
+    if (name.find('\0') != std::string_view::npos) {
+        return "a NUL character cannot stand in a name";
+    }
+    if (name.size() > NAME_MAX) {
+        return "the name has " + std::to_string(name.size()) + " bytes, at most " + std::to_string(NAME_MAX) + " are possible";
+    }
+    return {};
+}
+
+} // namespace
+
+class DryRunFileSystem::Writer final : public HierarchyWriter {
+public:
+    Writer(DryRunFileSystem &owner, std::string_view basePath) : _owner(owner), _basePath(basePath) {
+        PlannedFolder base;
+        base.existingPath = _basePath;
+        _folders.push_back(std::move(base));
+        _open.push_back(0);
+        _items.push_back(0);
+    }
+
+    [[nodiscard]] bool enterFolder(std::string_view name) override {
+        if (_owner._topPath.empty()) {
+            _owner._topPath = stringByAppendingPathComponent(_basePath, name);
+            _checkBase();
+        }
+        TreeItem &item = _add(name, true, {});
+        if (item.problem.empty()) {
+            item.problem = std::exchange(_baseProblem, {});
+        }
+        _items.push_back(_owner._tree.size() - 1);
+        const auto known = _current().entries.find(name);
+        if (known != _current().entries.end() && known->second != NoFolder) {
+            item.problem = "goes into the folder of the same name above";
+            _open.push_back(known->second);
+            return true;
+        }
+        if (known != _current().entries.end()) {
+            _fail(item, "a file of the same name stands above");
+        }
+        _enterNewFolder(name, item);
+        return true;
+    }
+
+    void leaveFolder(const ItemAttributes &attributes) override {
+        TreeItem &item = _owner._tree[_items.back()];
+        item.label = attributes.label;
+        item.mode = attributes.mode;
+        _items.pop_back();
+        _open.pop_back();
+    }
+
+    [[nodiscard]] bool copyItem(std::string_view name, const ContentSource &, const ItemAttributes &attributes) override {
+        if (_current().entries.contains(name) || _standsOnDisk(name) || !problemOfName(name).empty()) {
+            return false; // as it would be; an empty file is tried next
+        }
+        TreeItem &item = _add(name, false, attributes);
+        item.content = std::exchange(_owner._askedContent, {});
+        _current().entries.emplace(name, NoFolder);
+        return true;
+    }
+
+    [[nodiscard]] bool makeEmptyFile(std::string_view name, const ItemAttributes &attributes) override {
+        TreeItem &item = _add(name, false, attributes);
+        if (std::exchange(_owner._contentIsMissing, false)) {
+            item.problem = "the content file '" + _owner._askedContent + "' cannot be read: the file will be empty";
+        }
+        _owner._askedContent.clear();
+        const auto known = _current().entries.find(name);
+        if (known == _current().entries.end()) {
+            if (_standsOnDisk(name)) {
+                _fail(item, "something of that name is already there");
+            }
+            _current().entries.emplace(name, NoFolder);
+        } else if (known->second == NoFolder) {
+            item.problem = "empties the file of the same name above";
+        } else {
+            _fail(item, "a folder of the same name stands above");
+        }
+        return true;
+    }
+
+    void removeEverythingMade() override {}
+    [[nodiscard]] int lastError() const override { return 0; }
+
+private:
+    PlannedFolder &_current() { return _folders[_open.back()]; }
+
+    [[nodiscard]] bool _standsOnDisk(std::string_view name) {
+        const std::string &path = _current().existingPath;
+        return !path.empty() && _owner._fileSystem.fileExists(stringByAppendingPathComponent(path, name));
+    }
+
+    TreeItem &_add(std::string_view name, bool isFolder, const ItemAttributes &attributes) {
+        TreeItem item;
+        item.depth = _open.size() - 1;
+        item.name = name;
+        item.isFolder = isFolder;
+        item.label = attributes.label;
+        item.mode = attributes.mode;
+        TreeItem &added = _owner._tree.emplace_back(std::move(item));
+        if (std::string problem = problemOfName(name); !problem.empty()) {
+            _fail(added, std::move(problem));
+        }
+        return added;
+    }
+
+    void _fail(TreeItem &item, std::string problem) {
+        item.problem = std::move(problem);
+        _owner._wouldFail = true;
+    }
+
+    void _checkBase() {
+        if (::access(_basePath.c_str(), W_OK | X_OK) != 0 && errno != ENOENT) {
+            _baseProblem = "nothing can be made in '" + _basePath + "': " + std::strerror(errno);
+            _owner._wouldFail = true;
+        }
+    }
+
+    void _enterNewFolder(std::string_view name, TreeItem &item) {
+        PlannedFolder folder;
+        if (_standsOnDisk(name)) {
+            folder.existingPath = stringByAppendingPathComponent(_current().existingPath, name);
+            item.problem = item.problem.empty() ? "goes into what is already there" : item.problem;
+        }
+        _current().entries[std::string(name)] = _folders.size();
+        _open.push_back(_folders.size());
+        _folders.push_back(std::move(folder));
+    }
+
+    DryRunFileSystem &_owner;
+    std::string _basePath;
+    std::string _baseProblem;
+    std::vector<PlannedFolder> _folders; ///< the base first
+    std::vector<std::size_t> _open;      ///< from the base to the current folder
+    std::vector<std::size_t> _items;     ///< the open folders' places in the tree
+};
+
+const ContentSource *DryRunFileSystem::contentSource(std::string_view path) {
+    const ContentSource *source = _fileSystem.contentSource(path);
+    _askedContent = lastPathComponent(path);
+    _contentIsMissing = source == nullptr;
+    return source;
+}
+
+std::unique_ptr<HierarchyWriter> DryRunFileSystem::beginHierarchy(std::string_view basePath) {
+    _tree.clear();
+    _topPath.clear();
+    _wouldFail = false;
+    return std::make_unique<Writer>(*this, basePath);
+}
+
+} // namespace orvane

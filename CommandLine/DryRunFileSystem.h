@@ -1,0 +1,43 @@
+#pragma once
+
+#include "PresetTree.h"
+
+#include "ports/FileSystem.h"
+
+#include <string>
+
+namespace orvane {
+
+/// A file system that makes nothing: it looks at a real one and lists what a hierarchy would hold, with everything that
+/// would go wrong beside the item concerned. What would fail is listed as well and the hierarchy goes on, so that one run
+/// shows all problems.
+class DryRunFileSystem final : public FileSystem {
+public:
+    /// `fileSystem` is borrowed and only asked.
+    explicit DryRunFileSystem(FileSystem &fileSystem) : _fileSystem(fileSystem) {}
+
+    [[nodiscard]] bool fileExists(std::string_view path) override { return _fileSystem.fileExists(path); }
+    [[nodiscard]] bool isExecutableFile(std::string_view path) override { return _fileSystem.isExecutableFile(path); }
+    [[nodiscard]] const ContentSource *contentSource(std::string_view path) override;
+    void forgetContents() override { _fileSystem.forgetContents(); }
+    [[nodiscard]] std::unique_ptr<HierarchyWriter> beginHierarchy(std::string_view basePath) override;
+
+    /// Everything that the last hierarchy would hold.
+    [[nodiscard]] const Tree &tree() const { return _tree; }
+    /// Path of its first folder; empty when there is none.
+    [[nodiscard]] const std::string &topPath() const { return _topPath; }
+    /// Whether some item could not be made, so that the whole creation would fail.
+    [[nodiscard]] bool wouldFail() const { return _wouldFail; }
+
+private:
+    class Writer;
+
+    FileSystem &_fileSystem;
+    Tree _tree;
+    std::string _topPath;
+    std::string _askedContent; ///< file name of the content source asked for last
+    bool _contentIsMissing = false;
+    bool _wouldFail = false;
+};
+
+} // namespace orvane

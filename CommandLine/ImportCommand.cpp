@@ -1,0 +1,124 @@
+#include "Command.h"
+#include "CommandSupport.h"
+#include "FolderImport.h"
+#include "FolderWalk.h"
+#include "Options.h"
+#include "PresetStorage.h"
+#include "ResourceFolder.h"
+
+#include "presets/ORVFileHelpers.h"
+#include "presets/ORVPresetManager.h"
+
+#include <array>
+#include <cstdlib>
+#include <memory>
+
+namespace orvane {
+
+namespace {
+
+constexpr std::array<OptionRule, 3> Rules = {{{"label", true}, {"variable", true}, {"with-content", false}}};
+
+/// Name of the folder at a path; empty for the root folder and where there is none.
+std::string nameOfFolder(const std::string &path) {
+    std::string name = lastPathComponent(path);
+    if (name.empty() || name == "." || name == "..") {
+        const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr), &std::free);
+        name = real ? lastPathComponent(real.get()) : "";
+    }
+    return name == "/" ? "" : name;
+}
+
+/// TEXT=NAME, split at the last "=". Nothing, and what is wrong in `error`, when it is no such pair.
+std::optional<ORVImportVariable> variableOf(const std::string &word, std::string &error) {
+    const std::size_t equals = word.rfind('=');
+    if (equals == std::string::npos || equals == 0) {
+        error = "option '--variable' needs TEXT=NAME, not '" + printable(word) + "'";
+        return std::nullopt;
+    }
+    ORVImportVariable variable{word.substr(0, equals), word.substr(equals + 1)};
+    if (!ORVIsVariableName(variable.name) || !isUTF8(word)) {
+        error = "'" + printable(variable.name) + "' cannot be the name of a variable: it is empty, not UTF-8 or holds one of {}\\:/";
+        return std::nullopt;
+    }
+    return variable;
+}
+
+/// What the words ask for; false after what is wrong was put into `error`.
+bool understand(const ParsedOptions &words, FolderImportOptions &options, std::string &error) {
+    error = words.error;
+    if (error.empty() && words.operands.size() != 1) {
+        error = words.operands.empty() ? "no folder given" : "more than one folder given";
+    }
+    for (const GivenOption &option : words.options) {
+        if (error.empty() && option.name == "variable") {
+            if (auto variable = variableOf(option.value, error)) {
+                options.variables.push_back(std::move(*variable));
+            }
+        }
+    }
+    if (!error.empty()) {
+        return false;
+    }
+    options.folder = words.operands.front();
+    options.name = nameOfFolder(options.folder);
+    options.label = words.lastValue("label").value_or(options.name);
+    if (!isUTF8(options.label) && words.has("label")) {
+        error = "the label is not UTF-8";
+    } else if (options.label.empty() && words.has("label")) {
+        error = "the label is empty";
+    }
+    return error.empty();
+}
+
+} // namespace
+
+const char ImportCommandHelp[] = "Usage: orvane import DIR [--label TEXT] [--variable TEXT=NAME]... [--with-content]\n"
+                                 "\n"
+                                 "Makes a preset from the folder DIR: the names of its folders and files, their permissions\n"
+                                 "and labels. Symbolic links, FIFOs, sockets and devices are left out, each with a warning.\n"
+                                 "\n"
+                                 "  --label TEXT          label of the preset (default: the folder's name)\n"
+                                 "  --variable TEXT=NAME  turn TEXT into the variable {NAME} wherever a name holds it; the\n"
+                                 "                        longest TEXT first (may be given several times)\n"
+                                 "  --with-content        copy the files' contents, too; without it the preset's files are empty\n"
+                                 "\n"
+                                 "Prints the new preset's index and label.\n"
+                                 "\n"
+                                 "Exit status: 0 imported, 1 not imported, 2 wrong usage.\n";
+
+ExitStatus runImportCommand(CommandContext &context, const CommandArguments &arguments) {
+    const ParsedOptions words = parseOptions(arguments, Rules);
+    FolderImportOptions options;
+    std::string problem;
+    if (!understand(words, options, problem)) {
+        return usageError("import", problem);
+    }
+    const std::string title = "Folder not imported";
+    if (options.name.empty() || !isUTF8(options.name)) {
+        return failure(title, "'" + printable(options.folder) + "' does not exist, or its name cannot be used.");
+    }
+    if (!readPresets(context)) {
+        return ExitStatus::NotMade;
+    }
+    ResourceFolder store(stringByAppendingPathComponent(ORVApplicationSupportPath(context.folders), ORVFileContentFolder));
+    options.contentStore = words.has("with-content") ? &store : nullptr;
+    const auto imported = importFolder(options, context.finderInformation, problem);
+    if (!imported) {
+        return failure(title, printable(options.folder + ": " + problem));
+    }
+    for (const std::string &warning : imported->warnings) {
+        warn(warning);
+    }
+    if (refusesNeverEnding(imported->preset.root())) {
+        return ExitStatus::NotMade;
+    }
+    const auto index = appendPreset(context, imported->preset, [&] { store.flush(); });
+    if (!index) {
+        return ExitStatus::NotMade;
+    }
+    store.keep();
+    return writeStandardOutput(std::to_string(*index) + "  " + printable(options.label) + "\n");
+}
+
+} // namespace orvane

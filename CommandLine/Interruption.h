@@ -1,0 +1,31 @@
+#pragma once
+
+#include <array>
+#include <csignal>
+
+namespace orvane {
+
+/// Turns the signals by which a user or the system stops a program (SIGINT, SIGTERM, SIGHUP) into a question, for as
+/// long as it lives, so that what has been begun can be taken back. The second signal of a kind ends the program at once. A
+/// signal that is ignored stays ignored. Waiting system calls are interrupted. One at a time.
+class Interruption {
+public:
+    Interruption();
+    Interruption(const Interruption &) = delete;
+    Interruption &operator=(const Interruption &) = delete;
+    ~Interruption() { end(); }
+
+    /// Whether one has arrived.
+    [[nodiscard]] static bool wasRequested();
+    /// Back to what the signals did before.
+    void end();
+    /// After `end`: lets the signal that arrived, if any, do what it does. May not return.
+    static void raiseAgain();
+
+private:
+    static constexpr std::array<int, 3> Signals = {SIGINT, SIGTERM, SIGHUP};
+    std::array<struct sigaction, Signals.size()> _before{};
+    bool _isActive = true;
+};
+
+} // namespace orvane

@@ -1,0 +1,60 @@
+#include "CommandSupport.h"
+#include "JSONWriter.h"
+#include "Options.h"
+
+#include <array>
+
+namespace orvane {
+
+namespace {
+
+std::string jsonOfPresets(std::span<const PropertyListValue> presets) {
+    JSONWriter writer;
+    writer.beginArray();
+    for (std::size_t index = 0; index < presets.size(); ++index) {
+        writer.beginObject().key("index").number(static_cast<std::int64_t>(index));
+        writer.key("label").stringOrNull(labelOfPreset(presets[index])).endObject();
+    }
+    writer.endArray();
+    return writer.text() + "\n";
+}
+
+std::string linesOfPresets(std::span<const PropertyListValue> presets) {
+    const std::size_t width = std::to_string(presets.empty() ? 0 : presets.size() - 1).size();
+    std::string lines;
+    for (std::size_t index = 0; index < presets.size(); ++index) {
+        const std::string number = std::to_string(index);
+        lines.append(width - number.size(), ' ').append(number).append("  ").append(shownLabelOfPreset(presets[index])) += '\n';
+    }
+    return lines;
+}
+
+} // namespace
+
+const char ListCommandHelp[] = "Usage: orvane list [--json]\n"
+                               "\n"
+                               "Shows the presets, each with its index and label. Either names the preset in the other\n"
+                               "commands; a label must be given exactly, and only when no other preset has the same.\n"
+                               "\n"
+                               "  --json  print a JSON array of objects with 'index' and 'label'\n"
+                               "\n"
+                               "Exit status: 0 shown, 1 the preferences cannot be read, 2 wrong usage.\n";
+
+ExitStatus runListCommand(CommandContext &context, const CommandArguments &arguments) {
+    constexpr std::array<OptionRule, 1> Rules = {{{"json", false}}};
+    const ParsedOptions parsed = parseOptions(arguments, Rules);
+    if (!parsed.error.empty()) {
+        return usageError("list", parsed.error);
+    }
+    if (!parsed.operands.empty()) {
+        return usageError("list", "unexpected '" + parsed.operands.front() + "'");
+    }
+    const auto presets = readPresets(context);
+    if (!presets) {
+        return ExitStatus::NotMade;
+    }
+    const auto records = presets->root().array();
+    return writeStandardOutput(parsed.has("json") ? jsonOfPresets(records) : linesOfPresets(records));
+}
+
+} // namespace orvane

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "Command.h"
+#include "CommandLineAdapters.h"
+
+#include "presets/ORVPresetManager.h"
+
+#include <memory>
+
+namespace orvane {
+
+/// What a command brings along for the preset engine; everything is borrowed.
+struct PresetEnginePorts {
+    CommandContext &context;
+    Alerts &alerts;
+    FileSystem &fileSystem;
+    PreferencesStore &preferences;
+    ProcessLauncher &processes;
+    ThreadLauncher &threads;
+    VariablePrompt &prompt;
+    Workspace &workspace;
+    CreationProgress *progress = nullptr;
+};
+
+/// Puts the preset engine together for a program of one thread. Must outlive the managers that it made.
+class PresetEngine {
+public:
+    /// A manager of its own for the command; never null.
+    [[nodiscard]] std::unique_ptr<ORVPresetManager> makeManager(const PresetEnginePorts &ports) {
+        EnginePorts &engine = *ports.context.engine;
+        return ORVPresetManager::create({ports.alerts, _application, engine.clock, ports.context.notifications, ports.fileSystem,
+                                         _mainThread, ports.preferences, ports.processes, engine.log, engine.textCase, ports.threads,
+                                         ports.context.folders, ports.prompt, ports.workspace, nullptr, ports.progress});
+    }
+
+private:
+    CommandLineApplication _application;
+    CommandLineMainThread _mainThread;
+};
+
+} // namespace orvane

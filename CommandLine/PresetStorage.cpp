@@ -1,0 +1,136 @@
+#include "PresetStorage.h"
+
+#include "CommandSupport.h"
+
+#include "platform/posix/FileDescriptor.h"
+#include "platform/posix/UnistringTextCase.h"
+#include "platform/propertylist/PropertyListFiles.h"
+#include "presets/ORVFileHelpers.h"
+#include "presets/ORVPresetManager.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace orvane {
+
+namespace {
+
+/// The first bytes of a regular file; nothing for anything else, which is never opened for long.
+std::optional<std::string> readHead(const std::string &path, std::size_t bytes) {
+    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    struct stat status {};
+    if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
+        return std::nullopt;
+    }
+    std::string head(bytes, '\0');
+    const ssize_t count = uninterrupted([&] { return ::read(file.get(), head.data(), head.size()); });
+    if (count < 0) {
+        return std::nullopt;
+    }
+    head.resize(static_cast<std::size_t>(count));
+    return head;
+}
+
+/// For checks of names alone.
+class AnyResources final : public ORVPresetResources {
+public:
+    [[nodiscard]] ORVContentState stateOfContent(std::string_view) override { return ORVContentState::Usable; }
+    [[nodiscard]] ORVScriptState stateOfScript(std::string_view) override { return ORVScriptState::Usable; }
+};
+
+/// Opens a file for reading, or takes standard input.
+int openForReading(const std::string &path, std::string &why) {
+    if (path == "-") {
+        return STDIN_FILENO;
+    }
+    const int file = ::open(path.c_str(), O_RDONLY | O_NOCTTY | O_CLOEXEC);
+    if (file < 0) {
+        why = std::strerror(errno);
+    }
+    return file;
+}
+
+} // namespace
+
+std::optional<std::size_t> appendPreset(CommandContext &context, const PropertyList &preset, const std::function<void()> &aboutToStore) {
+    const auto lock = context.preferences.lock();
+    if (!lock) {
+        failure("Preset not stored", "the preferences cannot be locked, or another program holds them for too long.");
+        return std::nullopt;
+    }
+    const auto presets = readPresets(context);
+    if (!presets) {
+        return std::nullopt;
+    }
+    const auto stored = context.preferences.copyAppValue(ORVPresetsKey);
+    if (stored && !stored->root().isArray()) {
+        failure("Preset not stored", "the preferences hold something else than a list of presets, which is left as it is.");
+        return std::nullopt;
+    }
+    PropertyListBuilder builder;
+    const auto records = builder.adopt(*presets).array();
+    std::vector<PropertyListValue> all(records.begin(), records.end());
+    all.push_back(builder.adopt(preset));
+    if (aboutToStore) {
+        aboutToStore();
+    }
+    context.preferences.setAppValue(ORVPresetsKey, builder.finish(builder.array(all)));
+    if (!context.preferences.synchronize()) {
+        failure("Preset not stored", pathOfPreferences(context.folders) + ": the preferences cannot be written.");
+        return std::nullopt;
+    }
+    context.notifications.post(ORVPresetConfigurationChangedNotification); // without anybody to tell there is nothing to do
+    return all.size() - 1;
+}
+
+std::unique_ptr<ORVPresetResources> storedResources(CommandContext &context) {
+    return std::make_unique<ORVStoredResources>(context.fileSystem, context.finderInformation, ORVApplicationSupportPath(context.folders),
+                                                readHead);
+}
+
+std::string lineOfProblem(const ORVPresetProblem &problem, const PropertyListValue &preset) {
+    const std::string place = ORVTextOfPlace(problem.place, preset);
+    return printable((place.empty() ? "" : place + ": ") + ORVNameOfSeverity(problem.severity) + ": " + problem.text());
+}
+
+bool refusesNeverEnding(const PropertyListValue &preset, Refusal reason) {
+    AnyResources resources;
+    UnistringTextCase textCase;
+    const auto problems = ORVPresetChecker(resources, textCase).checkPreset(preset);
+    const auto found = std::find_if(problems.begin(), problems.end(), [&](const ORVPresetProblem &problem) {
+        return problem.neverEnds && (reason == Refusal::Names || problem.place.key == "fileHierarchy");
+    });
+    if (found == problems.end()) {
+        return false;
+    }
+    failure("Preset refused", lineOfProblem(*found, preset));
+    return true;
+}
+
+std::optional<PropertyList> readPropertyListFile(const std::string &path, std::string &why) {
+    const int file = openForReading(path, why);
+    const FileDescriptor owned(path == "-" ? -1 : file);
+    if (file < 0) {
+        return std::nullopt;
+    }
+    struct stat status {};
+    if (::fstat(file, &status) == 0 && S_ISDIR(status.st_mode)) {
+        why = "it is a folder";
+        return std::nullopt;
+    }
+    PropertyListReport report;
+    auto document = readPropertyList(file, &report);
+    why = report.why;
+    return document;
+}
+
+void warn(std::string_view text) {
+    writeStandardError("orvane: warning: " + printable(text) + "\n");
+}
+
+} // namespace orvane

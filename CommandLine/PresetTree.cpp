@@ -1,0 +1,96 @@
+#include "PresetTree.h"
+
+#include "ports/FinderLabel.h"
+#include "presets/ORVFileHelpers.h"
+#include "presets/ORVNameTemplate.h"
+#include "presets/ORVPresetManager.h"
+#include "presets/ORVPropertyListReading.h"
+
+#include <span>
+
+namespace orvane {
+
+namespace {
+
+/// Nodes of a folder that are still to be visited.
+using Pending = std::vector<std::span<const PropertyListValue>>;
+
+std::span<const PropertyListValue> childrenOf(const PropertyListValue *node) {
+    const PropertyListValue *children = node == nullptr ? nullptr : node->find("children");
+    return children != nullptr && children->isArray() ? children->array() : std::span<const PropertyListValue>();
+}
+
+TreeItem itemOfNode(const PropertyListValue &node, std::size_t depth) {
+    TreeItem item;
+    item.depth = depth;
+    item.name = ORVTextValue(node.find("filename"));
+    item.isFolder = ORVBoolValue(node.find("isFolder"));
+    std::string storage;
+    if (const long label = ORVFinderLabelForColor(ORVTextView(node.find("color"), storage)); label != ORVNotFound) {
+        item.label = static_cast<int>(label);
+    }
+    item.mode = ORVPresetManager::modeOfPermissions(ORVTextView(node.find("permissions"), storage));
+    if (!item.isFolder) {
+        item.content = ORVTextValue(node.find("contentFilename"));
+    }
+    return item;
+}
+
+/// Why the scan of a name does not end; empty when it does.
+std::string endlessName(std::string_view kind, std::string_view name) {
+    if (name.find('{') == std::string_view::npos || ORVPresetManager::scanEnds(name)) {
+        return {};
+    }
+    const bool opens = ORVScanTemplate(name).ending == ORVScanEnding::OpenBraceAtEnd;
+    const std::string_view why = opens ? "ends in an opening brace" : "ends in an escaped closing brace while a variable is open";
+    return std::string(kind) + " '" + std::string(name) + "' " + std::string(why) + ", so that looking for its variables would never end";
+}
+
+} // namespace
+
+Tree treeOfPreset(const PropertyListValue &preset) {
+    Tree tree;
+    TreeItem top;
+    top.name = ORVTextValue(preset.find("directoryName"));
+    top.isFolder = true;
+    tree.push_back(std::move(top));
+    Pending pending{childrenOf(preset.find("fileHierarchy"))};
+    while (!pending.empty()) {
+        if (pending.back().empty()) {
+            pending.pop_back();
+            continue;
+        }
+        const PropertyListValue &node = pending.back().front();
+        pending.back() = pending.back().subspan(1);
+        tree.push_back(itemOfNode(node, pending.size()));
+        if (tree.back().isFolder) {
+            pending.push_back(childrenOf(&node));
+        }
+    }
+    return tree;
+}
+
+TemplateSurvey surveyTemplates(const PropertyListValue &preset) {
+    TemplateSurvey survey{1, endlessName("the folder name", ORVTextValue(preset.find("directoryName")))};
+    Pending pending{childrenOf(preset.find("fileHierarchy"))};
+    std::string storage;
+    while (!pending.empty() && survey.endless.empty()) {
+        if (pending.back().empty()) {
+            pending.pop_back();
+            continue;
+        }
+        const PropertyListValue &node = pending.back().front();
+        pending.back() = pending.back().subspan(1);
+        ++survey.nodes;
+        const std::string_view name = ORVTextView(node.find("filename"), storage);
+        if (name.find('{') != std::string_view::npos) {
+            survey.endless = endlessName("the name", ORVPresetManager::cleanFilesystemEntities(name));
+        }
+        if (ORVBoolValue(node.find("isFolder"))) {
+            pending.push_back(childrenOf(&node));
+        }
+    }
+    return survey;
+}
+
+} // namespace orvane

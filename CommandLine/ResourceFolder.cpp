@@ -1,0 +1,251 @@
+#include "ResourceFolder.h"
+
+#include "platform/posix/PosixContentCopy.h"
+#include "presets/ORVPresetFile.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+namespace orvane {
+
+namespace {
+
+/// Folders for one user's data are private (XDG Base Directory 0.8: created with 0700).
+constexpr mode_t FolderMode = 0700;
+constexpr std::size_t DigestedBytes = std::size_t{16} * 1024;
+constexpr std::size_t ComparedAtOnce = std::size_t{64} * 1024;
+constexpr off_t StatBlock = 512; ///< unit of `st_blocks` on Linux, stat(2)
+constexpr int MostTemporaryNames = 100;
+
+/// Reads up to that many bytes at a place; fewer only at the end of the file, or when reading fails.
+std::string readAt(int file, off_t place, std::size_t bytes) {
+    std::string result(bytes, '\0');
+    std::size_t done = 0;
+    while (done < bytes) {
+        const auto from = place + static_cast<off_t>(done);
+        const ssize_t count = uninterrupted([&] { return ::pread(file, &result[done], bytes - done, from); });
+        if (count <= 0) {
+            break;
+        }
+        done += static_cast<std::size_t>(count);
+    }
+    result.resize(done);
+    return result;
+}
+
+/// A digest of size and first bytes by FNV-1a (Fowler, Noll, Vo; 64 bits). It only sorts candidates: equal digests prove nothing.
+std::uint64_t digestOf(off_t size, std::string_view start) {
+    std::uint64_t digest = 14695981039346656037U ^ static_cast<std::uint64_t>(size);
+    for (const char byte : start.substr(0, DigestedBytes)) {
+        digest = (digest ^ static_cast<unsigned char>(byte)) * 1099511628211U;
+    }
+    return digest;
+}
+
+bool fill(int file, int from, std::string_view bytes, off_t size, bool isSparse) {
+    if (from < 0) {
+        return writeContents(file, bytes);
+    }
+    return ::lseek(from, 0, SEEK_SET) == 0 && copyContents(from, file, size, isSparse);
+}
+
+PosixExtendedAttributes sorted(PosixExtendedAttributes attributes) {
+    std::sort(attributes.begin(), attributes.end(), [](const auto &left, const auto &right) { return left.name < right.name; });
+    return attributes;
+}
+
+} // namespace
+
+ResourceFolder::~ResourceFolder() {
+    for (const std::string &name : _madeFiles) {
+        ::unlinkat(_folder.get(), name.c_str(), 0);
+    }
+    while (!_madeFolders.empty()) {
+        ::rmdir(_madeFolders.back().c_str());
+        _madeFolders.pop_back();
+    }
+}
+
+std::optional<std::string> ResourceFolder::addFile(const std::string &name, int file, mode_t mode) {
+    struct stat status {};
+    if (::fstat(file, &status) != 0) {
+        return std::nullopt;
+    }
+    if (!S_ISREG(status.st_mode)) {
+        errno = EINVAL;
+        return std::nullopt;
+    }
+    const bool isSparse = status.st_blocks < status.st_size / StatBlock;
+    return _add(name, {file, {}, status.st_size, isSparse, (mode & 0777U) | S_IRUSR, sorted(readExtendedAttributes(file))});
+}
+
+std::optional<std::string> ResourceFolder::addBytes(const std::string &name, std::string_view bytes, mode_t mode) {
+    return _add(name, {-1, bytes, static_cast<off_t>(bytes.size()), false, (mode & 0777U) | S_IRUSR, {}});
+}
+
+void ResourceFolder::flush() {
+    if (!_madeFiles.empty()) {
+        ::syncfs(_folder.get()); // one call for all, however many they are
+    }
+}
+
+void ResourceFolder::keep() {
+    _madeFiles.clear();
+    _madeFolders.clear();
+}
+
+bool ResourceFolder::_open() {
+    if (_folder) {
+        return true;
+    }
+    if (!_makeFolders()) {
+        return false;
+    }
+    _folder = FileDescriptor(::open(_path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    return static_cast<bool>(_folder);
+}
+
+bool ResourceFolder::_makeFolders() {
+    for (std::size_t end = _path.find('/', 1);; end = _path.find('/', end + 1)) {
+        const std::string folder = _path.substr(0, end);
+        if (::mkdir(folder.c_str(), FolderMode) == 0) {
+            _madeFolders.push_back(folder);
+        } else if (errno != EEXIST) {
+            // Above the user's own folders making one may be refused in other ways although it exists.
+            struct stat status {};
+            const int error = errno;
+            if (::stat(folder.c_str(), &status) != 0 || !S_ISDIR(status.st_mode)) {
+                errno = error;
+                return false;
+            }
+        }
+        if (end == std::string::npos) {
+            return true;
+        }
+    }
+}
+
+std::optional<std::string> ResourceFolder::_add(const std::string &name, const Source &source) {
+    if (!_open()) {
+        return std::nullopt;
+    }
+    Series &series = _series[name];
+    const std::string start = source.file < 0 ? std::string() : readAt(source.file, 0, DigestedBytes);
+    const std::uint64_t digest = digestOf(source.size, source.file < 0 ? source.bytes : start);
+    const auto [first, last] = series.seen.equal_range(digest);
+    for (auto candidate = first; candidate != last; ++candidate) {
+        if (_isSame(candidate->second, source)) {
+            return candidate->second;
+        }
+    }
+    while (true) {
+        const std::string candidate = series.next == 1 ? name : ORVNumberedFileName(name, series.next);
+        if (_make(candidate, source)) {
+            ++series.next;
+            series.seen.emplace(digest, candidate);
+            return candidate;
+        }
+        if (errno != EEXIST) {
+            return std::nullopt;
+        }
+        ++series.next;
+        if (auto same = _existing(series, candidate, source)) {
+            return same;
+        }
+    }
+}
+
+/// Takes up a name that exists already; the name itself when it can be used for the source.
+std::optional<std::string> ResourceFolder::_existing(Series &series, const std::string &name, const Source &source) {
+    const FileDescriptor file(::openat(_folder.get(), name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    struct stat status {};
+    if (file && ::fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode)) {
+        series.seen.emplace(digestOf(status.st_size, readAt(file.get(), 0, DigestedBytes)), name);
+    }
+    return _isSame(name, source) ? std::optional(name) : std::nullopt;
+}
+
+bool ResourceFolder::_isSame(const std::string &name, const Source &source) {
+    const FileDescriptor file(::openat(_folder.get(), name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    struct stat status {};
+    if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size != source.size ||
+        (status.st_mode & 0777U) != source.mode || sorted(readExtendedAttributes(file.get())) != source.attributes) {
+        return false;
+    }
+    for (off_t place = 0; place < source.size;) {
+        const std::string mine = readAt(file.get(), place, ComparedAtOnce);
+        const std::string other = source.file < 0 ? std::string(source.bytes.substr(static_cast<std::size_t>(place), ComparedAtOnce))
+                                                  : readAt(source.file, place, ComparedAtOnce);
+        if (mine != other || mine.empty()) {
+            return false;
+        }
+        place += static_cast<off_t>(mine.size());
+    }
+    return true;
+}
+
+/// Makes the file without a name and gives it one when it is whole. False with EEXIST when the name is taken.
+bool ResourceFolder::_make(const std::string &name, const Source &source) {
+    struct stat status {};
+    if (::fstatat(_folder.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0) {
+        errno = EEXIST;
+        return false;
+    }
+    const FileDescriptor file(::openat(_folder.get(), ".", O_TMPFILE | O_RDWR | O_CLOEXEC, 0600));
+    if (!file) {
+        return (errno == EOPNOTSUPP || errno == EISDIR || errno == ENOENT || errno == EINVAL) && _makeByName(name, source);
+    }
+    if (!fill(file.get(), source.file, source.bytes, source.size, source.isSparse)) {
+        return false;
+    }
+    for (const PosixExtendedAttribute &each : source.attributes) {
+        // Not every file system takes every attribute; the contents matter more.
+        ::fsetxattr(file.get(), each.name.c_str(), each.value.data(), each.value.size(), 0);
+    }
+    const std::string self = "/proc/self/fd/" + std::to_string(file.get());
+    if (::fchmod(file.get(), source.mode) != 0 || ::linkat(AT_FDCWD, self.c_str(), _folder.get(), name.c_str(), AT_SYMLINK_FOLLOW) != 0) {
+        return errno != EEXIST && (errno == ENOENT || errno == EOPNOTSUPP) && _makeByName(name, source);
+    }
+    _madeFiles.push_back(name);
+    return true;
+}
+
+/// The same under a hidden name, for file systems without nameless files.
+bool ResourceFolder::_makeByName(const std::string &name, const Source &source) {
+    FileDescriptor file;
+    std::string hidden;
+    for (int attempt = 0; attempt < MostTemporaryNames && !file; ++attempt) {
+        hidden = ".orvane-" + std::to_string(::getpid()) + "-" + std::to_string(attempt);
+        file = FileDescriptor(::openat(_folder.get(), hidden.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+        if (!file && errno != EEXIST) {
+            return false;
+        }
+    }
+    if (!file) {
+        return false;
+    }
+    bool made = fill(file.get(), source.file, source.bytes, source.size, source.isSparse);
+    for (const PosixExtendedAttribute &each : source.attributes) {
+        ::fsetxattr(file.get(), each.name.c_str(), each.value.data(), each.value.size(), 0);
+    }
+    made = made && ::fchmod(file.get(), source.mode) == 0 && file.closeChecked() &&
+           ::renameat2(_folder.get(), hidden.c_str(), _folder.get(), name.c_str(), RENAME_NOREPLACE) == 0;
+    if (!made) {
+        const int error = errno;
+        ::unlinkat(_folder.get(), hidden.c_str(), 0);
+        errno = error;
+        return false;
+    }
+    _madeFiles.push_back(name);
+    return true;
+}
+
+} // namespace orvane

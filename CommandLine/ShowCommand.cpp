@@ -1,0 +1,137 @@
+#include "CommandLineAdapters.h"
+#include "CommandLinePrompt.h"
+#include "CommandLineWorkspace.h"
+#include "CommandSupport.h"
+#include "JSONWriter.h"
+#include "Options.h"
+#include "PresetEngine.h"
+#include "PresetTree.h"
+#include "TreeDrawing.h"
+
+#include "presets/ORVPropertyListReading.h"
+
+#include <algorithm>
+#include <array>
+#include <unistd.h>
+
+namespace orvane {
+
+namespace {
+
+constexpr const char *Name = "show";
+
+/// A preset with what the engine would make of it.
+struct ShownPreset {
+    std::size_t index = 0;
+    std::optional<std::string> label;
+    std::string nameTemplate;
+    std::vector<PromptValueRow> variables; ///< with their defaults
+    std::string script;
+    Tree tree;
+    std::string problem; ///< why the variables cannot be listed; empty when they are
+};
+
+/// The variables in the order of the prompt, with what it would offer for each.
+std::vector<PromptValueRow> variablesOfPreset(CommandContext &context, const PropertyListValue &preset) {
+    CommandLineAlerts alerts;
+    ReadOnlyPreferencesStore preferences(context.preferences);
+    DeferredThreadLauncher threads;
+    StandardTerminal terminal;
+    CommandLinePrompt prompt({}, true, terminal);
+    CommandLineWorkspace workspace(false);
+    PresetEngine engine;
+    const auto manager =
+        engine.makeManager({context, alerts, context.fileSystem, preferences, context.engine->processes, threads, prompt, workspace});
+    const ORVAutomaticVariables counters = manager->automaticVariables();
+    std::vector<PromptValueRow> rows;
+    for (std::string &name : manager->variableNamesOfPreset(preset)) {
+        std::string value = ORVPresetManager::defaultValueForVariable(name, counters);
+        rows.push_back({std::move(name), std::move(value)});
+    }
+    return rows;
+}
+
+std::string jsonOfPreset(const ShownPreset &preset) {
+    JSONWriter writer;
+    writer.beginObject().key("index").number(static_cast<std::int64_t>(preset.index));
+    writer.key("label").stringOrNull(preset.label).key("name").string(preset.nameTemplate).key("variables").beginArray();
+    for (const PromptValueRow &row : preset.variables) {
+        writer.beginObject().key("name").string(row.key).key("default").string(row.value).endObject();
+    }
+    writer.endArray().key("script").stringOrNull(preset.script.empty() ? std::nullopt : std::optional(preset.script));
+    writeTree(writer.key("tree"), preset.tree);
+    if (!preset.problem.empty()) {
+        writer.key("problem").string(preset.problem);
+    }
+    writer.endObject();
+    return writer.text() + "\n";
+}
+
+std::string textOfVariables(const std::vector<PromptValueRow> &variables) {
+    if (variables.empty()) {
+        return "variables:  none\n";
+    }
+    std::size_t width = 0;
+    for (const PromptValueRow &row : variables) {
+        width = std::max(width, printable(row.key).size());
+    }
+    std::string text = "variables:\n";
+    for (const PromptValueRow &row : variables) {
+        std::string name = printable(row.key);
+        if (!row.value.empty()) {
+            name.append(width - name.size(), ' ').append("  ").append(printable(row.value));
+        }
+        text += "  " + name + "\n";
+    }
+    return text;
+}
+
+std::string textOfPreset(const ShownPreset &preset, const TextStyle &style) {
+    std::string text = "preset:     " + std::to_string(preset.index) + "  " + printable(preset.label.value_or("(no label)")) + "\n";
+    text += "name:       " + printable(preset.nameTemplate) + "\n";
+    text += preset.problem.empty() ? textOfVariables(preset.variables) : "variables:  " + printable(preset.problem) + "\n";
+    text += "script:     " + (preset.script.empty() ? "none" : printable(preset.script)) + "\n\n";
+    return text + drawTree(preset.tree, style) + "\n" + countOfTree(preset.tree) + "\n";
+}
+
+} // namespace
+
+const char ShowCommandHelp[] = "Usage: orvane show PRESET [--json]\n"
+                               "\n"
+                               "Shows a preset: the template of its folder's name, its variables in the order in which\n"
+                               "they are asked for, each with the value that is offered, and the tree of its folders\n"
+                               "and files with modes, labels and content files.\n"
+                               "\n"
+                               "  --json  print one JSON object\n"
+                               "\n"
+                               "Exit status: 0 shown, 1 the preferences cannot be read, 2 wrong usage.\n";
+
+ExitStatus runShowCommand(CommandContext &context, const CommandArguments &arguments) {
+    constexpr std::array<OptionRule, 1> Rules = {{{"json", false}}};
+    const ParsedOptions parsed = parseOptions(arguments, Rules);
+    if (!parsed.error.empty() || parsed.operands.size() != 1) {
+        return usageError(Name, !parsed.error.empty() ? parsed.error : parsed.operands.empty() ? "which preset?" : "one preset at a time");
+    }
+    const auto presets = readPresets(context);
+    if (!presets) {
+        return ExitStatus::NotMade;
+    }
+    const auto index = presetNamed(parsed.operands.front(), *presets);
+    if (!index) {
+        return ExitStatus::Usage;
+    }
+    const PropertyListValue &record = presets->root().array()[*index];
+    ShownPreset preset;
+    preset.index = *index;
+    preset.label = labelOfPreset(record);
+    preset.nameTemplate = ORVTextValue(record.find("directoryName"));
+    preset.script = ORVTextValue(record.find("scriptFile"));
+    preset.tree = treeOfPreset(record);
+    preset.problem = surveyTemplates(record).endless;
+    if (preset.problem.empty()) {
+        preset.variables = variablesOfPreset(context, record);
+    }
+    return writeStandardOutput(parsed.has("json") ? jsonOfPreset(preset) : textOfPreset(preset, styleOfDescriptor(STDOUT_FILENO)));
+}
+
+} // namespace orvane

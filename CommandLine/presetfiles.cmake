@@ -1,0 +1,10 @@
+# Sources of commandline: presets from folders and files, and the checking of them.
+target_sources(commandline PRIVATE
+  AddCommand.cpp
+  CheckCommand.cpp
+  ExportCommand.cpp
+  FolderImport.cpp
+  FolderWalk.cpp
+  ImportCommand.cpp
+  PresetStorage.cpp
+  ResourceFolder.cpp)
