@@ -1,1 +1,25 @@
 # Tests: contract/files.
+orvane_add_test(NAME contract_files LABEL contract
+  SOURCES
+    contract/files/FileSystemContractTest.cpp
+    contract/files/FilesTestSupport.cpp
+    contract/files/PosixContentsTest.cpp
+    contract/files/PosixDepthTest.cpp
+    contract/files/PosixDiskTest.cpp
+    contract/files/PosixFinderTest.cpp
+    contract/files/PosixModesTest.cpp
+    contract/files/PosixNamesTest.cpp
+  LIBRARIES platform_posix)
+
+# Counting system calls is left to strace, which does not go together with the leak check of the address sanitizer.
+if(NOT ORVANE_SANITIZE)
+  add_executable(hierarchy_driver contract/files/HierarchyDriver.cpp)
+  target_link_libraries(hierarchy_driver PRIVATE platform_posix)
+  orvane_add_test(NAME contract_files_calls LABEL contract
+    SOURCES
+      contract/files/FilesTestSupport.cpp
+      contract/files/PosixCallsTest.cpp
+    LIBRARIES platform_posix)
+  target_compile_definitions(contract_files_calls PRIVATE HIERARCHY_DRIVER="$<TARGET_FILE:hierarchy_driver>")
+  add_dependencies(contract_files_calls hierarchy_driver)
+endif()

@@ -218,6 +218,9 @@ private:
             const std::string part = left.front();
             left.erase(left.begin());
             if (part == "." || part == "..") {
+                if (const FakeNode *const folder = _walk(done); folder == nullptr || !folder->isFolder()) {
+                    return nullptr; // only folders have these
+                }
                 if (part == ".." && !done.empty()) {
                     done.pop_back();
                 }

@@ -1,0 +1,172 @@
+#include "FilesTestSupport.h"
+
+#include "platform/posix/PosixFinderInformation.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include <fcntl.h>
+#include <sys/resource.h>
+
+// Hierarchies deeper than descriptors and paths reach.
+
+namespace orvane::testing {
+
+namespace {
+
+/// Descriptor of the folder `levels` below `top`, all of that name; -1 when there are not so many.
+int openLevel(const std::string &top, const std::string &name, int levels) {
+    int folder = ::open(top.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    for (int i = 0; i < levels && folder >= 0; ++i) {
+        const int next = ::openat(folder, name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+        ::close(folder);
+        folder = next;
+    }
+    return folder;
+}
+
+std::string makeChain(const std::string &base, const std::string &name, int levels, rlim_t descriptors, mode_t umask) {
+    const rlimit few = {descriptors, descriptors};
+    ::setrlimit(RLIMIT_NOFILE, &few);
+    ::umask(umask);
+    PosixFileSystem files;
+    auto writer = files.beginHierarchy(base);
+    for (int i = 0; i < levels; ++i) {
+        if (!writer->enterFolder(name)) {
+            return "level " + std::to_string(i) + " failed with " + std::to_string(writer->lastError());
+        }
+    }
+    if (!writer->makeEmptyFile("end", {6, 0640})) {
+        return "no file at the end";
+    }
+    for (int i = 0; i < levels; ++i) {
+        if (!writer->makeEmptyFile("on the way back", {})) {
+            return "way back failed at " + std::to_string(levels - i);
+        }
+        writer->leaveFolder({i % 100 == 0 ? 3 : 0, i % 3 == 0 ? std::optional(0750U) : std::nullopt});
+    }
+    for (const int level : {1, 2, 7, 8, 9, levels / 2, levels - 1, levels}) {
+        const int folder = openLevel(base, name, level);
+        struct stat status {};
+        if (folder < 0 || ::fstat(folder, &status) != 0 || ::faccessat(folder, "on the way back", F_OK, 0) != 0) {
+            return "level " + std::to_string(level) + " is not there";
+        }
+        if ((levels - level) % 3 == 0 && (status.st_mode & 07777U) != 0750) {
+            return "level " + std::to_string(level) + " has a wrong mode";
+        }
+        ::close(folder);
+    }
+    writer->removeEverythingMade();
+    return isThere(base + "/" + name) ? "not removed" : "";
+}
+
+class PosixDepth : public ::testing::TestWithParam<mode_t> {
+protected:
+    const TemporaryFolder folder;
+};
+
+} // namespace
+
+TEST_P(PosixDepth, ThreeThousandLevelsFitUnder1024Descriptors) {
+    EXPECT_EQ(inChild([&] { return makeChain(folder.path(), "level", 3000, 1024, GetParam()); }), "");
+}
+
+TEST_P(PosixDepth, AThousandLevelsFitUnder32Descriptors) {
+    EXPECT_EQ(inChild([&] { return makeChain(folder.path(), "level", 1000, 32, GetParam()); }), "");
+}
+
+TEST_P(PosixDepth, PathsBeyondPATH_MAXAreMadeAndRemoved) {
+    EXPECT_EQ(inChild([&] { return makeChain(folder.path(), std::string(20, 'n'), 500, 1024, GetParam()); }), "");
+    EXPECT_EQ(inChild([&] { return makeChain(folder.path(), std::string(255, 'n'), 100, 1024, GetParam()); }), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Umask, PosixDepth, ::testing::Values(0022, 0000));
+
+TEST(PosixDepthTest, TheBaseMayLieBeyondPATH_MAX) {
+    const TemporaryFolder folder;
+    std::string base = folder.path();
+    for (int i = 0; i < 60; ++i) {
+        base += "/" + std::string(200, static_cast<char>('a' + i % 26));
+    }
+    PosixFileSystem files;
+    EXPECT_FALSE(files.fileExists(base));
+    auto first = files.beginHierarchy(base);
+    ASSERT_NE(first, nullptr);
+    ASSERT_TRUE(first->makeEmptyFile("script", {0, 0755}));
+    EXPECT_TRUE(files.fileExists(base));
+    EXPECT_TRUE(files.isExecutableFile(base + "/script"));
+    EXPECT_FALSE(files.isExecutableFile(base));
+    EXPECT_NE(files.contentSource(base + "/script"), nullptr);
+    EXPECT_NE(files.contentSource(base), nullptr);
+
+    auto second = files.beginHierarchy(base);
+    ASSERT_NE(second, nullptr);
+    ASSERT_TRUE(second->enterFolder("top"));
+    second->leaveFolder({});
+    EXPECT_TRUE(files.fileExists(base + "/top"));
+
+    PosixFinderInformation information;
+    std::uint16_t flags = 1;
+    EXPECT_TRUE(information.hasItem(base + "/top"));
+    EXPECT_EQ(information.writeFlags(base + "/top", 0x000C), 0);
+    EXPECT_EQ(information.readFlags(base + "/top", flags), 0);
+    EXPECT_EQ(flags, 0x000C);
+
+    second->removeEverythingMade();
+    EXPECT_FALSE(files.fileExists(base + "/top"));
+    first->removeEverythingMade();
+    EXPECT_EQ(namesIn(folder.path()), std::vector<std::string>());
+}
+
+TEST(PosixDepthTest, TheWorkingFolderMayBeTheBase) {
+    const TemporaryFolder folder;
+    EXPECT_EQ(inChild([&]() -> std::string {
+                  if (::chdir(folder.path().c_str()) != 0) {
+                      return "cannot go there";
+                  }
+                  PosixFileSystem files;
+                  auto here = files.beginHierarchy(".");
+                  auto below = files.beginHierarchy("new/./sub");
+                  return here && below && here->makeEmptyFile("a", {}) && below->makeEmptyFile("b", {}) ? "" : "failed";
+              }),
+              "");
+    EXPECT_TRUE(isThere(folder / "a"));
+    EXPECT_TRUE(isThere(folder / "new/sub/b"));
+}
+
+TEST(PosixDepthTest, AFolderMovedAwayOnTheWayBackIsNotTakenForAnother) {
+    const TemporaryFolder folder;
+    putFolder(folder / "base", 0777);
+    putFolder(folder / "elsewhere");
+    EXPECT_EQ(inChild([&]() -> std::string {
+                  const rlimit few = {32, 32};
+                  ::setrlimit(RLIMIT_NOFILE, &few);
+                  ::umask(0);
+                  PosixFileSystem files;
+                  auto writer = files.beginHierarchy(folder / "base");
+                  std::string path = folder / "base";
+                  for (int i = 0; i < 100; ++i) {
+                      if (!writer->enterFolder("d")) {
+                          return "cannot make";
+                      }
+                  }
+                  if (::rename((folder / "base/d/d/d").c_str(), (folder / "elsewhere/d").c_str()) != 0) {
+                      return "cannot move";
+                  }
+                  for (int i = 0; i < 98; ++i) {
+                      writer->leaveFolder({});
+                  }
+                  if (writer->makeEmptyFile("astray", {})) {
+                      return "made a file in another folder";
+                  }
+                  writer->leaveFolder({});
+                  writer->leaveFolder({});
+                  return writer->makeEmptyFile("home", {}) ? "" : "the base was lost";
+              }),
+              "");
+    EXPECT_FALSE(isThere(folder / "elsewhere/astray"));
+    EXPECT_TRUE(isThere(folder / "base/home"));
+}
+
+} // namespace orvane::testing

@@ -1,0 +1,297 @@
+#include "FilesTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <cstring>
+#include <string>
+
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/resource.h>
+
+// A disk that is full, closed, or changed by somebody else while a hierarchy is being made.
+
+namespace orvane::testing {
+
+namespace {
+
+/// Runs `work` with a file system of its own of that size mounted at `place`; "" or what went wrong. A name space of its
+/// own keeps the mount out of the rest of the system, and it goes away with the child.
+std::string onSmallDisk(const std::string &place, const char *options, const std::function<std::string()> &work) {
+    return inChild([&]() -> std::string {
+        if (::unshare(CLONE_NEWNS) != 0 || ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+            ::mount("tmpfs", place.c_str(), "tmpfs", 0, options) != 0) {
+            return std::string("cannot mount: ") + std::strerror(errno);
+        }
+        return work();
+    });
+}
+
+class PosixDisk : public ::testing::Test {
+protected:
+    void SetUp() override {
+        putFolder(folder / "disk", 0777);
+        putFile(folder / "small", std::string(4096, 's'));
+        putFile(folder / "large", std::string(300000, 'l'));
+    }
+    std::string disk() { return folder / "disk"; }
+
+    const TemporaryFolder folder;
+    PosixFileSystem files;
+};
+
+std::string text(const std::vector<std::string> &names) {
+    std::string result;
+    for (const std::string &name : names) {
+        result += name + ";";
+    }
+    return result;
+}
+
+} // namespace
+
+TEST_F(PosixDisk, WithoutBlocksCopiesFailAndLeaveNothingOfThemselves) {
+    if (!isRoot()) {
+        GTEST_SKIP() << "mounting needs root; the limit on file sizes below shows the same for everybody";
+    }
+    EXPECT_EQ(
+        onSmallDisk(disk(), "size=64k",
+                    [&]() -> std::string {
+                        auto writer = files.beginHierarchy(disk());
+                        if (writer->copyItem("large", *files.contentSource(folder / "large"), {})) {
+                            return "large copied";
+                        }
+                        if (writer->lastError() != ENOSPC || !namesIn(disk()).empty()) {
+                            return "after large: " + std::to_string(writer->lastError()) + text(namesIn(disk()));
+                        }
+                        int made = 0;
+                        while (made < 100 && writer->copyItem("s" + std::to_string(made), *files.contentSource(folder / "small"), {})) {
+                            ++made;
+                        }
+                        if (made == 100 || writer->lastError() != ENOSPC || namesIn(disk()).size() != static_cast<std::size_t>(made)) {
+                            return "after small: " + std::to_string(made) + text(namesIn(disk()));
+                        }
+                        // What the creation does next: an empty file in its place, which needs no block.
+                        if (!writer->makeEmptyFile("s" + std::to_string(made), {})) {
+                            return "no empty file";
+                        }
+                        writer->removeEverythingMade();
+                        return text(namesIn(disk()));
+                    }),
+        "");
+}
+
+TEST_F(PosixDisk, WithoutInodesEverythingFailsAndRemovalStillWorks) {
+    if (!isRoot()) {
+        GTEST_SKIP() << "mounting needs root";
+    }
+    EXPECT_EQ(onSmallDisk(disk(), "size=1m,nr_inodes=16",
+                          [&]() -> std::string {
+                              auto writer = files.beginHierarchy(disk());
+                              int made = 0;
+                              while (made < 100 && writer->enterFolder("f") && writer->makeEmptyFile("x", {})) {
+                                  ++made;
+                              }
+                              if (made == 100 || writer->lastError() != ENOSPC) {
+                                  return "made " + std::to_string(made);
+                              }
+                              if (writer->copyItem("y", *files.contentSource(folder / "small"), {}) || writer->lastError() != ENOSPC) {
+                                  return "copied without an inode";
+                              }
+                              writer->removeEverythingMade();
+                              return text(namesIn(disk()));
+                          }),
+              "");
+}
+
+TEST_F(PosixDisk, AReadOnlyDiskRefusesEverything) {
+    if (!isRoot()) {
+        GTEST_SKIP() << "mounting needs root";
+    }
+    EXPECT_EQ(onSmallDisk(disk(), "size=1m",
+                          [&]() -> std::string {
+                              auto writer = files.beginHierarchy(disk());
+                              if (::mount("none", disk().c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr) != 0) {
+                                  return "cannot remount";
+                              }
+                              const bool refused =
+                                  !writer->enterFolder("f") && writer->lastError() == EROFS && !writer->makeEmptyFile("x", {}) &&
+                                  writer->lastError() == EROFS && !writer->copyItem("x", *files.contentSource(folder / "small"), {}) &&
+                                  writer->lastError() == EROFS && !writer->copyItem("x", *files.contentSource(folder / "large"), {});
+                              return refused && writer->lastError() == EROFS ? "" : "not refused";
+                          }),
+              "");
+}
+
+TEST_F(PosixDisk, ARefusalInTheMiddleOfAFileLeavesNothingOfIt) {
+    EXPECT_EQ(inChild([&]() -> std::string {
+                  ::signal(SIGXFSZ, SIG_IGN);
+                  const rlimit size = {2000, 2000};
+                  ::setrlimit(RLIMIT_FSIZE, &size);
+                  auto writer = files.beginHierarchy(disk());
+                  for (const char *name : {"small", "large"}) {
+                      if (writer->copyItem(name, *files.contentSource(folder / name), {}) || writer->lastError() != EFBIG) {
+                          return name;
+                      }
+                  }
+                  return text(namesIn(disk()));
+              }),
+              "");
+}
+
+TEST_F(PosixDisk, AFolderThatMayNotBeWrittenRefusesEverything) {
+    putFolder(folder / "closed", 0555);
+    giveToOrdinaryUser(folder / "closed");
+    EXPECT_EQ(asOrdinaryUser([&]() -> std::string {
+                  PosixFileSystem own;
+                  auto writer = own.beginHierarchy(folder / "closed");
+                  if (!writer) {
+                      return "no writer";
+                  }
+                  const bool refused = !writer->enterFolder("f") && writer->lastError() == EACCES && !writer->makeEmptyFile("x", {}) &&
+                                       writer->lastError() == EACCES && !writer->copyItem("x", *own.contentSource(folder / "small"), {}) &&
+                                       writer->lastError() == EACCES && !writer->copyItem("x", *own.contentSource(folder / "large"), {});
+                  return refused && writer->lastError() == EACCES ? "" : "not refused";
+              }),
+              "");
+    EXPECT_EQ(asOrdinaryUser([&]() -> std::string {
+                  PosixFileSystem own;
+                  return own.beginHierarchy(folder / "closed/new") == nullptr && errno == EACCES ? "" : "not refused";
+              }),
+              "");
+}
+
+TEST_F(PosixDisk, AFolderThatMayOnlyBePassedThroughCanBeTheBase) {
+    putFolder(folder / "passage", 0333);
+    giveToOrdinaryUser(folder / "passage");
+    EXPECT_EQ(asOrdinaryUser([&]() -> std::string {
+                  PosixFileSystem own;
+                  auto writer = own.beginHierarchy(folder / "passage");
+                  return writer && writer->enterFolder("top") && writer->makeEmptyFile("x", {}) ? "" : "refused";
+              }),
+              "");
+    EXPECT_TRUE(isThere(folder / "passage/top/x"));
+}
+
+TEST_F(PosixDisk, AFolderDeletedUnderTheWriterFailsAndHarmsNothing) {
+    auto writer = files.beginHierarchy(disk());
+    ASSERT_TRUE(writer->enterFolder("top"));
+    ASSERT_TRUE(writer->enterFolder("inner"));
+    ASSERT_EQ(run("rm -r '" + disk() + "/top'"), 0);
+    EXPECT_FALSE(writer->makeEmptyFile("x", {}));
+    EXPECT_EQ(writer->lastError(), ENOENT);
+    EXPECT_FALSE(writer->copyItem("x", *files.contentSource(folder / "small"), {}));
+    EXPECT_FALSE(writer->copyItem("x", *files.contentSource(folder / "large"), {}));
+    EXPECT_FALSE(writer->enterFolder("y"));
+    writer->leaveFolder({3, 0700});
+    writer->leaveFolder({3, 0700});
+    putFolder(folder / "disk/top");
+    putFile(folder / "disk/top/foreign", "theirs");
+    ASSERT_TRUE(writer->makeEmptyFile("beside", {}));
+    writer->removeEverythingMade();
+    EXPECT_EQ(namesIn(disk()), std::vector<std::string>({"top"}));
+    EXPECT_EQ(contentsOf(folder / "disk/top/foreign"), "theirs");
+}
+
+TEST_F(PosixDisk, ATopFolderReplacedBySomebodyElsesIsNotEmptied) {
+    auto writer = files.beginHierarchy(disk());
+    ASSERT_TRUE(writer->enterFolder("top"));
+    ASSERT_TRUE(writer->makeEmptyFile("x", {}));
+    writer->leaveFolder({});
+    ASSERT_EQ(::rename((folder / "disk/top").c_str(), (folder / "moved").c_str()), 0);
+    putFolder(folder / "disk/top");
+    putFile(folder / "disk/top/x", "theirs");
+    writer->removeEverythingMade();
+    EXPECT_EQ(contentsOf(folder / "disk/top/x"), "theirs");
+    EXPECT_EQ(namesIn(folder / "moved"), std::vector<std::string>({"x"}));
+}
+
+TEST_F(PosixDisk, ATopFolderReplacedByALinkIsNotFollowed) {
+    putFolder(folder / "precious");
+    putFile(folder / "precious/x", "precious");
+    auto writer = files.beginHierarchy(disk());
+    ASSERT_TRUE(writer->enterFolder("top"));
+    ASSERT_TRUE(writer->makeEmptyFile("x", {}));
+    ASSERT_EQ(::rename((folder / "disk/top").c_str(), (folder / "moved").c_str()), 0);
+    putLink(folder / "disk/top", "../precious");
+    ASSERT_TRUE(writer->makeEmptyFile("y", {}));
+    writer->leaveFolder({2, 0700});
+    writer->removeEverythingMade();
+    EXPECT_EQ(namesIn(folder / "precious"), std::vector<std::string>({"x"}));
+    EXPECT_EQ(contentsOf(folder / "precious/x"), "precious");
+    EXPECT_EQ(modeOf(folder / "precious"), 0755U);
+}
+
+TEST_F(PosixDisk, AFolderOfATreeOpenToOthersReplacedByALinkIsNotFollowed) {
+    EXPECT_EQ(inChild([&]() -> std::string {
+                  ::umask(0);
+                  putFolder(folder / "precious");
+                  putFile(folder / "precious/x", "precious");
+                  PosixFileSystem own;
+                  auto writer = own.beginHierarchy(disk());
+                  if (!writer->enterFolder("top") || !writer->enterFolder("a") || !writer->enterFolder("b")) {
+                      return "cannot make";
+                  }
+                  if (::rename((folder / "disk/top/a").c_str(), (folder / "moved").c_str()) != 0) {
+                      return "cannot move";
+                  }
+                  putLink(folder / "disk/top/a", "../../precious");
+                  if (!writer->makeEmptyFile("x", {0, 0640})) { // goes to where b is now
+                      return "cannot go on";
+                  }
+                  writer->leaveFolder({});
+                  writer->leaveFolder({});
+                  if (writer->enterFolder("a")) {
+                      return "followed a link";
+                  }
+                  writer->removeEverythingMade();
+                  return contentsOf(folder / "precious/x");
+              }),
+              "precious");
+    EXPECT_EQ(modeOf(folder / "moved/b/x"), 0640U);
+}
+
+TEST_F(PosixDisk, ATargetThatAppearsBetweenCheckAndCreationStaysWhole) {
+    ASSERT_FALSE(files.fileExists(folder / "disk/top"));
+    auto writer = files.beginHierarchy(disk());
+    putFolder(folder / "disk/top");
+    putFile(folder / "disk/top/a", "theirs");
+    ASSERT_TRUE(writer->enterFolder("top"));
+    EXPECT_FALSE(writer->makeEmptyFile("a", {}));
+    EXPECT_FALSE(writer->copyItem("a", *files.contentSource(folder / "small"), {}));
+    ASSERT_TRUE(writer->makeEmptyFile("b", {}));
+    writer->removeEverythingMade();
+    EXPECT_EQ(namesIn(folder / "disk/top"), std::vector<std::string>({"a"}));
+    EXPECT_EQ(contentsOf(folder / "disk/top/a"), "theirs");
+}
+
+TEST_F(PosixDisk, RemovalOpensFoldersThatWereClosedByTheirModes) {
+    EXPECT_EQ(asOrdinaryUser([&]() -> std::string {
+                  PosixFileSystem own;
+                  auto writer = own.beginHierarchy(disk());
+                  for (const unsigned mode : {0000U, 0444U, 0555U, 0111U, 0777U, 01777U}) {
+                      const std::string name = std::to_string(mode);
+                      if (!writer->enterFolder(name) || !writer->enterFolder("inner") || !writer->makeEmptyFile("x", {0, 0000})) {
+                          return name;
+                      }
+                      writer->leaveFolder({0, mode});
+                      writer->leaveFolder({0, mode});
+                  }
+                  writer->removeEverythingMade();
+                  return text(namesIn(disk()));
+              }),
+              "");
+}
+
+TEST_F(PosixDisk, NothingCanBeMadeAfterRemoval) {
+    auto writer = files.beginHierarchy(disk());
+    ASSERT_TRUE(writer->makeEmptyFile("x", {}));
+    writer->removeEverythingMade();
+    writer->removeEverythingMade();
+    EXPECT_FALSE(writer->makeEmptyFile("y", {}));
+    EXPECT_FALSE(writer->enterFolder("y"));
+    EXPECT_EQ(namesIn(disk()), std::vector<std::string>());
+}
+
+} // namespace orvane::testing

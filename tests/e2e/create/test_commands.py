@@ -1,0 +1,130 @@
+"""The program's words: help, versions, mistakes, list, show, notify."""
+
+import json
+import unittest
+
+from harness import OrvaneTest, file, folder, preset
+
+COMMANDS = ("list", "show", "create", "import", "export", "add", "check", "notify")
+
+
+class Words(OrvaneTest):
+    def test_help_on_every_level_is_output(self):
+        general = self.run_orvane("--help")
+        self.assertEqual((general.status, general.err), (0, ""))
+        for command in COMMANDS:
+            self.assertIn(f"\n  {command} ", general.out)
+            for option in ("--help", "-h"):
+                result = self.run_orvane(command, option)
+                self.assertEqual((result.status, result.err), (0, ""))
+                self.assertTrue(result.out.startswith(f"Usage: orvane {command}"), result.out)
+
+    def test_version_on_every_level_is_output(self):
+        version = self.run_orvane("--version")
+        self.assertEqual((version.status, version.err), (0, ""))
+        self.assertRegex(version.out, r"^orvane \d+\.\d+\.\d+\n$")
+        for command in COMMANDS:
+            self.assertEqual(self.run_orvane(command, "--version").out, version.out)
+
+    def test_help_does_nothing_else(self):
+        self.write_presets(preset("P", "made"))
+        self.assertEqual(self.create("0", "--help").status, 0)
+        self.assertNothingMade()
+
+    def test_help_behind_two_dashes_is_a_word_like_any_other(self):
+        self.write_presets(preset("--help", "made"))
+        self.assertMade(self.create("--", "--help"), "made")
+
+    def test_unknown_words_are_wrong_usage(self):
+        self.write_presets(preset("P", "made"))
+        for words in ((), ("nonsense",), ("--nonsense",), ("list", "--nonsense"), ("list", "word"), ("show",), ("show", "0", "1"),
+                      ("create",), ("create", "0", "1"), ("create", "0", "--nonsense"), ("create", "0", "--in"),
+                      ("create", "0", "--set"), ("create", "0", "--json=1"), ("create", "-1"), ("notify", "word"), ("menu",)):
+            result = self.run_orvane(*words)
+            self.assertEqual((result.status, result.out), (2, ""), words)
+            self.assertTrue(result.err, words)
+        self.assertNothingMade()
+
+    def test_notify_without_a_session_bus_fails(self):
+        result = self.run_orvane("notify", env={"DBUS_SESSION_BUS_ADDRESS": "unix:path=" + self.root + "/none"})
+        self.assertEqual((result.status, result.out), (1, ""))
+        self.assertTrue(result.err.startswith("orvane: "))
+
+    def test_output_that_cannot_be_written_is_a_failure(self):
+        import subprocess
+        from harness import PROGRAM
+        with open("/dev/full", "w", encoding="utf-8") as full:
+            done = subprocess.run([PROGRAM, "--version"], stdout=full, stderr=subprocess.PIPE, env=self.env, check=False)
+        self.assertEqual((done.returncode, done.stderr), (1, b"orvane: Standard output: No space left on device\n"))
+
+
+class List(OrvaneTest):
+    def test_shows_index_and_label_aligned(self):
+        self.write_presets(*[preset(f"Label {i}", "x") for i in range(11)])
+        self.assertEqual(self.run_orvane("list").out.splitlines(), [f"{i:2}  Label {i}" for i in range(11)])
+
+    def test_json_is_an_array(self):
+        self.write_presets(preset("Grüße \"x\"\t", "x"), {"directoryName": "y"})
+        result = self.run_orvane("list", "--json")
+        self.assertEqual(result.json, [{"index": 0, "label": "Grüße \"x\"\t"}, {"index": 1, "label": None}])
+
+    def test_without_preferences_there_are_none(self):
+        self.assertEqual(vars(self.run_orvane("list")), {"status": 0, "out": "", "err": ""})
+        self.assertEqual(self.run_orvane("list", "--json").json, [])
+
+    def test_control_characters_of_labels_stay_away_from_terminals(self):
+        self.write_presets(preset("a\tb", "x"))
+        self.assertEqual(self.run_orvane("list").out, "0  a\\x09b\n")
+
+
+class Show(OrvaneTest):
+    def setUp(self):
+        super().setUp()
+        self.write_presets(
+            preset("Film", "{Project} {AutoNo} {Project}",
+                   folder("Footage", file("{Camera}.txt", contentFilename="c.txt"), permissions="750", color="red"),
+                   file("notes"), scriptFile="x.sh"), ORVAutomaticVars={"AutoNo": "41"})
+
+    def test_json_has_variables_in_prompt_order_with_defaults(self):
+        shown = self.run_orvane("show", "Film", "--json").json
+        self.assertEqual(shown["variables"], [{"name": "Project", "default": ""}, {"name": "AutoNo", "default": "42"},
+                                              {"name": "Project", "default": ""}, {"name": "Camera", "default": ""}])
+        self.assertEqual((shown["index"], shown["label"], shown["name"], shown["script"]),
+                         (0, "Film", "{Project} {AutoNo} {Project}", "x.sh"))
+        self.assertEqual(shown["tree"]["children"][0]["mode"], "750")
+        self.assertEqual(shown["tree"]["children"][0]["label"], "red")
+        self.assertEqual(shown["tree"]["children"][0]["children"][0]["content"], "c.txt")
+
+    def test_text_draws_the_tree(self):
+        text = self.run_orvane("show", "0").out
+        self.assertIn("├── Footage/  750  ● red\n│   └── {Camera}.txt  <- c.txt\n└── notes\n", text)
+        self.assertNotIn("\033", text)
+        self.assertIn("`-- notes\n", self.run_orvane("show", "0", env={"LC_ALL": "C"}).out)
+
+    def test_changes_nothing(self):
+        before = self.snapshot(self.home)
+        self.assertEqual(self.run_orvane("show", "0").status, 0)
+        self.assertEqual(self.snapshot(self.home), before)
+
+    def test_a_template_without_end_is_told_and_does_not_hang(self):
+        self.write_presets(preset("P", "Job {", file("{A}")))
+        shown = self.run_orvane("show", "P", "--json")
+        self.assertEqual(shown.status, 0)
+        self.assertIn("'Job {'", shown.json["problem"])
+
+    def test_unknown_and_ambiguous_presets_get_the_candidates(self):
+        self.write_presets(preset("A", "x"), preset("B", "x"), preset("A", "x"))
+        unknown = self.run_orvane("show", "C")
+        self.assertEqual((unknown.status, unknown.out), (2, ""))
+        for line in ("  0  A\n", "  1  B\n", "  2  A\n"):
+            self.assertIn(line, unknown.err)
+        ambiguous = self.run_orvane("show", "A")
+        self.assertEqual(ambiguous.status, 2)
+        self.assertIn("  0  A\n  2  A\n", ambiguous.err)
+        self.assertNotIn("  1  B\n", ambiguous.err)
+        self.assertEqual(self.run_orvane("show", "3").status, 2)
+        self.assertEqual(json.loads(self.run_orvane("show", "B", "--json").out)["index"], 1)
+
+
+if __name__ == "__main__":
+    unittest.main()

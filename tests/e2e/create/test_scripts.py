@@ -1,0 +1,105 @@
+"""Postflight scripts and the opening of the new folder."""
+
+import os
+import signal
+import unittest
+
+from harness import OrvaneTest, preset
+
+
+class Scripts(OrvaneTest):
+    def run_script(self, text, name="x.sh", mode=0o755, words=(), variables="{job no}{Straße}"):
+        self.write_script(name, text, mode)
+        self.write_presets(preset("P", "top" + variables, scriptFile=name))
+        return self.create("0", "--no-input", "--json", *words)
+
+    def test_the_environment_is_exactly_what_belongs_to_the_creation(self):
+        result = self.run_script(f"#!/bin/sh\n/usr/bin/env > {self.root}/seen\n", words=("--set", "job no=7", "--set", "Straße=a b"))
+        self.assertEqual(result.status, 0)
+        with open(os.path.join(self.root, "seen"), encoding="utf-8") as seen:
+            lines = dict(line.split("=", 1) for line in seen.read().splitlines())
+        for shells_own in ("PWD", "OLDPWD", "SHLVL", "_"):
+            lines.pop(shells_own, None)
+        self.assertEqual(lines, {"ORV_CONTEXT": "postflight", "ORV_ROOT_PATH": self.in_target("top7a b"), "P_JOB_NO": "7",
+                                 "P_STRASSE": "a b"})
+
+    def test_it_gets_no_arguments_no_input_and_the_working_folder(self):
+        result = self.run_script(f"#!/bin/sh\n{{ echo $#; pwd; cat; ls /proc/self/fd | wc -l; }} > {self.root}/seen\n")
+        self.assertEqual(result.status, 0)
+        with open(os.path.join(self.root, "seen"), encoding="utf-8") as seen:
+            self.assertEqual(seen.read().split("\n")[:2], ["0", self.target])
+
+    def test_the_program_waits_for_it(self):
+        result = self.run_script(f"#!/bin/sh\n/bin/sleep 0.3\n: > {self.root}/done\n")
+        self.assertEqual(result.status, 0)
+        self.assertTrue(os.path.exists(os.path.join(self.root, "done")))
+
+    def test_each_way_to_fail(self):
+        nothing = f"#!/bin/sh\n: > {self.root}/ran\n"
+        for text, mode, status, title in ((nothing, 0o644, None, "Script file not executable"),
+                                          ("echo no interpreter line\n", 0o755, None, "Script reported errors"),
+                                          ("#!/none/at/all\n", 0o755, None, "Script reported errors"),
+                                          ("#!/bin/sh\nexit 255\n", 0o755, 255, "Script reported errors"),
+                                          ("#!/bin/sh\nkill -9 $$\n", 0o755, 128 + signal.SIGKILL, "Script reported errors")):
+            result = self.run_script(text, mode=mode)
+            self.assertEqual((result.status, result.json["created"]), (4, True), text)
+            self.assertEqual(result.json["script"]["status"], status, text)
+            self.assertEqual(result.json["error"]["title"], title, text)
+            self.assertTrue(result.err.startswith(f"orvane: {title}: 'x.sh' is the specified script file"), result.err)
+            os.rmdir(self.in_target("top"))
+        self.assertFalse(os.path.exists(os.path.join(self.root, "ran")))
+
+    def test_its_standard_error_goes_to_the_log(self):
+        self.run_script("#!/bin/sh\necho oops >&2\nexit 3\n")
+        with open(os.path.join(self.home, ".local/state/orvane/log"), encoding="utf-8") as log:
+            text = log.read()
+        self.assertIn("ORV script 'x.sh' error: Script returned error code 3.", text)
+        self.assertIn("Script stderr:\noops", text)
+
+
+class Opening(OrvaneTest):
+    def setUp(self):
+        super().setUp()
+        self.opened = os.path.join(self.root, "opened")
+        tools = self._make("tools")
+        self.write_bytes(os.path.join(tools, "xdg-open"), f"#!/bin/sh\nprintf %s \"$1\" > {self.opened}.new\n"
+                         f"mv {self.opened}.new {self.opened}\nsleep 100\n".encode(), mode=0o755)
+        self.tools = {"PATH": tools + ":" + self.env["PATH"]}
+        self.write_script("x.sh", "#!/bin/sh\n")
+        self.write_script("Reveal in FINDER.sh", "#!/bin/sh\n")
+
+    def open_with(self, *words, name="x.sh", **display):
+        self.write_presets(preset("P", "top é", scriptFile=name))
+        result = self.create("0", *words, env={**self.tools, **display})
+        self.assertEqual(result.status, 0, result.err)
+
+    def test_on_a_desktop_the_new_folder_is_opened_without_waiting(self):
+        for display in ({"DISPLAY": ":7"}, {"WAYLAND_DISPLAY": "wayland-7"}):
+            self.open_with(**display)
+            self.wait_for(lambda: os.path.exists(self.opened))
+            with open(self.opened, encoding="utf-8") as opened:
+                self.assertEqual(opened.read(), self.in_target("top é"))
+            os.remove(self.opened)
+            os.rmdir(self.in_target("top é"))
+
+    def test_otherwise_it_is_not(self):
+        log = os.path.join(self.root, "spawned")
+        with open(os.path.join(self.tools["PATH"].split(":")[0], "xdg-open"), "w", encoding="utf-8") as tool:
+            tool.write(f"#!/bin/sh\necho \"$1\" >> {log}\n")
+        self.open_with()
+        os.rmdir(self.in_target("top é"))
+        self.open_with("--no-open", DISPLAY=":7")
+        os.rmdir(self.in_target("top é"))
+        self.open_with(name="Reveal in FINDER.sh", DISPLAY=":7")
+        os.rmdir(self.in_target("top é"))
+        self.write_presets(preset("P", "top é"))
+        self.assertEqual(self.create("0", "--dry-run", env={**self.tools, "DISPLAY": ":7"}).status, 0)
+        # One that does open, last: when its line is there and no other, nobody else's was to come.
+        self.open_with(DISPLAY=":7")
+        self.wait_for(lambda: os.path.exists(log) and os.path.getsize(log) > 0)
+        with open(log, encoding="utf-8") as lines:
+            self.assertEqual(lines.read(), self.in_target("top é") + "\n")
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,20 @@
+# Import, export, add and check of the built program; the manual page; the completions.
+find_package(Python3 COMPONENTS Interpreter REQUIRED)
+find_program(ORVANE_BASH bash REQUIRED)
+find_program(ORVANE_ZSH zsh REQUIRED)
+find_program(ORVANE_FISH fish REQUIRED)
+find_program(ORVANE_MANDOC mandoc REQUIRED)
+set(packaging ${PROJECT_SOURCE_DIR}/packaging)
+
+add_test(NAME e2e.presetfiles
+  COMMAND ${Python3_EXECUTABLE} -B ${CMAKE_CURRENT_LIST_DIR}/presetfiles/presetfiles_test.py $<TARGET_FILE:orvane>)
+add_test(NAME e2e.completion-bash
+  COMMAND ${ORVANE_BASH} ${CMAKE_CURRENT_LIST_DIR}/presetfiles/completion_test.sh $<TARGET_FILE:orvane>
+          ${packaging}/completions/bash/orvane)
+set_tests_properties(e2e.presetfiles e2e.completion-bash PROPERTIES LABELS e2e TIMEOUT 300)
+
+add_test(NAME lint.completion-bash COMMAND ${ORVANE_BASH} -n ${packaging}/completions/bash/orvane)
+add_test(NAME lint.completion-zsh COMMAND ${ORVANE_ZSH} -n ${packaging}/completions/zsh/_orvane)
+add_test(NAME lint.completion-fish COMMAND ${ORVANE_FISH} --no-execute ${packaging}/completions/fish/orvane.fish)
+add_test(NAME lint.manual COMMAND ${ORVANE_MANDOC} -T lint -W style ${packaging}/man/orvane.1)
+set_tests_properties(lint.completion-bash lint.completion-zsh lint.completion-fish lint.manual PROPERTIES LABELS lint TIMEOUT 60)
