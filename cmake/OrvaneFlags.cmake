@@ -11,6 +11,17 @@ if(ORVANE_WARNINGS_AS_ERRORS)
 endif()
 # Paths of the build machine stay out of what is built.
 target_compile_options(orvane_flags INTERFACE -ffile-prefix-map=${CMAKE_SOURCE_DIR}=.)
+# What users get fails early where memory is misused; what developers get checks every index of the library's containers.
+if(NOT ORVANE_SANITIZE)
+  target_compile_options(orvane_flags INTERFACE
+    $<$<CONFIG:Release,RelWithDebInfo>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 -fstack-protector-strong>)
+  target_link_options(orvane_flags INTERFACE LINKER:-z,relro,-z,now,-z,noexecstack)
+endif()
+# g++ 12 sees overlaps in std::string's own code that cannot happen when it optimises (GCC bug 105651, fixed in 13).
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+  target_compile_options(orvane_flags INTERFACE $<$<CONFIG:Release,RelWithDebInfo>:-Wno-restrict>)
+endif()
+target_compile_definitions(orvane_flags INTERFACE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
 if(ORVANE_SANITIZE)
   target_compile_options(orvane_flags INTERFACE -fsanitize=${ORVANE_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   target_link_options(orvane_flags INTERFACE -fsanitize=${ORVANE_SANITIZE})
