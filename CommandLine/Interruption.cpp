@@ -1,5 +1,8 @@
 #include "Interruption.h"
 
+#include <cerrno>
+#include <poll.h>
+
 namespace orvane {
 
 namespace {
@@ -27,6 +30,27 @@ Interruption::Interruption() {
 
 bool Interruption::wasRequested() {
     return arrivedSignal != 0;
+}
+
+bool Interruption::waitForInput(int descriptor) {
+    // A signal between the question and the waiting would be lost: so it is held back until the waiting lets it through.
+    sigset_t held;
+    sigemptyset(&held);
+    for (const int signal : Signals) {
+        sigaddset(&held, signal);
+    }
+    sigset_t before;
+    ::sigprocmask(SIG_BLOCK, &held, &before);
+    pollfd input{descriptor, POLLIN, 0};
+    int ready = -1;
+    while (!wasRequested() && ready < 0) {
+        ready = ::ppoll(&input, 1, nullptr, &before);
+        if (ready < 0 && errno != EINTR) {
+            break; // the reading will tell what is wrong
+        }
+    }
+    ::sigprocmask(SIG_SETMASK, &before, nullptr);
+    return !wasRequested();
 }
 
 void Interruption::end() {

@@ -17,6 +17,9 @@ public:
 
     /// Whether one has arrived.
     [[nodiscard]] static bool wasRequested();
+    /// Waits until the descriptor can be read without blocking, or is at its end; false when a signal arrived, be it long
+    /// before, right now or while waiting.
+    [[nodiscard]] static bool waitForInput(int descriptor);
     /// Back to what the signals did before.
     void end();
     /// After `end`: lets the signal that arrived, if any, do what it does. May not return.

@@ -1,6 +1,7 @@
 #include "Terminal.h"
 
 #include "CommandSupport.h"
+#include "Interruption.h"
 
 #include <array>
 #include <cerrno>
@@ -98,9 +99,9 @@ std::optional<std::string> StandardTerminal::readLine() {
     // The terminal hands lines over whole; what does not fit comes with the next read.
     std::string line;
     std::array<char, 4096> bytes{};
-    for (;;) {
+    while (Interruption::waitForInput(STDIN_FILENO)) {
         const ssize_t count = ::read(STDIN_FILENO, bytes.data(), bytes.size());
-        if (count <= 0) { // the end, an interruption, or a terminal that is gone
+        if (count <= 0) { // the end, or a terminal that is gone
             return std::nullopt;
         }
         line.append(bytes.data(), static_cast<std::size_t>(count));
@@ -109,6 +110,7 @@ std::optional<std::string> StandardTerminal::readLine() {
             return line;
         }
     }
+    return std::nullopt;
 }
 
 } // namespace orvane

@@ -57,7 +57,8 @@ public:
     virtual ~FileSystem() = default;
     /// True when something is there, symbolic links followed; a dangling link counts as nothing.
     [[nodiscard]] virtual bool fileExists(std::string_view path) = 0;
-    /// True when this process may execute the file, symbolic links followed.
+    /// True when this process has the right to execute the item, symbolic links followed; for a folder that is the right to
+    /// pass through it, so one of those counts.
     [[nodiscard]] virtual bool isExecutableFile(std::string_view path) = 0;
     /// The content file at the path, symbolic links (which stand for aliases) followed to the end. Null when there is
     /// none or it is not readable, for a dangling or cyclic link, a link to a folder, a FIFO, socket or device.

@@ -15,7 +15,8 @@ public:
     [[nodiscard]] virtual bool isRunning() = 0;
     /// Exit status 0 to 255 of the ended program; 128 + N when signal N ended it. Only after `isRunning()` was false.
     [[nodiscard]] virtual int terminationStatus() const = 0;
-    /// Blocks until every holder of the pipe's other end has closed it; returns all that was written, as bytes.
+    /// Blocks until every holder of the pipe's other end has closed it; returns what was written, as bytes.
+    /// An implementation may bound what it keeps of an endless output; a last line then says so.
     [[nodiscard]] virtual std::string readStandardErrorToEnd() = 0;
     [[nodiscard]] virtual std::string readStandardOutputToEnd() = 0;
 };

@@ -1,6 +1,7 @@
 #include "ports/PropertyList.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <limits>
 #include <unordered_map>
@@ -76,11 +77,8 @@ bool equalsShallow(const PropertyListValue &left, const PropertyListValue &right
     case PropertyListType::UID:
         return left.integer() == right.integer() && left.isUnsigned() == right.isUnsigned();
     case PropertyListType::Real:
-    case PropertyListType::Date: {
-        const double a = left.real();
-        const double b = right.real();
-        return std::memcmp(&a, &b, sizeof a) == 0;
-    }
+    case PropertyListType::Date:
+        return std::bit_cast<std::uint64_t>(left.real()) == std::bit_cast<std::uint64_t>(right.real());
     case PropertyListType::Data:
         return left.data() == right.data();
     case PropertyListType::String:
@@ -218,19 +216,21 @@ PropertyListValue PropertyListValue::viewOfDictionary(std::span<const PropertyLi
 }
 
 char *PropertyListArena::_take(std::size_t bytes, std::size_t alignment) {
-    const std::size_t gap = (alignment - (reinterpret_cast<std::uintptr_t>(_next) & (alignment - 1))) & (alignment - 1);
-    if (gap + bytes > _left) {
+    const auto gapAt = [alignment](const std::byte *at) {
+        return (alignment - (reinterpret_cast<std::uintptr_t>(at) & (alignment - 1))) & (alignment - 1);
+    };
+    if (gapAt(_next) + bytes > _left) {
         if (bytes > _nextChunk / 4) { // its own chunk, so that the rest of the current one is not wasted
             return reinterpret_cast<char *>(_chunks.emplace_back(std::make_unique_for_overwrite<std::byte[]>(bytes)).get());
         }
         _next = _chunks.emplace_back(std::make_unique_for_overwrite<std::byte[]>(_nextChunk)).get();
         _left = _nextChunk;
         _nextChunk = std::min(_nextChunk * 2, LargestChunk);
-        return _take(bytes, alignment);
     }
-    std::byte *result = _next + gap;
-    _next = result + bytes;
-    _left -= gap + bytes;
+    const std::size_t taken = gapAt(_next) + bytes;
+    std::byte *result = _next + (taken - bytes);
+    _next += taken;
+    _left -= taken;
     return reinterpret_cast<char *>(result);
 }
 

@@ -2,15 +2,16 @@
 
 #include "presets/ORVUTF16.h"
 
+#include <utility>
+
 namespace orvane {
 
 namespace {
 
-/// A scan needs room for both braces and one character between them; shorter texts, in UTF-16 units, are not looked at.
-constexpr std::size_t ShortestKey = 3;
+constexpr char Escape = '\\';
 
 bool isEscaped(std::string_view text, std::size_t position) {
-    return position > 0 && text[position - 1] == '\\';
+    return position > 0 && text[position - 1] == Escape;
 }
 
 void replaceAll(std::string &text, std::string_view pattern, std::string_view replacement) {
@@ -27,58 +28,85 @@ void replaceAll(std::string &text, std::string_view pattern, std::string_view re
     text = result.append(text, done, std::string::npos);
 }
 
-/// Looks for the closing brace of the key that opens at `open`. False when the scan is over with that.
-bool closeKey(std::string_view text, std::size_t open, ORVTemplateScan &scan, std::size_t &next) {
-    std::size_t from = open + 1;
-    scan.ending = ORVScanEnding::OpenBraceAtEnd;
-    while (from < text.size()) {
-        const std::size_t close = text.find('}', from);
-        if (close == std::string_view::npos) {
-            scan.ending = ORVScanEnding::Ends;
-            scan.hasUnclosedKey = true;
-            return false;
+/// One scan on its way through a text.
+class Scanner {
+public:
+    Scanner(std::string_view text, std::string_view openTag, std::string_view closeTag)
+        : _text(text), _openTag(openTag), _closeTag(closeTag), _openStep(ORVCharacterLength(openTag, 0)),
+          _closeStep(ORVCharacterLength(closeTag, 0)) {}
+
+    ORVTemplateScan run() {
+        while (_next < _text.size()) {
+            const std::size_t open = _text.find(_openTag, _next);
+            if (open == std::string_view::npos) {
+                break;
+            }
+            if (isEscaped(_text, open)) {
+                _next = open + _openStep;
+            } else if (!_closeKey(open)) {
+                break;
+            }
         }
-        next = from = close + 1;
-        if (isEscaped(text, close)) {
-            scan.ending = ORVScanEnding::EscapedCloseAtEnd;
-            continue;
-        }
-        std::string name = ORVUnescapeBraces(text.substr(open + 1, close - open - 1));
-        if (!name.empty()) {
-            scan.keys.push_back({open, next, std::move(name)});
-        }
-        scan.ending = ORVScanEnding::Ends;
-        return true;
+        return std::move(_scan);
     }
-    return false;
-}
+
+private:
+    /// Looks for the end of the key that opens at `open`. False when the scan is over with that: no closing delimiter is
+    /// left, or the text ends just behind the last one looked at; starting over would then find the same key for ever.
+    bool _closeKey(std::size_t open) {
+        const std::size_t begin = open + _openStep;
+        std::size_t from = begin;
+        _scan.ending = ORVScanEnding::OpenBraceAtEnd;
+        while (from < _text.size()) {
+            const std::size_t close = _text.find(_closeTag, from);
+            if (close == std::string_view::npos) {
+                _scan.ending = ORVScanEnding::Ends;
+                _scan.hasUnclosedKey = true;
+                return false;
+            }
+            _next = from = close + _closeStep;
+            if (isEscaped(_text, close)) {
+                _scan.ending = ORVScanEnding::EscapedCloseAtEnd;
+                continue;
+            }
+            std::string name = ORVUnescapeBraces(_text.substr(begin, close - begin), _openTag, _closeTag);
+            if (!name.empty()) {
+                _scan.keys.push_back({open, _next, std::move(name)});
+            }
+            _scan.ending = ORVScanEnding::Ends;
+            return true;
+        }
+        return false;
+    }
+
+    std::string_view _text;
+    std::string_view _openTag;
+    std::string_view _closeTag;
+    std::size_t _openStep;
+    std::size_t _closeStep;
+    std::size_t _next = 0;
+    ORVTemplateScan _scan;
+};
 
 } // namespace
 
-ORVTemplateScan ORVScanTemplate(std::string_view text) {
-    ORVTemplateScan scan;
-    if (text.size() < ShortestKey || (text.size() < ShortestKey * 3 && ORVUTF16Length(text) < ShortestKey)) {
-        return scan;
+ORVTemplateScan ORVScanTemplate(std::string_view text, std::string_view openTag, std::string_view closeTag) {
+    if (openTag.empty() || closeTag.empty() || text.find(openTag) == std::string_view::npos) {
+        return {};
     }
-    std::size_t next = 0;
-    while (next < text.size()) {
-        const std::size_t open = text.find('{', next);
-        if (open == std::string_view::npos) {
-            break;
-        }
-        if (isEscaped(text, open)) {
-            next = open + 1;
-        } else if (!closeKey(text, open, scan, next)) {
-            break;
-        }
+    // A scan needs room for both delimiters and one character between them; shorter texts are not looked at.
+    if (ORVUTF16Length(text) < ORVUTF16Length(openTag) + ORVUTF16Length(closeTag) + 1) {
+        return {};
     }
-    return scan;
+    return Scanner(text, openTag, closeTag).run();
 }
 
-std::string ORVUnescapeBraces(std::string_view text) {
+std::string ORVUnescapeBraces(std::string_view text, std::string_view openTag, std::string_view closeTag) {
     std::string result(text);
-    replaceAll(result, "\\{", "{");
-    replaceAll(result, "\\}", "}");
+    if (result.find(Escape) != std::string::npos) {
+        replaceAll(result, Escape + std::string(openTag), openTag);
+        replaceAll(result, Escape + std::string(closeTag), closeTag);
+    }
     return result;
 }
 
@@ -98,8 +126,13 @@ std::string ORVFillTemplate(std::string_view text, std::span<const PromptValueRo
         return std::string(text);
     }
     std::string result = ORVUnescapeBraces(text);
+    std::string pattern;
     for (const PromptValueRow &row : rows) {
-        replaceAll(result, "{" + row.key + "}", row.value);
+        if (result.find(ORVOpenTag) == std::string::npos) {
+            break; // nothing is left that any row could replace
+        }
+        pattern.assign(ORVOpenTag).append(row.key).append(ORVCloseTag);
+        replaceAll(result, pattern, row.value);
     }
     return result;
 }

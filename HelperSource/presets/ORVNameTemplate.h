@@ -8,9 +8,13 @@
 #include <string_view>
 #include <vector>
 
-// Name templates seen from outside the engine: where the keys of a template stand (to check it, or to mark them while it
-// is typed), and how a template is written that gives a wanted name. The engine's own scan gives the same names in the
-// same order; unlike it, nothing here runs without end.
+// Name templates: where their keys stand (to ask for them, to check them, or to mark them while a template is typed),
+// what a template gives, and how one is written that gives a wanted name. Nothing here runs without end; that a scan
+// would is an answer.
+//
+// Rules count in UTF-16 units and texts are UTF-8. For one-unit delimiters the two agree on every position that matters,
+// since no byte of a longer character is ever an ASCII character; only the length of the shortest text that is scanned
+// at all is counted in units.
 
 namespace orvane {
 
@@ -34,11 +38,17 @@ struct ORVTemplateScan {
     bool hasUnclosedKey = false; ///< an opening brace has no closing one, which ended the scan
 };
 
-/// Finds the keys of a template in linear time.
-[[nodiscard]] ORVTemplateScan ORVScanTemplate(std::string_view text);
+inline constexpr std::string_view ORVOpenTag = "{";
+inline constexpr std::string_view ORVCloseTag = "}";
 
-/// The text with every brace's backslash taken away: first of all opening, then of all closing ones.
-[[nodiscard]] std::string ORVUnescapeBraces(std::string_view text);
+/// Finds the keys of a template in linear time. A delimiter with a backslash just before it is none; a key starts one
+/// position behind its opening delimiter, however long that is.
+[[nodiscard]] ORVTemplateScan ORVScanTemplate(std::string_view text, std::string_view openTag = ORVOpenTag,
+                                              std::string_view closeTag = ORVCloseTag);
+
+/// The text with every delimiter's backslash taken away: first of all opening, then of all closing ones.
+[[nodiscard]] std::string ORVUnescapeBraces(std::string_view text, std::string_view openTag = ORVOpenTag,
+                                            std::string_view closeTag = ORVCloseTag);
 
 /// The text with a backslash put before every brace; `ORVUnescapeBraces` brings it back, whatever it holds.
 [[nodiscard]] std::string ORVEscapeBraces(std::string_view text);

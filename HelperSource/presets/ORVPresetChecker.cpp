@@ -24,7 +24,7 @@ constexpr std::array<std::string_view, 6> NodeKeys = {"filename", "isFolder", "c
 
 /// A binary property list can name one array as the contents of many folders, and so hold more items in a kilobyte than any
 /// disk. Trees beyond this size are taken for such.
-constexpr std::size_t MostItems = 5'000'000;
+constexpr std::size_t MostItems = 2'000'000;
 
 const char *nameOfType(const PropertyListValue &value) {
     constexpr std::array<const char *, 11> names = {"nothing", "a boolean", "an integer", "a real number", "a date",      "a UID",
@@ -246,7 +246,10 @@ struct ORVPresetChecker::Run {
             if (++items > MostItems) {
                 return false;
             }
-            variables.add(ORVPresetManager::cleanFilesystemEntities(ORVTextView(node.find("filename"), storage)), at);
+            const std::string_view name = ORVTextView(node.find("filename"), storage);
+            if (name.find('{') != std::string_view::npos) {
+                variables.add(ORVPresetManager::cleanFilesystemEntities(name), at);
+            }
             if (isFolder(node)) {
                 open.push_back({&node, childrenOf(node)});
             }

@@ -44,7 +44,8 @@ private:
     Clock &_clock;
 };
 
-/// UTF-8 text of what a script wrote: every byte that is no UTF-8 becomes U+FFFD.
+/// UTF-8 text of what a script wrote: every byte that is no UTF-8, and every half of a
+/// surrogate pair, becomes one U+FFFD.
 [[nodiscard]] std::string ORVTextOfBytes(std::string_view bytes);
 
 } // namespace orvane

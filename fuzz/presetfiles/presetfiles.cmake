@@ -1,2 +1,2 @@
-orvane_add_fuzzer(NAME presetfile SOURCES presetfiles/PresetFileFuzzer.cpp CORPUS presetfile LIBRARIES platform_propertylist)
-orvane_add_fuzzer(NAME importednames SOURCES presetfiles/ImportedNamesFuzzer.cpp CORPUS importednames LIBRARIES core)
+orvane_add_fuzzer(NAME presetfile_fuzzer SOURCES presetfiles/PresetFileFuzzer.cpp CORPUS presetfile LIBRARIES platform_propertylist)
+orvane_add_fuzzer(NAME importednames_fuzzer SOURCES presetfiles/ImportedNamesFuzzer.cpp CORPUS importednames LIBRARIES core)

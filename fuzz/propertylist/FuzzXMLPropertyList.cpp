@@ -38,8 +38,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         checkWriters(list->root());
         checkSites(bytes);
     }
-    const std::string shifted = "<array><string>" + std::string(256U * 1024U - 15 - size / 2 % 4096, 'x') + "</string>";
-    const bool plain = checkReading("<array>" + std::string(bytes) + "</array>").has_value();
-    require(checkReading(shifted + std::string(bytes) + "</array>").has_value() == plain, "the window's end makes no difference");
+    if (size % 64 == 0) { // a quarter of a megabyte each time, so not for all
+        const std::string filler(256U * 1024U - 15 - size / 2 % 4096, 'x');
+        const bool plain = checkReading("<array>" + std::string(bytes) + "</array>").has_value();
+        const bool shifted = checkReading("<array><string>" + filler + "</string>" + std::string(bytes) + "</array>").has_value();
+        require(shifted == plain, "the window's end makes no difference");
+    }
     return 0;
 }

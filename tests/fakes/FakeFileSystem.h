@@ -148,7 +148,7 @@ public:
     [[nodiscard]] bool fileExists(std::string_view path) override { return !_begin("fileExists", path) && _resolve(path) != nullptr; }
     [[nodiscard]] bool isExecutableFile(std::string_view path) override {
         const FakeNode *const found = _begin("isExecutableFile", path) ? nullptr : _resolve(path);
-        return found != nullptr && found->isFile() && (found->mode & 0111U) != 0;
+        return found != nullptr && (found->isFile() || found->isFolder()) && (found->mode & 0111U) != 0;
     }
     [[nodiscard]] const ContentSource *contentSource(std::string_view path) override {
         if (_begin("contentSource", path)) {

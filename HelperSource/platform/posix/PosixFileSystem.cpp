@@ -64,9 +64,7 @@ bool PosixFileSystem::fileExists(std::string_view path) {
 
 bool PosixFileSystem::isExecutableFile(std::string_view path) {
     const PosixPath reached(path);
-    struct stat status {};
-    return ::fstatat(reached.folder(), reached.path(), &status, 0) == 0 && S_ISREG(status.st_mode) &&
-           ::faccessat(reached.folder(), reached.path(), X_OK, AT_EACCESS) == 0;
+    return ::faccessat(reached.folder(), reached.path(), X_OK, AT_EACCESS) == 0;
 }
 
 const ContentSource *PosixFileSystem::contentSource(std::string_view path) {

@@ -262,7 +262,9 @@ std::optional<std::string> textOfDate(double secondsSince2001) {
     if (!(std::fabs(secondsSince2001) < farthest)) {
         return std::nullopt;
     }
-    const auto seconds = static_cast<std::int64_t>(std::floor(secondsSince2001));
+    // Rounded down by hand: `floor` would make programs load the mathematical library when they start.
+    auto seconds = static_cast<std::int64_t>(secondsSince2001);
+    seconds -= static_cast<double>(seconds) > secondsSince2001 ? 1 : 0;
     const std::int64_t days = (seconds >= 0 ? seconds : seconds - (SecondsPerDay - 1)) / SecondsPerDay;
     const auto ofDay = static_cast<int>(seconds - days * SecondsPerDay);
     const CivilDay civil = civilFromDays(days + DaysTo2001);

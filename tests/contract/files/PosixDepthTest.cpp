@@ -96,7 +96,7 @@ TEST(PosixDepthTest, TheBaseMayLieBeyondPATH_MAX) {
     ASSERT_TRUE(first->makeEmptyFile("script", {0, 0755}));
     EXPECT_TRUE(files.fileExists(base));
     EXPECT_TRUE(files.isExecutableFile(base + "/script"));
-    EXPECT_FALSE(files.isExecutableFile(base));
+    EXPECT_FALSE(files.isExecutableFile(base + "/missing"));
     EXPECT_NE(files.contentSource(base + "/script"), nullptr);
     EXPECT_NE(files.contentSource(base), nullptr);
 

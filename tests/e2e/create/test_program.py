@@ -73,10 +73,9 @@ class Slowly(OrvaneTest):
         super().setUp()
         self.write_presets(preset("P", "top", *[folder(f"f{number}", file("x")) for number in range(4)]))
 
-    def create_slowly(self, *words, env=None):
-        delay = f"inject=mkdirat:delay_enter={self.HALF_A_SECOND_AND_MORE}:when=3"
-        tracer = ("strace", "-f", "-qq", "-o", "/dev/null", "-e", "trace=mkdirat", "-e", delay)
-        return self.on_terminal("create", "0", *words, slowly=tracer, env=env)
+    def create_slowly(self, call="mkdirat", nth=3):
+        delay = f"inject={call}:delay_enter={self.HALF_A_SECOND_AND_MORE}:when={nth}"
+        return self.on_terminal("create", "0", slowly=("strace", "-f", "-qq", "-o", "/dev/null", "-e", "trace=" + call, "-e", delay))
 
     def test_a_long_creation_shows_how_far_it_is_and_then_nothing(self):
         terminal = self.create_slowly()
@@ -97,6 +96,13 @@ class Slowly(OrvaneTest):
         self.assertEqual((result.status, result.out), (3, ""))
         self.assertIn("orvane: interrupted, and what was made is removed again", result.err)
         self.assertNothingMade()
+
+    def test_control_c_between_question_and_waiting_is_not_lost(self):
+        self.write_presets(preset("P", "{A}"))
+        terminal = self.create_slowly("ppoll", 1)
+        terminal.read_until("A: ")
+        terminal.type("\x03")
+        self.assertEqual(terminal.finish().status, 3)
 
 
 if __name__ == "__main__":

@@ -138,7 +138,7 @@ class Case:
             self.settings.append(("no such name", "x"))
         self.opening = self.rng.random() < 0.2
         self.rehearsing = self.rng.random() < 0.05
-        words = ["create", str(self.index), "--json"]
+        words = ["create", "--json"]
         words += ([] if self.opening else ["--no-open"]) + (["--no-input"] if self.no_input else [])
         self.directory, self.parent = self.batch.home, self.folder
         style = self.rng.random()
@@ -150,7 +150,15 @@ class Case:
             words += ["--in", self.folder + self.rng.choice(("", "", "", "", "/", "//"))]
         for name, value in self.settings:
             words += ["--set", f"{name}={value}"]
-        self.words = words
+        self.words = words + self._preset_word()
+
+    def _preset_word(self):
+        """The preset's index, or now and then its label where no other has the same."""
+        labels = [rules.text_value(rules.dictionary(preset).get("label")) for preset in self.before["ORVPresets"]]
+        label = labels[self.index]
+        if self.rng.random() < 0.9 or not label or labels.count(label) > 1 or label.strip("+-0123456789 ") == "":
+            return [str(self.index)]
+        return ["--", label]
 
     # Expectation
 
@@ -224,7 +232,7 @@ class Case:
 
     def _rehearse(self):
         """A dry run, which must change nothing."""
-        result = self._start(self.words[:2] + ["--dry-run"] + self.words[2:])
+        result = self._start(self.words[:1] + ["--dry-run"] + self.words[1:])
         if result.returncode not in (0, 1, 2):
             self.differences.append(f"dry run: expected 0, 1 or 2, got {result.returncode}")
         compare_items(self.tree, rules.snapshot(self.folder, times=True), "dry run, ", self.differences, self.batch.attributes)
@@ -396,47 +404,58 @@ def main():
     parser.add_argument("--cases", type=int, default=1500)
     parser.add_argument("--seed", default="1")
     parser.add_argument("--first-batch", type=int, default=0)
+    parser.add_argument("--scratch", help="folder to work in; else shared memory or the usual one for temporary files")
     parser.add_argument("--keep", action="store_true", help="leave the folders of differing batches")
     options = parser.parse_args()
     sys.setrecursionlimit(100_000)
-    shared_memory = "/dev/shm"
-    scratch = tempfile.mkdtemp(prefix="orvane-oracle-", dir=shared_memory if os.access(shared_memory, os.W_OK) else None)
+    base = options.scratch or ("/dev/shm" if os.access("/dev/shm", os.W_OK) else None)
+    scratch = tempfile.mkdtemp(prefix="orvane-oracle-", dir=base)
     capabilities = (os.geteuid() == 0, attributes_kept(scratch))
     if not capabilities[1]:
         print("The scratch folder keeps no extended attributes: labels are not compared.")
-    program = os.path.abspath(options.orvane)
+    try:
+        return compare_batches(options, scratch, capabilities)
+    finally:
+        if not options.keep:
+            shutil.rmtree(scratch, ignore_errors=True)
+
+
+def compare_batches(options, scratch, capabilities):
+    """Runs all batches and says what came out. Returns the exit status."""
     began = time.monotonic()
     cases, different, tally = 0, 0, {}
     batches = (options.cases + CASES_PER_BATCH - 1) // CASES_PER_BATCH
     for number in range(options.first_batch, options.first_batch + batches):
-        batch = Batch(program, options.seed, number, scratch, capabilities)
-        differed = False
-        for index in range(CASES_PER_BATCH):
-            case = Case(batch, index)
-            try:
-                differences = case.run()
-            except Unreadable as problem:
-                differences = [str(problem)]
+        batch = Batch(os.path.abspath(options.orvane), options.seed, number, scratch, capabilities)
+        found = 0
+        for case, differences in batch_results(batch):
             cases += 1
             kind = classify(case)
             tally[kind] = tally.get(kind, 0) + 1
             if differences:
-                different += 1
-                differed = True
-                if different <= MOST_REPORTS:
+                found += 1
+                if different + found <= MOST_REPORTS:
                     report(batch, case, differences)
-            if differences and differences[-1].startswith("preferences: expected a property list"):
-                break
         if batch.opened() != sorted(batch.to_open):
-            different += 1
+            found += 1
             print(f"--- seed {batch.seed}, batch {number}: opened {batch.opened()!r}, expected {sorted(batch.to_open)!r}")
-        if not (differed and options.keep):
+        different += found
+        if not (found and options.keep):
             batch.remove()
-    if not options.keep:
-        shutil.rmtree(scratch, ignore_errors=True)
     print(f"{cases} cases, {different} different, {time.monotonic() - began:.1f} s, seed {options.seed}")
     print("expected endings: " + ", ".join(f"{name} {count}" for name, count in sorted(tally.items())))
     return 1 if different or not cases else 0
+
+
+def batch_results(batch):
+    """Each case with its differences; the rest of a batch is left out once its preferences are spoilt."""
+    for index in range(CASES_PER_BATCH):
+        case = Case(batch, index)
+        try:
+            yield case, case.run()
+        except Unreadable as problem:
+            yield case, [str(problem)]
+            return
 
 
 def classify(case):

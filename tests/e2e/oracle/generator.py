@@ -29,7 +29,8 @@ STORED = (
 )  # fmt: skip
 RIGHT_COLORS = ("gray", "green", "purple", "blue", "yellow", "red", "orange")
 WRONG_COLORS = ("Red", "grey", "", "orange ", " red", "RED", "none", 6, True, ["red"])
-RIGHT_MODES = ("755", "700", "750", "644", "600", "777", "711", "664")
+OPEN_MODES = ("755", "700", "750", "777", "711")
+RIGHT_MODES = OPEN_MODES + ("644", "600", "664")
 HARSH_MODES = ("555", "000", "444", "111", "222", "077")
 WRONG_MODES = (
     "75", "0755", "", "7", "7555", "755 ", "rwx-", True, ["755"], "\U0001f60075", "75\U0001f600", "\U0001f600\U0001f600",
@@ -62,7 +63,8 @@ class Generator:
         self.privileged = privileged
         self.wildness = 0.1
         self.nodes_left = 0
-        self.modes = RIGHT_MODES + (HARSH_MODES + ODD_MODES if privileged else ()) + WRONG_MODES
+        self.right_modes = RIGHT_MODES if privileged else OPEN_MODES
+        self.modes = self.right_modes + (HARSH_MODES + ODD_MODES if privileged else ()) + WRONG_MODES
 
     def chance(self, probability):
         return self.rng.random() < probability
@@ -112,7 +114,7 @@ class Generator:
         if self.chance(0.4):
             node["color"] = self.rng.choice(RIGHT_COLORS if self.chance(0.7) else WRONG_COLORS)
         if self.chance(0.5):
-            node["permissions"] = self.rng.choice(RIGHT_MODES if self.chance(0.4) else self.modes)
+            node["permissions"] = self.rng.choice(self.right_modes if self.chance(0.4) else self.modes)
         if self.chance(0.5 if not is_folder else 0.05):
             node["contentFilename"] = self.rng.choice(CONTENTS)
         if is_folder or self.chance(0.05):
@@ -126,8 +128,10 @@ class Generator:
         for _ in range(self.rng.randint(0, 5)):
             if self.nodes_left <= 0:
                 break
-            if result and self.chance(0.08):
-                again = dict(self.rng.choice(result))
+            if self.chance(self.wildness / 100):
+                result.append(self.rng.choice(("text", 7, [], True)))
+            elif result and isinstance(result[-1], dict) and self.chance(0.08):
+                again = dict(self.rng.choice([child for child in result if isinstance(child, dict)]))
                 if self.chance(0.3):
                     again["isFolder"] = not again.get("isFolder")
                 elif self.chance(0.3) and isinstance(again.get("filename"), str):
@@ -135,9 +139,7 @@ class Generator:
                 result.append(again)
             else:
                 result.append(self.node(depth))
-        if self.chance(self.wildness / 60):
-            result.append(self.rng.choice(("text", 7, [])))
-        return [child for child in result if isinstance(child, dict)] if not self.chance(0.05) else result
+        return result
 
     def deep(self, levels):
         node = {"filename": "bottom {auto}", "contentFilename": "plain.txt"}

@@ -10,9 +10,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace orvane {
 namespace {
@@ -138,6 +142,20 @@ TEST(Interruption, TurnsASignalIntoAQuestionAndGivesItBack) {
     EXPECT_EQ(before.sa_handler, after.sa_handler);
     const Interruption fresh;
     EXPECT_FALSE(Interruption::wasRequested());
+}
+
+TEST(Interruption, EndsAWaitingForInputEvenWhenItCameBefore) {
+    std::array<int, 2> ends{};
+    ASSERT_EQ(::pipe2(ends.data(), O_CLOEXEC), 0);
+    const Interruption interruption;
+    ASSERT_EQ(::write(ends[1], "x", 1), 1);
+    EXPECT_TRUE(Interruption::waitForInput(ends[0]));
+    char byte = 0;
+    ASSERT_EQ(::read(ends[0], &byte, 1), 1);
+    ::raise(SIGINT);
+    EXPECT_FALSE(Interruption::waitForInput(ends[0])); // nothing to read, and yet it returns
+    ::close(ends[0]);
+    ::close(ends[1]);
 }
 
 TEST(Interruption, AnIgnoredSignalStaysIgnored) {

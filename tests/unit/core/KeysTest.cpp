@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
+#include <cstdlib>
 #include <random>
+
+#include <unistd.h>
 
 namespace orvane::test {
 namespace {
@@ -82,6 +86,19 @@ TEST_F(Keys, NeverEndWhereATextEndsInAnOpenBraceOrAnEscapedCloseAfterOne) {
     }
     for (const char *text : {"ab\\{", "{a\\}b", "ab}", "\\}", "{a}\\}", "ab{c", "\\{a\\}"}) {
         EXPECT_TRUE(ORVPresetManager::scanEnds(text)) << text;
+    }
+}
+
+TEST_F(Keys, OfSuchATextAreLookedForUntilTheProcessIsKilled) {
+    for (const char *text : {"Job {", "{a\\}"}) {
+        EXPECT_EXIT(
+            {
+                ualarm(200'000, 0);
+                (void)desk.manager->findBracketedKeys(text);
+                std::exit(0);
+            },
+            ::testing::KilledBySignal(SIGALRM), "")
+            << text;
     }
 }
 

@@ -306,7 +306,7 @@ TEST_F(Checker, GivesUpOnTreesThatShareTheirBranchesEndlessly) {
     for (int i = 0; i < 64; ++i) {
         node = plist.folder("d" + std::to_string(i), {node, node});
     }
-    expectOne(plist.preset("T", {node}), "fileHierarchy: error: the tree has more than 5000000 items");
+    expectOne(plist.preset("T", {node}), "fileHierarchy: error: the tree has more than 2000000 items");
     EXPECT_NE(ORVFindNeverEnding(problems), nullptr);
 }
 
