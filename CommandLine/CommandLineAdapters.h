@@ -99,6 +99,7 @@ public:
     bool synchronize() override { return _store.synchronize(); }
     [[nodiscard]] std::optional<PropertyList> copyAppValue(std::string_view key) override { return _store.copyAppValue(key); }
     void setAppValue(std::string_view, const PropertyList &) override {}
+    [[nodiscard]] bool canStoreText(std::string_view text) override { return _store.canStoreText(text); }
     [[nodiscard]] std::optional<PropertyList> dictionaryWithContentsOfFile() override { return _store.dictionaryWithContentsOfFile(); }
     [[nodiscard]] std::unique_ptr<Lock> lock() override { return std::make_unique<Lock>(); }
 

@@ -148,6 +148,7 @@ class NullPreferences final : public PreferencesStore {
     bool synchronize() override { return true; }
     std::optional<PropertyList> copyAppValue(std::string_view) override { return {}; }
     void setAppValue(std::string_view, const PropertyList &) override {}
+    bool canStoreText(std::string_view) override { return true; }
     std::optional<PropertyList> dictionaryWithContentsOfFile() override { return {}; }
     std::unique_ptr<Lock> lock() override { return nullptr; }
 };

@@ -26,6 +26,8 @@ public:
     [[nodiscard]] virtual std::optional<PropertyList> copyAppValue(std::string_view key) = 0;
     /// Sets one key; stored at the next `synchronize()`. Every other key keeps what is on disk at that moment.
     virtual void setAppValue(std::string_view key, const PropertyList &value) = 0;
+    /// Whether the file, in the form in which it is kept, can hold this text and give it back the same.
+    [[nodiscard]] virtual bool canStoreText(std::string_view text) = 0;
     /// The whole file as a dictionary, read anew; nothing when it is missing, unreadable or no dictionary.
     [[nodiscard]] virtual std::optional<PropertyList> dictionaryWithContentsOfFile() = 0;
     /// Keeps other programs from writing until the result is destroyed; may be nested within one program.

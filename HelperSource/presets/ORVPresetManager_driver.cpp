@@ -87,7 +87,13 @@ void ORVPresetManager::_storeAutomaticValuesOfRows() {
     const std::unique_ptr<PreferencesStore::Lock> lock = _ports.preferences.lock();
     ORVAutomaticVariables variables = automaticVariables();
     for (const PromptValueRow &row : _promptValues) {
-        if (isAutomaticVariable(row.key)) {
+        if (!isAutomaticVariable(row.key)) {
+            continue;
+        }
+        if (!_ports.preferences.canStoreText(row.key) || !_ports.preferences.canStoreText(row.value)) {
+            // One text that the file cannot hold must not cost the other counters their values.
+            _ports.log.log("The last value of an automatic variable was not stored: the preferences cannot hold its text.");
+        } else {
             variables[row.key] = PropertyListValue::viewOfString(row.value);
         }
     }

@@ -62,6 +62,9 @@ public:
         _pending.emplace_back(key, value);
     }
 
+    /// A stand-in for the real rule: no text with a NUL in it.
+    [[nodiscard]] bool canStoreText(std::string_view text) override { return text.find('\0') == std::string_view::npos; }
+
     [[nodiscard]] std::optional<PropertyList> dictionaryWithContentsOfFile() override {
         return _enter("dictionaryWithContentsOfFile") || _damaged() ? std::nullopt : disk;
     }

@@ -1,5 +1,7 @@
 #include "platform/posix/PosixPreferencesStore.h"
 
+#include "platform/propertylist/PropertyListText.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
@@ -205,6 +207,10 @@ void PosixPreferencesStore::setAppValue(std::string_view key, const PropertyList
         return;
     }
     _pending.emplace_back(key, value);
+}
+
+bool PosixPreferencesStore::canStoreText(std::string_view text) {
+    return _document.format == PropertyListFormat::Binary ? propertylist::isUTF8(text) : propertylist::isXMLText(text);
 }
 
 std::optional<PropertyList> PosixPreferencesStore::dictionaryWithContentsOfFile() {

@@ -31,6 +31,8 @@ public:
     bool synchronize() override;
     [[nodiscard]] std::optional<PropertyList> copyAppValue(std::string_view key) override;
     void setAppValue(std::string_view key, const PropertyList &value) override;
+    /// Any valid text in a binary file; in XML (which a missing file will be) not those characters that XML 1.0 excludes.
+    [[nodiscard]] bool canStoreText(std::string_view text) override;
     [[nodiscard]] std::optional<PropertyList> dictionaryWithContentsOfFile() override;
     /// Waits up to 10 seconds. The result may outlive the store.
     [[nodiscard]] std::unique_ptr<Lock> lock() override;

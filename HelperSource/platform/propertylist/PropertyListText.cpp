@@ -75,6 +75,19 @@ bool isASCII(std::string_view text) noexcept {
     return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
+bool isXMLText(std::string_view text) noexcept {
+    while (!text.empty()) {
+        const Character character = firstCharacter(text, false);
+        const char32_t code = character.code;
+        const bool isControl = code < 0x20 && code != '\t' && code != '\n' && code != '\r';
+        if (character.length == 0 || isControl || code == 0xFFFE || code == 0xFFFF) {
+            return false;
+        }
+        text.remove_prefix(character.length);
+    }
+    return true;
+}
+
 bool isUTF8(std::string_view text) noexcept {
     while (!text.empty()) {
         const Character character = firstCharacter(text, false);

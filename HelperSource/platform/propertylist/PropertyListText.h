@@ -26,6 +26,10 @@ void appendCharacter(std::string &text, char32_t code);
 /// Whether `text` is UTF-8 without surrogates.
 [[nodiscard]] bool isUTF8(std::string_view text) noexcept;
 
+/// Whether XML can hold the text: UTF-8 without control characters but tab, line feed and carriage return, and without
+/// U+FFFE and U+FFFF (XML 1.0, fifth edition, production 2).
+[[nodiscard]] bool isXMLText(std::string_view text) noexcept;
+
 /// Whether every byte is below 0x80.
 [[nodiscard]] bool isASCII(std::string_view text) noexcept;
 

@@ -37,6 +37,25 @@ TEST(SavingPreferences, LeavesEveryOtherByteOfAnXMLFile) {
     EXPECT_TRUE(home.log.lines.empty());
 }
 
+TEST(SavingPreferences, KnowsWhichTextsTheFormOfTheFileCanHold) {
+    PreferencesHome home;
+    const std::string_view withNul("a\0b", 3);
+    for (const std::string_view good : {"", "a\tb\r\n", "ä日😀", "\x7F", "\uFFFD"}) {
+        EXPECT_TRUE(home.store().canStoreText(good)) << good;
+    }
+    for (const std::string_view bad : {std::string_view("\x01"), withNul, std::string_view("\x1F"), std::string_view("\uFFFE"),
+                                       std::string_view("\uFFFF"), std::string_view("\xFF"), std::string_view("\xED\xA0\x80")}) {
+        EXPECT_FALSE(home.store().canStoreText(bad));
+    }
+    PropertyListBuilder builder;
+    home.put(writeBinaryPropertyList(builder.dictionary({})).value_or(""));
+    PosixPreferencesStore store = home.store();
+    ASSERT_TRUE(store.synchronize());
+    EXPECT_TRUE(store.canStoreText("\x01"));
+    EXPECT_TRUE(store.canStoreText(withNul));
+    EXPECT_FALSE(store.canStoreText("\xFF"));
+}
+
 TEST(SavingPreferences, PutsANewKeyBehindTheLast) {
     PreferencesHome home;
     home.put("<plist><dict>\n\t<key>a</key>\n\t<true/>\n\t<!-- end -->\n</dict></plist>");

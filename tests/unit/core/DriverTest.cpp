@@ -89,6 +89,16 @@ TEST(Driver, StoresWhatTheUserLeftAndKeepsOtherCounters) {
     EXPECT_EQ(desk.counter("Client"), "(absent)");
 }
 
+TEST(Driver, LeavesOutACounterThatThePreferencesCannotHoldAndStoresTheOthers) {
+    Desk desk;
+    desk.setCounters(dict({{"AutoA", text("1")}, {"AutoB", text("4")}}));
+    desk.prompt.answers = {{"AutoA", std::string("x\0y", 3)}};
+    desk.create(preset("Job {AutoB}", {file("{AutoA}")}));
+    EXPECT_EQ(desk.counter("AutoA"), "1");
+    EXPECT_EQ(desk.counter("AutoB"), "5");
+    EXPECT_EQ(desk.log.entries(), (Names{"The last value of an automatic variable was not stored: the preferences cannot hold its text."}));
+}
+
 TEST(Driver, SharesACounterBetweenPresetsByExactName) {
     Desk desk;
     desk.create(preset("A{AutoJob}"));
