@@ -151,6 +151,7 @@ class NullPreferences final : public PreferencesStore {
     bool canStoreText(std::string_view) override { return true; }
     std::optional<PropertyList> dictionaryWithContentsOfFile() override { return {}; }
     std::unique_ptr<Lock> lock() override { return nullptr; }
+    bool isHeldElsewhere() const override { return false; }
 };
 class NullProcesses final : public ProcessLauncher {
     std::unique_ptr<ChildProcess> launch(const std::string &, const std::map<std::string, std::string> &) override { return nullptr; }

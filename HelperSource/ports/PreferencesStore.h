@@ -33,6 +33,8 @@ public:
     /// Keeps other programs from writing until the result is destroyed; may be nested within one program.
     /// Null when that is impossible or another program holds it for too long.
     [[nodiscard]] virtual std::unique_ptr<Lock> lock() = 0;
+    /// Whether the last `lock()` failed because another program held the domain all the time.
+    [[nodiscard]] virtual bool isHeldElsewhere() const = 0;
 };
 
 } // namespace orvane

@@ -195,6 +195,8 @@ public:
     /// Holds the preferences against other programs from the reading of the counters to their storing; for
     /// prompts that answer at once. Off at first.
     void setKeepsPreferencesLocked(bool keeps) { _keepsPreferencesLocked = keeps; }
+    /// False when the last run had variables and their counters could not be stored; the log says why.
+    [[nodiscard]] bool countersWereStored() const { return _countersWereStored; }
 
     // Service -------------------------------------------------------------------------------------------------------
 
@@ -223,7 +225,8 @@ private:
     [[nodiscard]] bool _init();
     void _setPromptRows(const std::vector<std::string> &names, const ORVAutomaticVariables &variables);
     void _setPromptDirectoryName(std::string_view name);
-    void _storeAutomaticValuesOfRows();
+    [[nodiscard]] bool _storeAutomaticValuesOfRows(bool countersWereRead);
+    [[nodiscard]] bool _leaveCountersAlone(std::string_view why);
     [[nodiscard]] bool _checkTopLevel(const std::string &name, const std::string &path);
     [[nodiscard]] bool _promptForVariables(const std::vector<std::string> &names, ORVAutomaticVariables &variables,
                                            std::string_view nameTemplate);
@@ -244,6 +247,8 @@ private:
     std::unique_ptr<HierarchyWriter> _failedHierarchy; ///< what the last failed creation made
     std::string _failedPath;                           ///< its top node's path
     bool _keepsPreferencesLocked = false;
+    bool _configurationWasRead = false; ///< the last reading of the preferences succeeded; a missing file counts as read
+    bool _countersWereStored = true;    ///< by the last run
 };
 
 /// The text that an alert shows for a message: "%%" is "%", integer directives give 0 and others of C and Cocoa what an

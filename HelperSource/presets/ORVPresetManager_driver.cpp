@@ -51,8 +51,14 @@ void ORVPresetManager::createFileHierarchyFromPreset(const PropertyListValue &pr
     std::unique_ptr<PreferencesStore::Lock> countersHeld;
     if (_keepsPreferencesLocked && std::any_of(names.begin(), names.end(), isAutomaticVariable)) {
         countersHeld = _ports.preferences.lock();
+        if (!countersHeld && _ports.preferences.isHeldElsewhere()) {
+            reportErrorMessage("Preferences are in use", "Another program holds the preferences, so no number can be had from them.");
+            return;
+        }
     }
     const ORVAutomaticVariables variables = automaticVariables();
+    const bool countersWereRead = _configurationWasRead;
+    _countersWereStored = true;
     _promptValues.clear();
     std::string topLevelName = nameTemplate;
     if (!names.empty()) {
@@ -63,7 +69,7 @@ void ORVPresetManager::createFileHierarchyFromPreset(const PropertyListValue &pr
         }
         topLevelName = replaceBracketedKeysReplace(nameTemplate, _promptValues);
         // Before any check, so that a counter advances even when nothing is made then; deliberate.
-        _storeAutomaticValuesOfRows();
+        _countersWereStored = _storeAutomaticValuesOfRows(countersWereRead);
     }
     countersHeld.reset();
     const std::string parent = *_contextualDirectory;
@@ -81,23 +87,38 @@ void ORVPresetManager::createFileHierarchyFromPreset(const PropertyListValue &pr
     _finishCreation(preset, topLevelPath);
 }
 
-void ORVPresetManager::_storeAutomaticValuesOfRows() {
+bool ORVPresetManager::_leaveCountersAlone(std::string_view why) {
+    _ports.log.log("The last values of automatic variables were not stored: " + std::string(why));
+    return false;
+}
+
+bool ORVPresetManager::_storeAutomaticValuesOfRows(bool countersWereRead) {
     // Other programs may have counted on since the counters were read: only this creation's rows change, every other entry
-    // keeps what is on disk now.
+    // keeps what is on disk now. Whatever cannot be read now is not known, and not replaced.
     const std::unique_ptr<PreferencesStore::Lock> lock = _ports.preferences.lock();
+    if (!lock) {
+        return _leaveCountersAlone("the preferences could not be locked.");
+    }
     ORVAutomaticVariables variables = automaticVariables();
+    if (!countersWereRead || !_configurationWasRead) {
+        return _leaveCountersAlone("the preferences could not be read.");
+    }
+    if (variables.storage.root().type() != PropertyListType::Null && !variables.storage.root().isDictionary()) {
+        return _leaveCountersAlone("what stands in their place in the preferences is no dictionary.");
+    }
+    bool allFit = true;
     for (const PromptValueRow &row : _promptValues) {
         if (!isAutomaticVariable(row.key)) {
             continue;
         }
-        if (!_ports.preferences.canStoreText(row.key) || !_ports.preferences.canStoreText(row.value)) {
-            // One text that the file cannot hold must not cost the other counters their values.
-            _ports.log.log("The last value of an automatic variable was not stored: the preferences cannot hold its text.");
-        } else {
+        if (_ports.preferences.canStoreText(row.key) && _ports.preferences.canStoreText(row.value)) {
             variables[row.key] = PropertyListValue::viewOfString(row.value);
+        } else { // one text that the file cannot hold must not cost the other counters their values
+            allFit = _leaveCountersAlone("the preferences cannot hold the text of one; the others were.");
         }
     }
     setAutomaticVariables(variables);
+    return _countersWereStored && allFit;
 }
 
 bool ORVPresetManager::_checkTopLevel(const std::string &name, const std::string &path) {

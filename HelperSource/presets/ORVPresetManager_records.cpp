@@ -3,7 +3,6 @@
 #include "presets/ORVFileHelpers.h"
 #include "presets/ORVPropertyListReading.h"
 
-#include <charconv>
 #include <limits>
 #include <utility>
 
@@ -72,7 +71,7 @@ std::string nextIn32Bits(std::int64_t value) {
 } // namespace
 
 void ORVPresetManager::readConfiguration() {
-    _ports.preferences.synchronize();
+    _configurationWasRead = _ports.preferences.synchronize();
     auto presets = std::make_shared<PresetArray>();
     if (auto value = _ports.preferences.copyAppValue(ORVPresetsKey); value && value->root().isArray()) {
         presets->document = std::move(*value);
@@ -112,7 +111,7 @@ void ORVPresetManager::setAutomaticVariables(const ORVAutomaticVariables &variab
         entries.push_back({name, value.isString() ? builder.string(value.string()) : value});
     }
     _ports.preferences.setAppValue(ORVAutomaticVarsKey, builder.finish(builder.dictionary(entries)));
-    _ports.preferences.synchronize();
+    _countersWereStored = _ports.preferences.synchronize();
 }
 
 bool ORVPresetManager::isAutomaticVariable(std::string_view name) {

@@ -2,6 +2,7 @@
 
 #include "ports/PreferencesStore.h"
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -20,6 +21,8 @@ public:
     std::optional<PropertyList> disk;
     /// The file stands there but cannot be read: it is then never written either.
     bool unreadable = false;
+    /// Another program holds the domain, and does not let go of it.
+    bool heldElsewhere = false;
     /// One line a call, in order: "synchronize", "copyAppValue KEY", "setAppValue KEY", "dictionaryWithContentsOfFile",
     /// "lock", "unlock".
     std::vector<std::string> journal;
@@ -32,7 +35,13 @@ public:
     /// Locks that are held now.
     [[nodiscard]] int locksHeld() const { return _locks; }
 
+    /// Runs before each `synchronize()`, so that a test can interfere.
+    std::function<void()> beforeSynchronize;
+
     bool synchronize() override {
+        if (beforeSynchronize) {
+            beforeSynchronize();
+        }
         const bool refused = _enter("synchronize");
         const bool stored = !refused && !_damaged();
         if (stored) {
@@ -70,11 +79,13 @@ public:
     }
 
     [[nodiscard]] std::unique_ptr<Lock> lock() override {
-        if (_enter("lock")) {
+        if (_enter("lock") || heldElsewhere) {
             return nullptr;
         }
         return std::make_unique<Held>(*this);
     }
+
+    [[nodiscard]] bool isHeldElsewhere() const override { return heldElsewhere; }
 
 private:
     class Held final : public Lock {

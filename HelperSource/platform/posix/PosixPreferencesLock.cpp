@@ -65,6 +65,7 @@ bool PosixPreferencesLock::acquire(std::chrono::milliseconds limit, std::string 
         ++_depth;
         return true;
     }
+    _isHeldElsewhere = false;
     const auto deadline = std::chrono::steady_clock::now() + limit;
     std::chrono::milliseconds wait{1};
     while (true) {
@@ -84,6 +85,7 @@ bool PosixPreferencesLock::acquire(std::chrono::milliseconds limit, std::string 
             return false;
         }
         if (std::chrono::steady_clock::now() >= deadline) {
+            _isHeldElsewhere = true;
             why = "another program holds the lock " + _path;
             return false;
         }

@@ -15,6 +15,8 @@ public:
     /// Takes the lock; in a program that has it already, once more. Waits up to `limit` for other programs. The file's
     /// folder is made with its parents, for the user alone. False, and `why` says so, when it cannot be had.
     [[nodiscard]] bool acquire(std::chrono::milliseconds limit, std::string &why);
+    /// Whether the last `acquire` failed because another program had the lock all the time.
+    [[nodiscard]] bool isHeldElsewhere() const { return _isHeldElsewhere; }
     /// Undoes one `acquire`.
     void release();
 
@@ -25,6 +27,7 @@ private:
     std::string _path;
     FileDescriptor _file;
     int _depth = 0;
+    bool _isHeldElsewhere = false;
 };
 
 /// Makes a folder and its missing parents, mode 0700. False with `errno`.

@@ -36,6 +36,7 @@ public:
     [[nodiscard]] std::optional<PropertyList> dictionaryWithContentsOfFile() override;
     /// Waits up to 10 seconds. The result may outlive the store.
     [[nodiscard]] std::unique_ptr<Lock> lock() override;
+    [[nodiscard]] bool isHeldElsewhere() const override { return _lock->isHeldElsewhere(); }
 
 private:
     class Held;

@@ -58,7 +58,7 @@ TEST(DamagedPreferences, AreNeverReplaced) {
 
 TEST(DamagedPreferences, AFileCutOffAtAnyByteIsNeverReplaced) {
     const std::string whole = "<plist version=\"1.0\"><dict><key>ORVAutomaticVars</key><dict/></dict></plist>";
-    for (std::size_t size = 0; size < whole.size(); size += 7) {
+    for (std::size_t size = 0; size < whole.size(); ++size) {
         expectRefusedAndKept(whole.substr(0, size));
     }
 }

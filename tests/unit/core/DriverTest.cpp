@@ -96,7 +96,10 @@ TEST(Driver, LeavesOutACounterThatThePreferencesCannotHoldAndStoresTheOthers) {
     desk.create(preset("Job {AutoB}", {file("{AutoA}")}));
     EXPECT_EQ(desk.counter("AutoA"), "1");
     EXPECT_EQ(desk.counter("AutoB"), "5");
-    EXPECT_EQ(desk.log.entries(), (Names{"The last value of an automatic variable was not stored: the preferences cannot hold its text."}));
+    EXPECT_EQ(
+        desk.log.entries(),
+        (Names{"The last values of automatic variables were not stored: the preferences cannot hold the text of one; the others were."}));
+    EXPECT_FALSE(desk.manager->countersWereStored());
 }
 
 TEST(Driver, SharesACounterBetweenPresetsByExactName) {
@@ -141,6 +144,67 @@ TEST(Driver, HoldsThemFromReadingToStoringWhenToldSo) {
     EXPECT_EQ(desk.preferences.locksHeld(), 0);
     desk.create(preset("{Project}")); // has no counter
     EXPECT_EQ(held, 0);
+}
+
+TEST(Driver, MakesNothingWhenToldToHoldThePreferencesAndAnotherProgramHasThem) {
+    Desk desk;
+    desk.manager->setKeepsPreferencesLocked(true);
+    desk.preferences.heldElsewhere = true;
+    desk.create(preset("{AutoJob}"));
+    EXPECT_EQ(desk.alerts.alerts.at(0).title, "Preferences are in use");
+    EXPECT_TRUE(desk.prompt.runs.empty());
+    EXPECT_EQ(desk.fileSystem.listing("/jobs"), Names());
+}
+
+TEST(Driver, GoesOnWithoutStoringWhenThePreferencesCannotBeLocked) {
+    Desk desk;
+    desk.setCounters(dict({{"AutoJob", text("41")}}));
+    desk.preferences.failAt("lock", 1);
+    desk.create(preset("{AutoJob}"));
+    EXPECT_NE(desk.fileSystem.node("/jobs/42"), nullptr);
+    EXPECT_EQ(desk.counter("AutoJob"), "41");
+    EXPECT_FALSE(desk.manager->countersWereStored());
+    EXPECT_EQ(desk.log.entries(), (Names{"The last values of automatic variables were not stored: the preferences could not be locked."}));
+}
+
+TEST(Driver, StoresNoCountersWhenTheyCannotBeReadAtThatMoment) {
+    Desk desk;
+    desk.setCounters(dict({{"AutoJob", text("41")}, {"AutoOther", text("77")}}));
+    // The first reading of a creation gives the defaults, the second comes just before the storing.
+    for (const int reading : {1, 2}) {
+        desk.preferences.unreadable = false;
+        int readings = 0;
+        desk.preferences.beforeSynchronize = [&] { desk.preferences.unreadable = ++readings == reading; };
+        desk.create(preset("Job {AutoJob}"));
+        EXPECT_FALSE(desk.manager->countersWereStored());
+        EXPECT_EQ(desk.counter("AutoJob"), "41");
+        EXPECT_EQ(desk.counter("AutoOther"), "77");
+    }
+    desk.preferences.beforeSynchronize = nullptr;
+    desk.preferences.unreadable = false;
+    desk.create(preset("Again {AutoJob}"));
+    EXPECT_TRUE(desk.manager->countersWereStored());
+    EXPECT_EQ(desk.counter("AutoJob"), "42");
+    EXPECT_EQ(desk.counter("AutoOther"), "77");
+}
+
+TEST(Driver, StoresNoCountersOverSomethingThatIsNoDictionary) {
+    Desk desk;
+    desk.setCounters(list({text("precious")}));
+    desk.create(preset("Job {AutoJob}"));
+    EXPECT_FALSE(desk.manager->countersWereStored());
+    EXPECT_TRUE(desk.preferences.disk->root().find(ORVAutomaticVarsKey)->isArray());
+    EXPECT_NE(desk.fileSystem.node("/jobs/Job 0"), nullptr);
+    EXPECT_EQ(desk.log.entries(), (Names{"The last values of automatic variables were not stored: what stands in their place in the "
+                                         "preferences is no dictionary."}));
+}
+
+TEST(Driver, SaysSoWhenThePreferencesRefuseTheCounters) {
+    Desk desk;
+    desk.preferences.failAt("synchronize", 3); // two readings, then the storing
+    desk.create(preset("Job {AutoJob}"));
+    EXPECT_FALSE(desk.manager->countersWereStored());
+    EXPECT_NE(desk.fileSystem.node("/jobs/Job 0"), nullptr);
 }
 
 TEST(Driver, ReportsABlankFolderNameAfterThePrompt) {
