@@ -115,9 +115,8 @@ bool takeFile(CommandContext &context, const std::string &path, Subject &subject
 
 /// The user's own presets. False after a message.
 bool takePreferences(CommandContext &context, Subject &subject) {
-    context.preferences.synchronize();
     std::string problem;
-    const auto presets = presetsAsSynchronized(context, problem);
+    const auto presets = synchronizedPresets(context, problem);
     const auto stored = context.preferences.copyAppValue(ORVPresetsKey);
     if (!presets) {
         std::string why; // the reader tells the line, too
@@ -147,8 +146,7 @@ ExitStatus takeWord(CommandContext &context, const std::string &word, Subject &s
         return takeFile(context, word, subject) ? ExitStatus::Success : ExitStatus::NotMade;
     }
     std::string problem;
-    context.preferences.synchronize();
-    const auto presets = presetsAsSynchronized(context, problem);
+    const auto presets = synchronizedPresets(context, problem);
     subject.chosen = presets ? choosePreset(word, *presets).index : std::nullopt;
     if (!subject.chosen && exists) {
         return takeFile(context, word, subject) ? ExitStatus::Success : ExitStatus::NotMade;
@@ -156,7 +154,10 @@ ExitStatus takeWord(CommandContext &context, const std::string &word, Subject &s
     if (!takePreferences(context, subject)) {
         return ExitStatus::NotMade;
     }
-    return subject.chosen || presetNamed(word, subject.presets) ? ExitStatus::Success : ExitStatus::Usage;
+    if (!subject.chosen) {
+        subject.chosen = presetNamed(word, subject.presets);
+    }
+    return subject.chosen ? ExitStatus::Success : ExitStatus::Usage;
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Options.h"
+
 #include "ports/Clock.h"
 #include "ports/DistributedNotifications.h"
 #include "ports/FileSystem.h"
@@ -12,6 +14,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -43,12 +46,13 @@ struct CommandContext {
 using CommandArguments = std::vector<std::string>;
 
 /// One word of the command line: what it does and how. `main` answers `--help` and `--version` before `run` is called,
-/// wherever they stand before `--`.
+/// wherever they stand as options before `--`.
 struct Command {
     const char *name;
     const char *summary; ///< one line for `orvane --help`
     const char *help;    ///< whole text of `orvane NAME --help`
     ExitStatus (*run)(CommandContext &context, const CommandArguments &arguments);
+    std::span<const OptionRule> (*options)() = nullptr; ///< its options; may be null where none takes a value
 };
 
 // One function and one help text for each command, both defined in the command's own file.
@@ -60,6 +64,8 @@ ExitStatus runExportCommand(CommandContext &context, const CommandArguments &arg
 ExitStatus runAddCommand(CommandContext &context, const CommandArguments &arguments);
 ExitStatus runCheckCommand(CommandContext &context, const CommandArguments &arguments);
 ExitStatus runNotifyCommand(CommandContext &context, const CommandArguments &arguments);
+[[nodiscard]] std::span<const OptionRule> createCommandOptions();
+[[nodiscard]] std::span<const OptionRule> importCommandOptions();
 extern const char ListCommandHelp[];
 extern const char ShowCommandHelp[];
 extern const char CreateCommandHelp[];

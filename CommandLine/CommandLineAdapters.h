@@ -102,6 +102,7 @@ public:
     [[nodiscard]] bool canStoreText(std::string_view text) override { return _store.canStoreText(text); }
     [[nodiscard]] std::optional<PropertyList> dictionaryWithContentsOfFile() override { return _store.dictionaryWithContentsOfFile(); }
     [[nodiscard]] std::unique_ptr<Lock> lock() override { return std::make_unique<Lock>(); }
+    [[nodiscard]] bool isHeldElsewhere() const override { return false; }
 
 private:
     PreferencesStore &_store;

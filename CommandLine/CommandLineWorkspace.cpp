@@ -46,7 +46,7 @@ private:
 } // namespace
 
 bool CommandLineWorkspace::openFile(std::string_view path) {
-    if (!_enabled || (!isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY"))) {
+    if (!_isEnabled() || (!isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY"))) {
         return false;
     }
     std::string opener = Opener;

@@ -47,11 +47,12 @@ std::string candidates(std::span<const PropertyListValue> presets) {
     return text;
 }
 
-/// Why the preferences file cannot be read; nothing when there is none.
-std::optional<std::string> problemOfFile(const std::string &path) {
+/// Why the preferences file could not be read, as far as a second look tells.
+std::string problemOfFile(const std::string &path) {
+    constexpr const char *Passed = "it could not be read, but that seems to have passed; try again";
     const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     if (!file) {
-        return errno == ENOENT ? std::nullopt : std::optional<std::string>(std::strerror(errno));
+        return errno == ENOENT ? Passed : std::strerror(errno);
     }
     struct stat status {};
     const bool isKnown = ::fstat(file.get(), &status) == 0;
@@ -62,10 +63,11 @@ std::optional<std::string> problemOfFile(const std::string &path) {
         return "the file is empty";
     }
     PropertyListReport report;
-    if (!readPropertyList(file.get(), &report)) {
+    const auto list = readPropertyList(file.get(), &report);
+    if (!list) {
         return "it is not a property list: " + report.why;
     }
-    return "it holds something else than a dictionary";
+    return list->root().isDictionary() ? Passed : "it holds something else than a dictionary";
 }
 
 char hexDigit(unsigned value) {
@@ -190,25 +192,23 @@ std::string pathOfPreferences(UserFolders &folders) {
     return stringByAppendingPathComponent(folders.homeDirectory(), file);
 }
 
-std::optional<PropertyList> presetsAsSynchronized(CommandContext &context, std::string &problem) {
-    if (auto presets = context.preferences.copyAppValue(ORVPresetsKey)) {
-        if (presets->root().isArray()) {
-            return presets;
-        }
-    } else if (!context.preferences.dictionaryWithContentsOfFile()) {
+std::optional<PropertyList> synchronizedPresets(CommandContext &context, std::string &problem) {
+    // The answer belongs to the values: after a reading that failed the domain counts as empty, and whoever stored that would
+    // replace presets that are still there.
+    if (!context.preferences.synchronize()) {
         const std::string path = pathOfPreferences(context.folders);
-        if (const auto reason = problemOfFile(path)) {
-            problem = path + ": " + *reason;
-            return std::nullopt;
-        }
+        problem = path + ": " + problemOfFile(path);
+        return std::nullopt;
+    }
+    if (auto presets = context.preferences.copyAppValue(ORVPresetsKey); presets && presets->root().isArray()) {
+        return presets;
     }
     return PropertyList(nullptr, PropertyListValue::viewOfArray({})); // no presets, as the engine takes it
 }
 
 std::optional<PropertyList> readPresets(CommandContext &context) {
-    context.preferences.synchronize();
     std::string problem;
-    auto presets = presetsAsSynchronized(context, problem);
+    auto presets = synchronizedPresets(context, problem);
     if (!presets) {
         failure(UnreadablePreferencesTitle, problem);
     }

@@ -32,9 +32,9 @@ struct PresetChoice {
 /// Label of a preset for people, or a stand-in.
 [[nodiscard]] std::string shownLabelOfPreset(const PropertyListValue &preset);
 
-/// The presets as of the store's last synchronisation, for those who have just caused one; else as `readPresets`.
-/// `problem` gets the text instead of standard error.
-[[nodiscard]] std::optional<PropertyList> presetsAsSynchronized(CommandContext &context, std::string &problem);
+/// As `readPresets`, but `problem` gets the text instead of standard error. Synchronises the store, so that what
+/// `copyAppValue` gives afterwards comes from the same reading.
+[[nodiscard]] std::optional<PropertyList> synchronizedPresets(CommandContext &context, std::string &problem);
 /// Title of the failure that goes with such a problem.
 inline constexpr std::string_view UnreadablePreferencesTitle = "Preferences cannot be read";
 

@@ -8,6 +8,7 @@
 #include "Interruption.h"
 #include "ObservedFileSystem.h"
 #include "PresetEngine.h"
+#include "PresetStorage.h"
 #include "ProgressBar.h"
 
 #include "presets/ORVFileHelpers.h"
@@ -77,13 +78,17 @@ public:
           _observed(
               context.fileSystem, [this] { _beginProgress(); }, &Interruption::wasRequested),
           _planned(context.fileSystem), _readOnly(context.preferences), _processes(context.engine->processes),
-          _workspace(!options.noOpen && !options.dryRun) {
+          _workspace([this] { return !_options.noOpen && !_options.dryRun && !_observed.wasStopped(); }) {
         _alerts.setGate([this] { return _mayShowAlert(); });
     }
 
     ExitStatus run() {
         _run();
-        return _finish();
+        const ExitStatus status = _finish();
+        if (_interruptionIsOpen) {
+            Interruption::raiseAgain(); // it came too late to take anything back, but not to be told what was made
+        }
+        return status;
     }
 
 private:
@@ -94,7 +99,7 @@ private:
             return _refuseUsage(_options.in ? "--in: " + problem : problem);
         }
         const std::unique_ptr<ORVPresetManager> manager = _makeManager();
-        const auto presets = presetsAsSynchronized(_context, problem);
+        const auto presets = synchronizedPresets(_context, problem);
         if (!presets) {
             return _refuse(std::string(UnreadablePreferencesTitle), problem);
         }
@@ -149,14 +154,13 @@ private:
         case CommandLinePrompt::Outcome::Answered:
             break;
         }
-        if (_wasInterrupted) {
-            writeStandardError("orvane: interrupted, and what was made is removed again\n");
-            _report.status = ExitStatus::Cancelled;
-            return;
+        if (_observed.wasStopped()) {
+            return _noteStop();
         }
+        _interruptionIsOpen = Interruption::wasRequested();
         _noteScript(manager, preset);
         if (_options.dryRun) {
-            return _noteDryRun();
+            return _noteDryRun(manager);
         }
         if (!_alerts.shown().empty()) {
             _report.script.reset();
@@ -166,8 +170,21 @@ private:
         _report.created = true;
         _report.path = _observed.topPath();
         _report.nodes = _nodes.nodes();
-        Interruption::raiseAgain(); // it came too late to take anything back, but not to keep the script from starting
-        _runScript();
+        if (!manager.countersWereStored()) {
+            warn("the last values of automatic variables were not stored; the log says why");
+        }
+        if (!_interruptionIsOpen) { // else it is too late to take anything back, but not to keep the script from starting
+            _runScript();
+        }
+    }
+
+    void _noteStop() {
+        _report.status = ExitStatus::Cancelled;
+        if (!_observed.topIsThere()) {
+            return writeStandardError("orvane: interrupted, and what was made is removed again\n");
+        }
+        const std::string &path = _observed.topPath();
+        writeStandardError("orvane: interrupted; '" + printable(path) + "' is still there and may hold some of what was made\n");
     }
 
     void _runScript() {
@@ -197,13 +214,17 @@ private:
         }
     }
 
-    void _noteDryRun() {
+    void _noteDryRun(ORVPresetManager &manager) {
         _report.tree = _planned.tree();
         if (!_planned.topPath().empty()) {
             _report.path = _planned.topPath();
         }
         _report.nodes = _planned.tree().size();
-        if (!_alerts.shown().empty() || _planned.wouldFail()) {
+        if (_alerts.shown().empty() && _planned.wouldFail()) { // as the engine would, had the hierarchy not gone on
+            manager.reportErrorMessage("ORV wasn't able to create the preset",
+                                       "ORV wasn't able to create the preset, because a file creation failed: " + _planned.failure());
+        }
+        if (!_alerts.shown().empty()) {
             _report.status = ExitStatus::NotMade;
         }
     }
@@ -223,8 +244,7 @@ private:
         if (_progress) {
             _progress->end();
         }
-        _wasInterrupted = _wasInterrupted || (!_report.created && Interruption::wasRequested());
-        return !_wasInterrupted;
+        return !_observed.wasStopped();
     }
 
     void _beginProgress() {
@@ -264,8 +284,19 @@ private:
     NodeCounter _nodes;
     std::optional<ProgressBar> _progress;
     CreationReport _report;
-    bool _wasInterrupted = false;
+    bool _interruptionIsOpen = false; ///< one arrived and changed nothing; the signal is still to be raised
 };
+
+/// The answer to words that mean nothing, in the form that they ask for.
+ExitStatus refuseWords(const CreateOptions &options, const std::string &problem) {
+    CreationReport report;
+    report.status = usageError(Name, problem);
+    report.error = ShownAlert{"Usage", problem};
+    if (options.json) {
+        writeStandardOutput(jsonOfReport(report));
+    }
+    return report.status;
+}
 
 } // namespace
 
@@ -293,7 +324,7 @@ ExitStatus runCreateCommand(CommandContext &context, const CommandArguments &arg
     std::string problem;
     const CreateOptions options = CreateOptions::parse(arguments, problem);
     if (!problem.empty()) {
-        return usageError(Name, problem);
+        return refuseWords(options, problem);
     }
     return Creation(context, options).run();
 }

@@ -32,6 +32,10 @@ std::size_t lengthOfKnownName(std::string_view assignment, const ValuesByName &n
 
 } // namespace
 
+std::span<const OptionRule> createCommandOptions() {
+    return Rules;
+}
+
 CreateOptions CreateOptions::parse(const CommandArguments &arguments, std::string &error) {
     ParsedOptions parsed = parseOptions(arguments, Rules);
     CreateOptions result;

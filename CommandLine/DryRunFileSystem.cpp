@@ -54,13 +54,13 @@ public:
             _checkBase();
         }
         TreeItem &item = _add(name, true, {});
-        if (item.problem.empty()) {
-            item.problem = std::exchange(_baseProblem, {});
+        if (!_baseProblem.empty() && item.problem.empty()) {
+            _fail(item, std::exchange(_baseProblem, {}));
         }
-        _items.push_back(_owner._tree.size() - 1);
         const auto known = _current().entries.find(name);
         if (known != _current().entries.end() && known->second != NoFolder) {
             item.problem = "goes into the folder of the same name above";
+            _items.push_back(_owner._tree.size() - 1);
             _open.push_back(known->second);
             return true;
         }
@@ -68,6 +68,7 @@ public:
             _fail(item, "a file of the same name stands above");
         }
         _enterNewFolder(name, item);
+        _items.push_back(_owner._tree.size() - 1);
         return true;
     }
 
@@ -134,15 +135,27 @@ private:
         return added;
     }
 
+    /// For an item of the current folder.
     void _fail(TreeItem &item, std::string problem) {
         item.problem = std::move(problem);
-        _owner._wouldFail = true;
+        _noteFailure(item);
+    }
+
+    void _noteFailure(const TreeItem &item) {
+        if (!_owner._failure.empty()) {
+            return;
+        }
+        std::string path = _basePath;
+        for (std::size_t depth = 1; depth < _items.size(); ++depth) {
+            path = stringByAppendingPathComponent(path, _owner._tree[_items[depth]].name);
+        }
+        path = stringByAppendingPathComponent(path, item.name);
+        _owner._failure = item.isFolder ? "Unable to create directory " + path + "." : "Unable to create file '" + path + "'.";
     }
 
     void _checkBase() {
         if (::access(_basePath.c_str(), W_OK | X_OK) != 0 && errno != ENOENT) {
             _baseProblem = "nothing can be made in '" + _basePath + "': " + std::strerror(errno);
-            _owner._wouldFail = true;
         }
     }
 
@@ -175,7 +188,7 @@ const ContentSource *DryRunFileSystem::contentSource(std::string_view path) {
 std::unique_ptr<HierarchyWriter> DryRunFileSystem::beginHierarchy(std::string_view basePath) {
     _tree.clear();
     _topPath.clear();
-    _wouldFail = false;
+    _failure.clear();
     return std::make_unique<Writer>(*this, basePath);
 }
 

@@ -27,7 +27,9 @@ public:
     /// Path of its first folder; empty when there is none.
     [[nodiscard]] const std::string &topPath() const { return _topPath; }
     /// Whether some item could not be made, so that the whole creation would fail.
-    [[nodiscard]] bool wouldFail() const { return _wouldFail; }
+    [[nodiscard]] bool wouldFail() const { return !_failure.empty(); }
+    /// What the first of those would make the engine say; empty when there is none.
+    [[nodiscard]] const std::string &failure() const { return _failure; }
 
 private:
     class Writer;
@@ -37,7 +39,7 @@ private:
     std::string _topPath;
     std::string _askedContent; ///< file name of the content source asked for last
     bool _contentIsMissing = false;
-    bool _wouldFail = false;
+    std::string _failure;
 };
 
 } // namespace orvane

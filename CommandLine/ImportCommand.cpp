@@ -87,6 +87,10 @@ const char ImportCommandHelp[] = "Usage: orvane import DIR [--label TEXT] [--var
                                  "\n"
                                  "Exit status: 0 imported, 1 not imported, 2 wrong usage.\n";
 
+std::span<const OptionRule> importCommandOptions() {
+    return Rules;
+}
+
 ExitStatus runImportCommand(CommandContext &context, const CommandArguments &arguments) {
     const ParsedOptions words = parseOptions(arguments, Rules);
     FolderImportOptions options;

@@ -3,6 +3,7 @@
 #include "presets/ORVFileHelpers.h"
 
 #include <cerrno>
+#include <cstddef>
 #include <utility>
 
 namespace orvane {
@@ -16,32 +17,52 @@ public:
         if (_stop() || !_writer->enterFolder(name)) {
             return false;
         }
+        ++_depth;
         if (_owner._topPath.empty()) {
             _owner._topPath = stringByAppendingPathComponent(_basePath, name);
         }
         return true;
     }
-    void leaveFolder(const ItemAttributes &attributes) override { _writer->leaveFolder(attributes); }
+    void leaveFolder(const ItemAttributes &attributes) override {
+        if (_owner._wasStopped) {
+            return;
+        }
+        _writer->leaveFolder(attributes);
+        if (--_depth == 0) {
+            _stop();
+        }
+    }
     [[nodiscard]] bool copyItem(std::string_view name, const ContentSource &source, const ItemAttributes &attributes) override {
         return !_stop() && _writer->copyItem(name, source, attributes);
     }
     [[nodiscard]] bool makeEmptyFile(std::string_view name, const ItemAttributes &attributes) override {
         return !_stop() && _writer->makeEmptyFile(name, attributes);
     }
-    void removeEverythingMade() override { _writer->removeEverythingMade(); }
-    [[nodiscard]] int lastError() const override { return _stopped ? EINTR : _writer->lastError(); }
+    void removeEverythingMade() override {
+        if (!_owner._wasStopped) {
+            _writer->removeEverythingMade();
+        }
+    }
+    [[nodiscard]] int lastError() const override { return _owner._wasStopped ? EINTR : _writer->lastError(); }
 
 private:
-    bool _stop() { return _stopped = _owner._isStopped(); }
+    bool _stop() {
+        if (!_owner._wasStopped && _owner._isStopped()) {
+            _owner._wasStopped = true;
+            _writer->removeEverythingMade();
+        }
+        return _owner._wasStopped;
+    }
 
     ObservedFileSystem &_owner;
     std::unique_ptr<HierarchyWriter> _writer;
     std::string _basePath;
-    bool _stopped = false;
+    std::size_t _depth = 0; ///< of the current folder below the base
 };
 
 std::unique_ptr<HierarchyWriter> ObservedFileSystem::beginHierarchy(std::string_view basePath) {
     _topPath.clear();
+    _wasStopped = false;
     _onBegin();
     std::unique_ptr<HierarchyWriter> writer = _fileSystem.beginHierarchy(basePath);
     return writer ? std::make_unique<Writer>(*this, std::move(writer), basePath) : nullptr;

@@ -10,8 +10,9 @@ namespace orvane {
 /// Another file system, whose hierarchies can be stopped on the way and of which it is known where the last one stands.
 class ObservedFileSystem final : public FileSystem {
 public:
-    /// `fileSystem` is borrowed. `onBegin` is called when a hierarchy begins; while `isStopped` is true, every item
-    /// of it fails with `errno` EINTR.
+    /// `fileSystem` is borrowed. `onBegin` is called when a hierarchy begins. `isStopped` is asked before each item and
+    /// when the first folder has been left; once it is true, everything that the hierarchy made is removed, and every
+    /// further item fails with `errno` EINTR.
     ObservedFileSystem(FileSystem &fileSystem, std::function<void()> onBegin, bool (*isStopped)())
         : _fileSystem(fileSystem), _onBegin(std::move(onBegin)), _isStopped(isStopped) {}
 
@@ -23,6 +24,11 @@ public:
 
     /// Path of the first folder that the last hierarchy made; empty when it made none.
     [[nodiscard]] const std::string &topPath() const { return _topPath; }
+    /// Whether the last hierarchy was stopped.
+    [[nodiscard]] bool wasStopped() const { return _wasStopped; }
+    /// Whether its first folder is there; after a stop that means that something could not be removed, or that the folder
+    /// was there before.
+    [[nodiscard]] bool topIsThere() const { return !_topPath.empty() && _fileSystem.fileExists(_topPath); }
 
 private:
     class Writer;
@@ -31,6 +37,7 @@ private:
     std::function<void()> _onBegin;
     bool (*_isStopped)();
     std::string _topPath;
+    bool _wasStopped = false;
 };
 
 } // namespace orvane

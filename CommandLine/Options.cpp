@@ -83,4 +83,22 @@ ParsedOptions parseOptions(std::span<const std::string> words, std::span<const O
     return result;
 }
 
+GeneralOption generalOptionIn(std::span<const std::string> words, std::span<const OptionRule> rules) {
+    for (std::size_t position = 0; position < words.size() && words[position] != "--"; ++position) {
+        const std::string_view word = words[position];
+        if (word == "--help" || word == "-h") {
+            return GeneralOption::Help;
+        }
+        if (word == "--version") {
+            return GeneralOption::Version;
+        }
+        if (word.starts_with("--") && word.find('=') == std::string_view::npos) {
+            std::string error;
+            const OptionRule *const rule = ruleNamed(word.substr(2), rules, error);
+            position += rule != nullptr && rule->takesValue ? 1 : 0;
+        }
+    }
+    return GeneralOption::None;
+}
+
 } // namespace orvane

@@ -37,4 +37,11 @@ struct ParsedOptions {
 /// is an operand; after "--" everything is.
 [[nodiscard]] ParsedOptions parseOptions(std::span<const std::string> words, std::span<const OptionRule> rules);
 
+/// What every command understands besides its own options.
+enum class GeneralOption { None, Help, Version };
+
+/// The first `--help`, `-h` or `--version` among the words that is neither an option's value nor behind "--". What is wrong
+/// with other words does not matter.
+[[nodiscard]] GeneralOption generalOptionIn(std::span<const std::string> words, std::span<const OptionRule> rules);
+
 } // namespace orvane

@@ -38,7 +38,7 @@ std::vector<PromptValueRow> variablesOfPreset(CommandContext &context, const Pro
     DeferredThreadLauncher threads;
     StandardTerminal terminal;
     CommandLinePrompt prompt({}, true, terminal);
-    CommandLineWorkspace workspace(false);
+    CommandLineWorkspace workspace([] { return false; });
     PresetEngine engine;
     const auto manager =
         engine.makeManager({context, alerts, context.fileSystem, preferences, context.engine->processes, threads, prompt, workspace});

@@ -13,8 +13,13 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
+#include <span>
 #include <string>
 #include <string_view>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 // `orvane`: finds the command, makes the adapters that it works with and runs it.
 
@@ -25,8 +30,8 @@ using namespace orvane;
 constexpr std::array<Command, 8> Commands = {{
     {"list", "show the presets", ListCommandHelp, runListCommand},
     {"show", "show one preset: its variables and its tree", ShowCommandHelp, runShowCommand},
-    {"create", "make a preset's folder", CreateCommandHelp, runCreateCommand},
-    {"import", "make a preset from an existing folder", ImportCommandHelp, runImportCommand},
+    {"create", "make a preset's folder", CreateCommandHelp, runCreateCommand, createCommandOptions},
+    {"import", "make a preset from an existing folder", ImportCommandHelp, runImportCommand, importCommandOptions},
     {"export", "write a preset to a file", ExportCommandHelp, runExportCommand},
     {"add", "add the preset in a file", AddCommandHelp, runAddCommand},
     {"check", "look for mistakes in presets", CheckCommandHelp, runCheckCommand},
@@ -44,22 +49,35 @@ std::string generalHelp() {
     return text + "\n'orvane COMMAND --help' tells more about a command, 'orvane --version' the version.\n";
 }
 
-/// Prints what `--help` or `--version` ask for before any "--"; false when neither stands there.
-bool answersGeneralOption(const CommandArguments &words, std::string_view help, ExitStatus &status) {
-    for (const std::string &word : words) {
-        if (word == "--") {
-            return false;
-        }
-        if (word == "--help" || word == "-h") {
-            status = writeStandardOutput(help);
-            return true;
-        }
-        if (word == "--version") {
-            status = writeStandardOutput("orvane " ORVANE_VERSION "\n");
-            return true;
-        }
+/// Prints what `--help` or `--version` ask for; false when neither is among the options.
+bool answersGeneralOption(const CommandArguments &words, std::span<const OptionRule> rules, std::string_view help, ExitStatus &status) {
+    switch (generalOptionIn(words, rules)) {
+    case GeneralOption::Help:
+        status = writeStandardOutput(help);
+        return true;
+    case GeneralOption::Version:
+        status = writeStandardOutput("orvane " ORVANE_VERSION "\n");
+        return true;
+    case GeneralOption::None:
+        break;
     }
     return false;
+}
+
+/// Fills standard streams that are closed, before another file gets the number of one and with it what is written to the
+/// stream. Each refuses what a program does with it, so that the loss is noticed as it would be without. False when
+/// that is impossible.
+bool standardStreamsAreOpen() {
+    constexpr std::array<int, 3> Modes = {O_WRONLY, O_RDONLY, O_RDONLY};
+    for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
+        if (::fcntl(stream, F_GETFD) >= 0 || errno != EBADF) {
+            continue;
+        }
+        if (::open("/dev/null", Modes[static_cast<std::size_t>(stream)]) != stream) { // the lowest free number is taken
+            return false;
+        }
+    }
+    return true;
 }
 
 ExitStatus runCommand(const Command &command, const CommandArguments &arguments) {
@@ -85,18 +103,22 @@ ExitStatus runProgram(CommandArguments words) {
     }
     const std::string name = words.front();
     if (name.starts_with('-')) {
-        return answersGeneralOption(words, generalHelp(), status) ? status : usageError("", "unknown option '" + name + "'");
+        return answersGeneralOption(words, {}, generalHelp(), status) ? status : usageError("", "unknown option '" + name + "'");
     }
     const auto *const command = std::find_if(Commands.begin(), Commands.end(), [&](const Command &known) { return name == known.name; });
     if (command == Commands.end()) {
         return usageError("", "unknown command '" + name + "'");
     }
     words.erase(words.begin());
-    return answersGeneralOption(words, command->help, status) ? status : runCommand(*command, words);
+    const auto rules = command->options == nullptr ? std::span<const OptionRule>() : command->options();
+    return answersGeneralOption(words, rules, command->help, status) ? status : runCommand(*command, words);
 }
 
 } // namespace
 
 int main(int count, char **words) {
+    if (!standardStreamsAreOpen()) {
+        return static_cast<int>(ExitStatus::NotMade);
+    }
     return static_cast<int>(runProgram(CommandArguments(words + (count > 0 ? 1 : 0), words + count)));
 }

@@ -30,6 +30,17 @@ def machine(project, programs, launcher):
             "orvane_bytes": os.path.getsize(programs.orvane) if programs.orvane else None}
 
 
+def shown_command(words):
+    """The command line without the options that only say where things lie."""
+    shown, rest = [], iter(words)
+    for word in rest:
+        if word in ("--bin", "--json", "--orvane"):
+            next(rest, None)
+        else:
+            shown.append(word)
+    return " ".join(shown)
+
+
 def table(header, rows):
     lines = ["| " + " | ".join(header) + " |", "|" + "|".join("---" if i == 0 else "---:" for i in range(len(header))) + "|"]
     return "\n".join(lines + ["| " + " | ".join(row) + " |" for row in rows])
@@ -168,7 +179,7 @@ def _probe_tables(results):
 
 def markdown(results):
     where = results["machine"]
-    parts = [f"Measured {where['date']} at commit {where['commit']} with `{results['command']}`.\n",
+    parts = [f"Measured {where['date']} at commit {where['commit']} with `{shown_command(results['command'])}`.\n",
              f"Machine: {where['cpu']}, {where['cores']} cores, {where['memory_gb']} GB, kernel {where['kernel']}; {where['compiler']}. "
              f"Load average before {where['load_before']:.2f}, after {where['load_after']:.2f}. Least peak memory that can be seen: {where['memory_floor']:.1f} MB.\n"]
     rows = [[goal, place, wanted, got, answer(is_met)] for goal, place, wanted, got, is_met in goal_rows(results)]

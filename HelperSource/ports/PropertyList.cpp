@@ -118,7 +118,7 @@ std::span<const PropertyListEntry> PropertyListValue::dictionary() const noexcep
 
 const PropertyListValue *PropertyListValue::find(std::string_view key) const noexcept {
     for (const PropertyListEntry &entry : dictionary()) {
-        if (entry.key == key) {
+        if (entry.key.size() == key.size() && (entry.key.data() == key.data() || entry.key == key)) {
             return &entry.value;
         }
     }

@@ -232,6 +232,7 @@ private:
                                            std::string_view nameTemplate);
     void _reportCreationFailure(const std::string &topLevelPath);
     void _finishCreation(const PropertyListValue &preset, const std::string &topLevelPath);
+    void _putNameOf(const PropertyListValue *filename, std::span<const PromptValueRow> rows, std::string &name) const;
     void _setFileCreationError(std::string message);
 
     ORVPresetManagerPorts _ports;

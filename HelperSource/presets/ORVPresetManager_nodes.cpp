@@ -20,27 +20,57 @@ bool isSpace(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
-std::span<const PropertyListValue> childrenOf(const PropertyListValue &node) {
-    const PropertyListValue *children = node.find("children");
-    return children != nullptr && children->isArray() ? children->array() : std::span<const PropertyListValue>();
-}
+/// The entries of a node that creation reads, found in one pass; null where the node has none.
+struct NodeEntries {
+    const PropertyListValue *filename = nullptr;
+    const PropertyListValue *isFolder = nullptr;
+    const PropertyListValue *children = nullptr;
+    const PropertyListValue *color = nullptr;
+    const PropertyListValue *permissions = nullptr;
+    const PropertyListValue *contentFilename = nullptr;
 
-ItemAttributes attributesOf(const PropertyListValue &node) {
-    std::string storage;
-    ItemAttributes attributes;
-    const std::string_view color = ORVTextView(node.find("color"), storage);
-    if (!color.empty()) {
-        const long label = ORVFinderLabelForColor(color);
-        attributes.label = label == ORVNotFound ? 0 : static_cast<int>(label);
+    explicit NodeEntries(const PropertyListValue &node) {
+        for (const PropertyListEntry &entry : node.dictionary()) {
+            if (const PropertyListValue **place = _place(entry.key)) {
+                *place = &entry.value;
+            }
+        }
     }
-    attributes.mode = ORVPresetManager::modeOfPermissions(ORVTextView(node.find("permissions"), storage));
-    return attributes;
-}
+    [[nodiscard]] std::span<const PropertyListValue> childNodes() const {
+        return children != nullptr && children->isArray() ? children->array() : std::span<const PropertyListValue>();
+    }
+    [[nodiscard]] ItemAttributes attributes() const {
+        std::string storage;
+        ItemAttributes result;
+        if (const std::string_view name = ORVTextView(color, storage); !name.empty()) {
+            const long label = ORVFinderLabelForColor(name);
+            result.label = label == ORVNotFound ? 0 : static_cast<int>(label);
+        }
+        result.mode = ORVPresetManager::modeOfPermissions(ORVTextView(permissions, storage));
+        return result;
+    }
+
+private:
+    const PropertyListValue **_place(std::string_view key) {
+        switch (key.size()) { // tells almost all keys apart
+        case 5:
+            return key == "color" ? &color : nullptr;
+        case 8:
+            return key == "filename" ? &filename : key == "isFolder" ? &isFolder : key == "children" ? &children : nullptr;
+        case 11:
+            return key == "permissions" ? &permissions : nullptr;
+        case 15:
+            return key == "contentFilename" ? &contentFilename : nullptr;
+        default:
+            return nullptr;
+        }
+    }
+};
 
 /// A folder whose contents are being made.
 struct OpenFolder {
-    const PropertyListValue *node;
     std::span<const PropertyListValue> left; ///< children still to be made
+    ItemAttributes attributes;               ///< for when they are made
     std::size_t pathLength;                  ///< of its parent, in the walk's path
 };
 
@@ -55,6 +85,9 @@ struct ORVPresetManager::CreationRun {
     std::vector<OpenFolder> open;
     std::string name; ///< of the current node
 
+    CreationRun(ORVPresetManager &owner, HierarchyWriter &destination, std::span<const PromptValueRow> rows, std::string basePath)
+        : manager(owner), writer(destination), replacePairs(rows), path(std::move(basePath)) {}
+
     bool make(const PropertyListValue &node) {
         if (!makeNode(node)) {
             return false;
@@ -62,7 +95,7 @@ struct ORVPresetManager::CreationRun {
         while (!open.empty()) {
             OpenFolder &folder = open.back();
             if (folder.left.empty()) {
-                writer.leaveFolder(attributesOf(*folder.node));
+                writer.leaveFolder(folder.attributes);
                 path.resize(folder.pathLength);
                 open.pop_back();
                 continue;
@@ -78,19 +111,19 @@ struct ORVPresetManager::CreationRun {
 
 private:
     bool makeNode(const PropertyListValue &node) {
-        std::string storage;
-        name = cleanFilesystemEntities(manager.replaceBracketedKeysReplace(ORVTextView(node.find("filename"), storage), replacePairs));
+        const NodeEntries entries(node);
+        manager._putNameOf(entries.filename, replacePairs, name);
         if (name.empty()) {
             return false; // deliberately without an error of its own: the last one stays
         }
-        const bool made = ORVBoolValue(node.find("isFolder")) ? enter(node) : makeFile(node);
+        const bool made = ORVBoolValue(entries.isFolder) ? enter(entries) : makeFile(entries);
         if (made && manager._ports.progress != nullptr) {
             manager._ports.progress->advanced(1);
         }
         return made;
     }
 
-    bool enter(const PropertyListValue &node) {
+    bool enter(const NodeEntries &entries) {
         const std::size_t parentLength = path.size();
         if (!writer.enterFolder(name)) {
             manager._setFileCreationError("Unable to create directory " + stringByAppendingPathComponent(path, name) + ".");
@@ -100,13 +133,15 @@ private:
             path += '/';
         }
         path += name;
-        open.push_back({&node, childrenOf(node), parentLength});
+        open.push_back({entries.childNodes(), entries.attributes(), parentLength});
         return true;
     }
 
-    bool makeFile(const PropertyListValue &node) {
-        const ItemAttributes attributes = attributesOf(node);
-        if (const ContentSource *source = contentOf(node); source != nullptr && writer.copyItem(name, *source, attributes)) {
+    bool makeFile(const NodeEntries &entries) {
+        const ItemAttributes attributes = entries.attributes();
+        std::string storage;
+        const ContentSource *source = contentNamed(ORVTextView(entries.contentFilename, storage));
+        if (source != nullptr && writer.copyItem(name, *source, attributes)) {
             return true;
         }
         // Deliberately no message about contents that are missing or cannot be copied: the file is made empty instead.
@@ -117,15 +152,21 @@ private:
         return false;
     }
 
-    const ContentSource *contentOf(const PropertyListValue &node) {
-        std::string storage;
-        const std::string_view contentFilename = ORVTextView(node.find("contentFilename"), storage);
+    /// Each name is looked up once: a preset with thousands of copies has few contents.
+    const ContentSource *contentNamed(std::string_view contentFilename) {
         if (contentFilename.empty()) {
             return nullptr;
         }
+        if (const auto known = contents.find(contentFilename); known != contents.end()) {
+            return known->second;
+        }
         const std::string folder = stringByAppendingPathComponent(manager.applicationSupportPath(), ORVFileContentFolder);
-        return manager._ports.fileSystem.contentSource(stringByAppendingPathComponent(folder, contentFilename));
+        const ContentSource *source = manager._ports.fileSystem.contentSource(stringByAppendingPathComponent(folder, contentFilename));
+        contents.emplace(contentFilename, source);
+        return source;
     }
+
+    std::map<std::string, const ContentSource *, std::less<>> contents; ///< by name; null for one that cannot be copied
 };
 
 std::string ORVPresetManager::cleanFilesystemEntities(std::string_view name) {
@@ -136,6 +177,16 @@ std::string ORVPresetManager::cleanFilesystemEntities(std::string_view name) {
         }
     }
     return result;
+}
+
+void ORVPresetManager::_putNameOf(const PropertyListValue *filename, std::span<const PromptValueRow> rows, std::string &name) const {
+    std::string storage;
+    const std::string_view text = ORVTextView(filename, storage);
+    if (text.find_first_of("{}\\:/") == std::string_view::npos) { // as most are: nothing to substitute or to clean
+        name = text;
+    } else {
+        name = cleanFilesystemEntities(replaceBracketedKeysReplace(text, rows));
+    }
 }
 
 std::optional<unsigned> ORVPresetManager::modeOfPermissions(std::string_view permissions) {
@@ -164,9 +215,8 @@ bool ORVPresetManager::createFileNodeAtBasePathWithReplacePairs(const PropertyLi
                                                                 std::span<const PromptValueRow> replacePairs) {
     _failedHierarchy.reset();
     const bool isFolder = ORVBoolValue(node.find("isFolder"));
-    std::string storage;
-    const std::string topName =
-        cleanFilesystemEntities(replaceBracketedKeysReplace(ORVTextView(node.find("filename"), storage), replacePairs));
+    std::string topName;
+    _putNameOf(node.find("filename"), replacePairs, topName);
     if (topName.empty()) {
         return false;
     }
@@ -178,7 +228,7 @@ bool ORVPresetManager::createFileNodeAtBasePathWithReplacePairs(const PropertyLi
         _setFileCreationError(isFolder ? "Unable to create directory " + topPath + "." : "Unable to create file '" + topPath + "'.");
         return false;
     }
-    CreationRun run{*this, *writer, replacePairs, stringByAppendingPathComponent(basePath, ""), {}, {}};
+    CreationRun run(*this, *writer, replacePairs, stringByAppendingPathComponent(basePath, ""));
     const bool made = run.make(node);
     if (!made) {
         _failedHierarchy = std::move(writer);

@@ -48,7 +48,7 @@ bool XMLPropertyListInput::fill() {
         _prepare();
     }
     const auto unread = static_cast<std::size_t>(end - cursor);
-    if (unread >= Padding || _error != 0) {
+    if (unread >= Padding || _error != 0 || _isAtEnd) {
         return false;
     }
     char *window = _window.get();
@@ -59,6 +59,7 @@ bool XMLPropertyListInput::fill() {
     char *newEnd = window + unread + added;
     std::memset(newEnd, 0, Padding);
     end = newEnd;
+    _isAtEnd = added == 0;
     return added > 0;
 }
 

@@ -51,6 +51,7 @@ private:
     std::unique_ptr<char[]> _window;
     std::uint64_t _base = 0;
     int _error = 0;
+    bool _isAtEnd = false; ///< a read has given nothing
 };
 
 } // namespace orvane::propertylist

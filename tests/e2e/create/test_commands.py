@@ -1,9 +1,11 @@
 """The program's words: help, versions, mistakes, list, show, notify."""
 
 import json
+import os
+import subprocess
 import unittest
 
-from harness import OrvaneTest, file, folder, preset
+from harness import DEADLINE, PROGRAM, OrvaneTest, file, folder, preset
 
 COMMANDS = ("list", "show", "create", "import", "export", "add", "check", "notify")
 
@@ -35,6 +37,46 @@ class Words(OrvaneTest):
         self.write_presets(preset("--help", "made"))
         self.assertMade(self.create("--", "--help"), "made")
 
+    def test_help_as_the_value_of_an_option_is_a_value(self):
+        self.write_presets(preset("P", "{-h}"))
+        os.mkdir(self.in_target("--help"))
+        self.assertMade(self.create("0", "--in", "--help", "--set", "-h=x", "--no-input"), os.path.join("--help", "x"))
+        for words in (("--set", "--help"), ("--se", "--version"), ("--set", "-h")):
+            result = self.create("0", *words)
+            self.assertEqual((result.status, result.out), (2, ""))
+            self.assertIn(f"option '--set' needs NAME=VALUE, not '{words[1]}'", result.err)
+        self.assertEqual(self.run_orvane("import", self.target, "--label", "--help").out, "1  --help\n")
+        self.assertTrue(self.create("0", "--set", "A=B", "--help").out.startswith("Usage: orvane create"))
+        self.assertTrue(self.create("0", "--set=A", "--help").out.startswith("Usage: orvane create"))
+
+    def test_wrong_words_are_told_in_json_when_asked_for(self):
+        self.write_presets(preset("P", "made"))
+        for words, problem in ((("--json",), "which preset?"), (("0", "--json", "--nonsense"), "unknown option '--nonsense'"),
+                               (("0", "--set", "x", "--json"), "option '--set' needs NAME=VALUE, not 'x'")):
+            result = self.create(*words)
+            self.assertEqual((result.status, result.json["error"]), (2, {"title": "Usage", "message": problem}))
+            self.assertEqual((result.json["created"], result.json["path"], result.json["nodes"]), (False, None, 0))
+            self.assertTrue(result.err.startswith(f"orvane: create: {problem}\n"), result.err)
+        result = self.create("0", "--nonsense", "--json")
+        self.assertEqual((result.status, result.out), (2, ""))
+        self.assertNothingMade()
+
+    def test_a_closed_standard_stream_is_taken_by_no_other_file(self):
+        self.write_presets(preset("P", "{AutoNo}"))
+        for number, closed in enumerate((">&-", "<&- >&-", ">&- 2>&-", "<&- >&- 2>&-")):
+            done = subprocess.run(["/bin/sh", "-c", f'exec "$@" {closed}', "sh", PROGRAM, "create", "0", "--no-input"], env=self.env,
+                                  cwd=self.target, stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=DEADLINE, check=False)
+            self.assertEqual((done.returncode, done.stdout), (1, b""), closed)
+            self.assertEqual(done.stderr, b"" if "2>" in closed else b"orvane: Standard output: Bad file descriptor\n")
+            self.assertTrue(os.path.isdir(self.in_target(str(number))))
+        self.assertEqual(self.counters(), {"AutoNo": "3"})
+        seen = 0
+        for at, _, files in os.walk(self.home):
+            for name in files:
+                seen += 1
+                self.assertNotIn(self.target.encode(), self.content(os.path.join(at, name)), name)
+        self.assertGreaterEqual(seen, 2)  # the preferences and their lock
+
     def test_unknown_words_are_wrong_usage(self):
         self.write_presets(preset("P", "made"))
         for words in ((), ("nonsense",), ("--nonsense",), ("list", "--nonsense"), ("list", "word"), ("show",), ("show", "0", "1"),
@@ -51,8 +93,6 @@ class Words(OrvaneTest):
         self.assertTrue(result.err.startswith("orvane: "))
 
     def test_output_that_cannot_be_written_is_a_failure(self):
-        import subprocess
-        from harness import PROGRAM
         with open("/dev/full", "w", encoding="utf-8") as full:
             done = subprocess.run([PROGRAM, "--version"], stdout=full, stderr=subprocess.PIPE, env=self.env, check=False)
         self.assertEqual((done.returncode, done.stderr), (1, b"orvane: Standard output: No space left on device\n"))

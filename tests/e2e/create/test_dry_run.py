@@ -1,6 +1,7 @@
 """`--dry-run` shows what would be made and changes nothing at all."""
 
 import os
+import shutil
 import unittest
 
 from harness import OrvaneTest, file, folder, preset
@@ -50,6 +51,30 @@ class DryRun(OrvaneTest):
         self.assertEqual((result.json["path"], result.json["created"], result.json["nodes"]), (self.in_target("top"), False, 2))
         self.assertIn("problem", result.json["tree"]["children"][0])
         self.assertEqual(result.json["script"]["problem"], "does not exist")
+
+    def test_the_failure_is_told_as_by_a_creation(self):
+        shapes = ((folder("f", file("..")),), (folder("f", folder("x" * 256)), file("..")), (file("a"), folder("a", file("b"))),
+                  (file("100%%"), folder("100%%")))
+        for children in shapes:
+            self.write_presets(preset("P", "to:p", *children))
+            dry = self.dry("0", "--json")
+            self.assertEqual(dry.status, 1)
+            self.assertEqual(dry.json["error"]["title"], "ORV wasn't able to create the preset")
+            message = dry.json["error"]["message"]
+            self.assertTrue(message.startswith("ORV wasn't able to create the preset, because a file creation failed: Unable to create "))
+            self.assertEqual(dry.err, f"orvane: ORV wasn't able to create the preset: {message}\n")
+            self.assertEqual(self.dry("0").err, dry.err)
+            real = self.run_orvane("create", "0", "--json")
+            self.assertEqual((real.status, real.json["error"], real.err), (1, dry.json["error"], dry.err))
+            shutil.rmtree(self.in_target("to_p"))  # a cleaned name's folder stays after a failure
+
+    def test_a_forbidden_parent_is_a_failure_too(self):
+        self.write_presets(preset("P", "top"))
+        os.chmod(self.target, 0o555)
+        result = self.run_without_rights("create", "0", "--dry-run", "--json")
+        self.assertEqual((result.status, result.json["error"]["message"]),
+                         (1, "ORV wasn't able to create the preset, because a file creation failed: "
+                             f"Unable to create directory {self.in_target('top')}."))
 
     def test_an_existing_folder_is_told(self):
         self.write_presets(preset("P", "top"))

@@ -1,6 +1,7 @@
 """The program file itself: what it loads, and how many system calls a creation costs."""
 
 import os
+import plistlib
 import re
 import subprocess
 import unittest
@@ -73,9 +74,9 @@ class Slowly(OrvaneTest):
         super().setUp()
         self.write_presets(preset("P", "top", *[folder(f"f{number}", file("x")) for number in range(4)]))
 
-    def create_slowly(self, call="mkdirat", nth=3):
-        delay = f"inject={call}:delay_enter={self.HALF_A_SECOND_AND_MORE}:when={nth}"
-        return self.on_terminal("create", "0", slowly=("strace", "-f", "-qq", "-o", "/dev/null", "-e", "trace=" + call, "-e", delay))
+    def create_slowly(self, call="mkdirat", nth=3, moment="enter", words=()):
+        delay = f"inject={call}:delay_{moment}={self.HALF_A_SECOND_AND_MORE}:when={nth}"
+        return self.on_terminal("create", "0", *words, slowly=("strace", "-f", "-qq", "-o", "/dev/null", "-e", "trace=" + call, "-e", delay))
 
     def test_a_long_creation_shows_how_far_it_is_and_then_nothing(self):
         terminal = self.create_slowly()
@@ -97,12 +98,133 @@ class Slowly(OrvaneTest):
         self.assertIn("orvane: interrupted, and what was made is removed again", result.err)
         self.assertNothingMade()
 
+    def test_control_c_leaves_nothing_of_a_cleaned_name_either(self):
+        self.write_presets(preset("P", "a:b", *[folder(f"f{number}", file("x")) for number in range(4)]))
+        terminal = self.create_slowly()
+        self.wait_for(lambda: os.path.isdir(self.in_target("a_b", "f0")))
+        terminal.type("\x03")
+        result = terminal.finish()
+        self.assertEqual((result.status, result.out), (3, ""))
+        self.assertIn("orvane: interrupted, and what was made is removed again", result.err)
+        self.assertNothingMade()
+
+    def test_control_c_at_the_last_item_leaves_nothing_and_runs_no_script(self):
+        self.write_script("s.sh", f"#!/bin/sh\ntouch {self.root}/ran\n")
+        self.write_presets(preset("P", "top", folder("f0"), scriptFile="s.sh"))
+        terminal = self.create_slowly(nth=2, words=("--json",))
+        self.wait_for(lambda: os.path.isdir(self.in_target("top")))
+        terminal.type("\x03")
+        result = terminal.finish()
+        self.assertEqual((result.status, result.json["created"], result.json["path"]), (3, False, None))
+        self.assertNothingMade()
+        self.assertFalse(os.path.exists(os.path.join(self.root, "ran")))
+
+    def test_control_c_says_what_is_left(self):
+        terminal = self.create_slowly(nth=4)
+        self.wait_for(lambda: os.path.isdir(self.in_target("top", "f1")))
+        with open(self.in_target("top", "foreign"), "w", encoding="utf-8"):
+            pass
+        terminal.type("\x03")
+        result = terminal.finish()
+        self.assertEqual((result.status, result.out), (3, ""))
+        self.assertIn(f"orvane: interrupted; '{self.in_target('top')}' is still there", result.err)
+        self.assertNotIn("removed again", result.err)
+        self.assertEqual(self.listing(), ["top/", "top/foreign"])
+
+    def test_an_error_is_told_even_with_control_c(self):
+        self.write_presets(preset("P", "{AutoNo}"))
+        os.mkdir(self.in_target("0"))
+        terminal = self.create_slowly("rename,renameat,renameat2", 1, "exit", words=("--no-input", "--json"))
+        self.wait_for(lambda: self.counters() == {"AutoNo": "0"})
+        terminal.type("\x03")
+        result = terminal.finish()
+        self.assertIn("Directory already exists", result.err)
+        self.assertNotIn("interrupted", result.err)
+        self.assertEqual(result.json["error"]["title"], "Directory already exists")
+        self.assertEqual(os.listdir(self.target), ["0"])
+
     def test_control_c_between_question_and_waiting_is_not_lost(self):
         self.write_presets(preset("P", "{A}"))
         terminal = self.create_slowly("ppoll", 1)
         terminal.read_until("A: ")
         terminal.type("\x03")
         self.assertEqual(terminal.finish().status, 3)
+
+
+class Disturbed(OrvaneTest):
+    """The disk fails while the preferences are read."""
+
+    OTHERS = [preset("A", "a"), preset("B", "b", folder("f"))]
+    COUNTERS = {"AutoNo": "6", "AutoOther": "5"}
+
+    def setUp(self):
+        super().setUp()
+        self.write_presets(preset("P", "{AutoNo}"), *self.OTHERS, ORVAutomaticVars=self.COUNTERS, Foreign=[1, 2])
+        self.before = self.content(self.preferences)
+        self.packed = os.path.join(self.root, "packed")
+        self.assertEqual(self.run_orvane("export", "A", self.packed).status, 0)
+        self.folder = self._make("folder")
+
+    def disturbed(self, when, *words):
+        inject = f"inject=openat:error=EIO:when={when}"
+        done = subprocess.run(["strace", "-f", "-qq", "-o", "/dev/null", "-P", self.preferences, "-e", inject, PROGRAM, *words],
+                              env=self.env, cwd=self.target, stdin=subprocess.DEVNULL, capture_output=True, timeout=DEADLINE,
+                              check=False)
+        return done.returncode, done.stdout.decode(), done.stderr.decode()
+
+    def assertRefused(self, result):
+        status, out, err = result
+        self.assertEqual((status, out), (1, ""))
+        self.assertTrue(err.startswith(f"orvane: Preferences cannot be read: {self.preferences}: "), err)
+        self.assertEqual(self.content(self.preferences), self.before)
+
+    def domain(self):
+        return plistlib.loads(self.content(self.preferences))
+
+    def test_presets_are_never_lost(self):
+        for words in (("add", self.packed), ("import", self.folder)):
+            self.assertRefused(self.disturbed("1", *words))
+            self.assertRefused(self.disturbed("1+", *words))
+            stored = 0
+            for when in ("2", "3", "4", "5", "2+", "3+", "4+"):
+                with self.subTest(words=words, when=when):
+                    self.write_bytes(self.preferences, self.before)
+                    status, out, err = self.disturbed(when, *words)
+                    if status == 0:
+                        stored += 1
+                        after, before = self.domain(), plistlib.loads(self.before)
+                        self.assertEqual(len(after["ORVPresets"]), 4)
+                        self.assertEqual({**after, "ORVPresets": after["ORVPresets"][:3]}, before)
+                    else:
+                        self.assertEqual((status, out), (1, ""))
+                        self.assertTrue(err.startswith("orvane: P"), err)  # Preferences cannot be read, Preset not stored
+                        self.assertEqual(self.content(self.preferences), self.before)
+            self.write_bytes(self.preferences, self.before)
+            self.assertGreater(stored, 0)  # the latest failures come when all is done
+
+    def test_reading_says_so(self):
+        for words in (("list",), ("show", "0"), ("check",), ("check", "A")):
+            self.assertRefused(self.disturbed("1+", *words))
+        self.assertRefused(self.disturbed("1", "list"))
+        for when in ("2", "3"):
+            self.assertEqual(self.disturbed(when, "list"), (0, "0  P\n1  A\n2  B\n", ""))
+
+    def test_a_creation_counts_on_or_leaves_everything(self):
+        self.assertRefused(self.disturbed("1+", "create", "0", "--no-input"))
+        self.assertNothingMade()
+        for when in ("1", "2", "3", "4", "2+", "3+", "4+"):
+            with self.subTest(when=when):
+                self.write_bytes(self.preferences, self.before)
+                status, _, err = self.disturbed(when, "create", "0", "--no-input")
+                after = self.domain()
+                if after["ORVAutomaticVars"] == self.COUNTERS:
+                    self.assertEqual(self.content(self.preferences), self.before)
+                    self.assertIn("orvane: ", err)
+                else:
+                    self.assertEqual(after, {**plistlib.loads(self.before), "ORVAutomaticVars": {**self.COUNTERS, "AutoNo": "7"}})
+                    self.assertEqual((status, err), (0, ""))
+                for name in os.listdir(self.target):
+                    os.rmdir(self.in_target(name))
 
 
 if __name__ == "__main__":
