@@ -27,8 +27,7 @@ void XMLPropertyListInput::_prepare() {
 
 std::size_t XMLPropertyListInput::_read(char *to, std::size_t room) {
     if (_descriptor < 0) {
-        const std::size_t count = std::min(room, _bytes.size());
-        std::memcpy(to, _bytes.data(), count);
+        const std::size_t count = _bytes.copy(to, room);
         _bytes.remove_prefix(count);
         return count;
     }
