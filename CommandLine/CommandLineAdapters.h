@@ -25,6 +25,7 @@ namespace orvane {
 class CommandLineApplication final : public Application {
 public:
     [[nodiscard]] bool load() override { return true; }
+    void activateIgnoringOtherApps(bool) override {}
 };
 
 /// The program's only thread. What is to be released after the event is kept until the program is done.

@@ -129,6 +129,7 @@ class NullAlerts final : public Alerts {
 };
 class NullApplication final : public Application {
     bool load() override { return true; }
+    void activateIgnoringOtherApps(bool) override {}
 };
 class NullClock final : public Clock {
     std::uint64_t nowInSeconds() override { return 0; }

@@ -2,6 +2,8 @@
 
 #include "ports/Application.h"
 
+#include <vector>
+
 namespace orvane {
 
 /// Fails to load as many times as told, then succeeds.
@@ -15,6 +17,9 @@ public:
         return false;
     }
 
+    void activateIgnoringOtherApps(bool ignoring) override { activations.push_back(ignoring); }
+
+    std::vector<bool> activations; ///< what each call asked for
     int failures = 0; ///< still to come
     int loads = 0;    ///< calls so far
 };

@@ -1,0 +1,1 @@
+# Sources of the core that belong to the hot key.
