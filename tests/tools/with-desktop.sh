@@ -54,7 +54,31 @@ if [ "${ORVANE_DESKTOP_STAGE-}" = 2 ]; then
     fi
     case $tray in
     trayer) trayer --edge bottom --height 32 >"$DESKTOP_SCRATCH/tray.log" 2>&1 & ;;
-    xfce4-panel) xfce4-panel --disable-wm-check >"$DESKTOP_SCRATCH/tray.log" 2>&1 & ;;
+    xfce4-panel)
+        # One panel at the bottom with nothing in it but windows and tray; without a configuration it asks at its first start.
+        settings=$XDG_CONFIG_HOME/xfce4/xfconf/xfce-perchannel-xml
+        mkdir -p "$settings"
+        cat >"$settings/xfce4-panel.xml" <<'END'
+<?xml version="1.0" encoding="UTF-8"?>
+<channel name="xfce4-panel" version="1.0">
+  <property name="configver" type="int" value="2"/>
+  <property name="panels" type="array">
+    <value type="int" value="1"/>
+    <property name="panel-1" type="empty">
+      <property name="position" type="string" value="p=10;x=0;y=0"/>
+      <property name="length" type="uint" value="100"/>
+      <property name="size" type="uint" value="32"/>
+      <property name="plugin-ids" type="array"><value type="int" value="1"/><value type="int" value="2"/></property>
+    </property>
+  </property>
+  <property name="plugins" type="empty">
+    <property name="plugin-1" type="string" value="tasklist"/>
+    <property name="plugin-2" type="string" value="systray"/>
+  </property>
+</channel>
+END
+        xfce4-panel --disable-wm-check >"$DESKTOP_SCRATCH/tray.log" 2>&1 &
+        ;;
     none) ;;
     *) printf 'with-desktop.sh: what tray is %s?\n' "$tray" >&2 && exit 2 ;;
     esac
