@@ -1,7 +1,11 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -19,12 +23,28 @@ struct ItemAttributes {
     std::optional<unsigned> mode = {}; ///< permission bits 0 to 07777; absent keeps what creation gives
 };
 
+/// A folder that is made before its turn, so that several threads can work in it.
+struct FolderAhead {
+    static constexpr std::size_t InCurrent = SIZE_MAX;
+    std::size_t parent; ///< position in the list, before this one's; or `InCurrent` for the current folder
+    std::string name;
+};
+
+/// What became of work on two threads.
+enum class TwoThreads {
+    Done,    ///< both have returned
+    Refused, ///< nothing was made or called: two could get in each other's way here or would not help, as in a folder that was
+             ///< there before, on file systems that do not tell names apart by their bytes (ASCII letters of either case
+             ///< aside), on a single processor, or for a writer that works beside another one already
+    Failed,  ///< a folder could not be made ahead, and nothing was called; what was made stays
+};
+
 /// Makes the items of one hierarchy, in the order of a walk through it, and can take away again exactly what it made.
 ///
 /// The writer stands in a current folder, at first the base. It never follows a symbolic link below the base, never
 /// overwrites or deletes anything that it did not make itself, and works whatever the length of the full path.
 /// Names are single path components in UTF-8; a name that the file system refuses ("." and ".." included) fails.
-/// After a failure `lastError()` tells why. One thread at a time.
+/// After a failure `lastError()` tells why. One thread at a time, but for `makeOnTwoThreads`.
 class HierarchyWriter {
 public:
     virtual ~HierarchyWriter() = default;
@@ -42,6 +62,16 @@ public:
     /// earlier is emptied instead; anything else of that name makes it fail.
     [[nodiscard]] virtual bool makeEmptyFile(std::string_view name, const ItemAttributes &attributes) = 0;
 
+    /// Makes the folders of `ahead`, each new, and then has two threads work in and below the current folder at once: calls `work`
+    /// on this thread and on another at the same time, each with a writer of its own that stands in the current folder, and
+    /// returns when both calls have returned. There and afterwards `enterFolder` goes into folders of `ahead` like into any
+    /// other. Both calls must make different names, and come back to the folder unless something failed. What either made
+    /// belongs to this writer afterwards.
+    [[nodiscard]] virtual TwoThreads makeOnTwoThreads(std::span<const FolderAhead> /*ahead*/,
+                                                      const std::function<void(HierarchyWriter &writer)> & /*work*/) {
+        return TwoThreads::Refused;
+    }
+
     /// Removes everything that this writer made, newest first, and nothing else: a folder that holds something
     /// foreign stays with it. Errors are ignored. The writer cannot be used for anything else afterwards.
     virtual void removeEverythingMade() = 0;
@@ -51,7 +81,8 @@ public:
 };
 
 /// Files and folders. Paths are absolute or relative to the working folder, UTF-8 bytes as they are. `fileExists` and
-/// `isExecutableFile` may be called from any thread at any time; everything else belongs to the main thread.
+/// `isExecutableFile` may be called from any thread at any time; everything else belongs to the main thread,
+/// `contentSource` also to the threads of `HierarchyWriter::makeOnTwoThreads`, one call at a time.
 class FileSystem {
 public:
     virtual ~FileSystem() = default;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ports/VariablePrompt.h"
+#include "ports/PromptValueRow.h"
 
 #include <cstddef>
 #include <optional>
@@ -17,6 +17,8 @@ enum class TextMovement : int { Illegal = 0, Return = 16, Tab = 17, Backtab = 18
 inline constexpr int ReturnKeyCode = 36;
 /// What a modal session answers as long as it goes on (AppKit's NSRunContinuesResponse).
 inline constexpr long RunContinuesResponse = -1002;
+/// What it answers once its modal state was stopped (AppKit's NSRunStoppedResponse).
+inline constexpr long RunStoppedResponse = -1000;
 
 /// The window in which values are asked for. Main thread only.
 class PromptWindow {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ports/VariablePrompt.h"
+#include "ports/PromptValueRow.h"
 
 #include <cstddef>
 #include <span>

@@ -11,13 +11,14 @@
 #include "ports/MainThread.h"
 #include "ports/PreferencesStore.h"
 #include "ports/Processes.h"
+#include "ports/PromptInterface.h"
 #include "ports/PropertyList.h"
 #include "ports/SystemLog.h"
 #include "ports/TextCase.h"
 #include "ports/ThreadLauncher.h"
 #include "ports/UserFolders.h"
-#include "ports/VariablePrompt.h"
 #include "ports/Workspace.h"
+#include "presets/ORVTableView.h"
 
 #include <cstdint>
 #include <functional>
@@ -42,8 +43,15 @@ inline constexpr std::string_view ORVPresetConfigurationChangedNotification = "O
 /// Folders inside the support folder.
 inline constexpr std::string_view ORVScriptsFolder = "Scripts";
 inline constexpr std::string_view ORVFileContentFolder = "File Content";
+/// Interface file of the prompt.
+inline constexpr std::string_view ORVPromptInterfaceName = "PromptWindow";
+/// Longest name of a file or folder in bytes (Linux, NAME_MAX in <linux/limits.h>).
+inline constexpr std::size_t ORVLongestName = 255;
 /// Time limit of a postflight script in whole seconds.
 inline constexpr unsigned ORVPostflightTimeout = 120;
+
+class ORVTreeSurvey;
+struct ORVPresetSurvey;
 
 /// Everything that the manager asks of the desktop. All are borrowed and must outlive it; `observer` and `progress` are optional.
 struct ORVPresetManagerPorts {
@@ -59,7 +67,7 @@ struct ORVPresetManagerPorts {
     TextCase &textCase;
     ThreadLauncher &threads;
     UserFolders &folders;
-    VariablePrompt &prompt;
+    PromptInterface &promptInterface;
     Workspace &workspace;
     KeyValueObserver *observer = nullptr;
     CreationProgress *progress = nullptr;
@@ -87,7 +95,7 @@ struct ORVErrorDictionary {
 ///
 /// One instance serves the whole process, `sharedManager()`; tests build private ones. Main thread only, but for
 /// `reportErrorMessage` and `runPostflightScript`.
-class ORVPresetManager {
+class ORVPresetManager final : public PromptOwner, public ORVTableViewDelegate {
 public:
     // Core ----------------------------------------------------------------------------------------------------------
 
@@ -102,7 +110,7 @@ public:
     [[nodiscard]] static std::unique_ptr<ORVPresetManager> create(const ORVPresetManagerPorts &ports);
     ORVPresetManager(const ORVPresetManager &) = delete;
     ORVPresetManager &operator=(const ORVPresetManager &) = delete;
-    ~ORVPresetManager();
+    ~ORVPresetManager() override;
 
     /// Reference counting has no effect on the shared manager, which is never destroyed: `retain` and `autorelease`
     /// give `sharedManager()` (whatever the receiver), `release` and `dealloc` do nothing, `retainCount` has all bits set.
@@ -176,6 +184,8 @@ public:
     /// Makes the preset's hierarchy in the parent folder set before: asks for variables, checks, creates, starts the script, opens
     /// the new folder. Every failure is reported to the user.
     void createFileHierarchyFromPreset(const PropertyListValue &preset);
+    /// The same for a preset that has been looked at already.
+    void createFileHierarchyFromSurveyedPreset(const PropertyListValue &preset, const ORVPresetSurvey &survey);
     /// The names that the prompt would ask for, in its order: those of the folder name with duplicates, then new ones of the tree.
     [[nodiscard]] std::vector<std::string> variableNamesOfPreset(const PropertyListValue &preset) const;
     /// The preset's tree with the folder name as its root's name (absent when the name is empty).
@@ -188,10 +198,31 @@ public:
 
     // Prompt --------------------------------------------------------------------------------------------------------
 
-    /// Asks the user for the values of `promptValues()`; false when the user gave up.
+    /// Shows the prompt and blocks until the user is done. True when the user completed it; false when the user gave up, when
+    /// the interface file cannot be loaded (nothing is shown then) or when the program is about to quit. Not to be called
+    /// while it runs.
     [[nodiscard]] bool runPromptModally();
+    /// Loads a new copy of the prompt's interface file; false when that is impossible.
+    [[nodiscard]] bool loadPromptBundle();
     [[nodiscard]] const std::vector<PromptValueRow> &promptValues() const { return _promptValues; }
-    [[nodiscard]] const std::string &promptDirectoryName() const { return _promptDirectoryName; }
+    [[nodiscard]] std::span<PromptValueRow> promptRows() override { return _promptValues; }
+    [[nodiscard]] const std::string &promptDirectoryName() const override { return _promptDirectoryName; }
+    [[nodiscard]] std::string directoryNameForRows(std::span<const PromptValueRow> rows) const override;
+    /// Follows the creation's own checks in their order. A folder that has the cleaned name, where that differs from the name as
+    /// typed, counts as existing too: it would not stop the creation, which adds to it, but nobody expects that.
+    [[nodiscard]] PromptProblem problemForRows(std::span<const PromptValueRow> rows) const override;
+    /// Selects the first row and starts editing its value.
+    void awakeFromNib(PromptWindow &window, TableView &table) override;
+    /// Completes the prompt; text that is being typed counts.
+    void finishPrompt() override;
+    /// Abandons the prompt; text that is being typed is dropped.
+    void abortPrompt() override;
+    /// Abandons it as well, unless it was completed.
+    void windowWillClose(PromptWindow &window) override;
+    void tableTextDidEndEditing(TextMovement movement) override;
+    void tableKeyDown(int keyCode) override;
+    /// Completes the prompt after Return or Tab in the last row's value.
+    void tableViewDidEditTableColumnRowWasKeyboardCommit(ORVTableView &tableView, int column, int row, bool wasKeyboardCommit) override;
     /// Holds the preferences against other programs from the reading of the counters to their storing; for
     /// prompts that answer at once. Off at first.
     void setKeepsPreferencesLocked(bool keeps) { _keepsPreferencesLocked = keeps; }
@@ -220,16 +251,24 @@ private:
         std::vector<PropertyListValue> records;
     };
     struct CreationRun;
+    class CreationWalk;
 
     explicit ORVPresetManager(const ORVPresetManagerPorts &ports);
     [[nodiscard]] bool _init();
     void _setPromptRows(const std::vector<std::string> &names, const ORVAutomaticVariables &variables);
     void _setPromptDirectoryName(std::string_view name);
+    void _waitForPrompt();
+    void _cancelPrompt();
     [[nodiscard]] bool _storeAutomaticValuesOfRows(bool countersWereRead);
     [[nodiscard]] bool _leaveCountersAlone(std::string_view why);
     [[nodiscard]] bool _checkTopLevel(const std::string &name, const std::string &path);
     [[nodiscard]] bool _promptForVariables(const std::vector<std::string> &names, ORVAutomaticVariables &variables,
                                            std::string_view nameTemplate);
+    [[nodiscard]] const std::vector<std::string> &_namesOfSurvey(const ORVPresetSurvey &survey) const;
+    [[nodiscard]] bool _createNode(const PropertyListValue &node, std::string_view basePath, std::span<const PromptValueRow> replacePairs,
+                                   const ORVTreeSurvey *survey);
+    [[nodiscard]] bool _createNodeAgain(const PropertyListValue &node, std::string_view basePath,
+                                        std::span<const PromptValueRow> replacePairs, std::unique_ptr<HierarchyWriter> writer);
     void _reportCreationFailure(const std::string &topLevelPath);
     void _finishCreation(const PropertyListValue &preset, const std::string &topLevelPath);
     void _putNameOf(const PropertyListValue *filename, std::span<const PromptValueRow> rows, std::string &name) const;
@@ -239,8 +278,13 @@ private:
     std::shared_ptr<const PresetArray> _presets;
     std::shared_ptr<const std::string> _contextualDirectory;
     std::string _promptDirectoryName;
+    std::string _promptWindowFrame; ///< where the user left the window; empty before the first run
     std::vector<PromptValueRow> _promptValues;
+    PromptWindow *_ui_promptWindow = nullptr;         ///< of the last load
+    std::unique_ptr<ORVTableView> _ui_variableEditor; ///< over the table of the last load
     std::optional<ORVError> _fileCreationError;
+    bool _promptWasCanceled = false;
+    bool _promptWasCompleted = false;
     bool _isLoaded = false;
 
     std::recursive_mutex _monitor;                     ///< of this instance, for loading

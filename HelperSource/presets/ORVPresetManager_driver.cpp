@@ -1,6 +1,7 @@
 #include "presets/ORVPresetManager.h"
 
 #include "presets/ORVFileHelpers.h"
+#include "presets/ORVPresetSurvey.h"
 #include "presets/ORVPropertyListReading.h"
 #include "presets/ORVScriptRunner.h"
 
@@ -22,9 +23,14 @@ std::string absentOr(const std::optional<std::string> &text) {
 } // namespace
 
 std::vector<std::string> ORVPresetManager::variableNamesOfPreset(const PropertyListValue &preset) const {
-    std::vector<std::string> names = findBracketedKeys(ORVTextValue(preset.find("directoryName")));
-    scanHierarchyForVariableNamesVariableNames(rootNodeOfPreset(preset, "").root(), names);
-    return names;
+    return _namesOfSurvey(ORVPresetSurvey(preset));
+}
+
+const std::vector<std::string> &ORVPresetManager::_namesOfSurvey(const ORVPresetSurvey &survey) const {
+    if (survey.endless()) {
+        static_cast<void>(findBracketedKeys(*survey.endless())); // does not return
+    }
+    return survey.variableNames;
 }
 
 PropertyList ORVPresetManager::rootNodeOfPreset(const PropertyListValue &preset, std::string_view name) {
@@ -45,9 +51,13 @@ PropertyList ORVPresetManager::rootNodeOfPreset(const PropertyListValue &preset,
 }
 
 void ORVPresetManager::createFileHierarchyFromPreset(const PropertyListValue &preset) {
+    createFileHierarchyFromSurveyedPreset(preset, ORVPresetSurvey(preset));
+}
+
+void ORVPresetManager::createFileHierarchyFromSurveyedPreset(const PropertyListValue &preset, const ORVPresetSurvey &survey) {
     const std::shared_ptr<const PresetArray> keptForThisRun = _presets; // the prompt may handle events that re-read them
     const std::string nameTemplate = ORVTextValue(preset.find("directoryName"));
-    const std::vector<std::string> names = variableNamesOfPreset(preset);
+    const std::vector<std::string> &names = _namesOfSurvey(survey);
     std::unique_ptr<PreferencesStore::Lock> countersHeld;
     if (_keepsPreferencesLocked && std::any_of(names.begin(), names.end(), isAutomaticVariable)) {
         countersHeld = _ports.preferences.lock();
@@ -80,7 +90,7 @@ void ORVPresetManager::createFileHierarchyFromPreset(const PropertyListValue &pr
     // The path stays as it is, while the folder's name is substituted once more and cleaned: where the name holds a ":" or
     // "/", the folder made is another than the one checked, removed, told the script and opened. Kept deliberately.
     const PropertyList root = rootNodeOfPreset(preset, topLevelName);
-    if (!createFileNodeAtBasePathWithReplacePairs(root.root(), parent, _promptValues)) {
+    if (!_createNode(root.root(), parent, _promptValues, &survey.tree)) {
         _reportCreationFailure(topLevelPath);
         return;
     }

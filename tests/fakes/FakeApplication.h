@@ -2,6 +2,7 @@
 
 #include "ports/Application.h"
 
+#include <functional>
 #include <vector>
 
 namespace orvane {
@@ -17,11 +18,16 @@ public:
         return false;
     }
 
-    void activateIgnoringOtherApps(bool ignoring) override { activations.push_back(ignoring); }
+    void activateIgnoringOtherApps(bool ignoring) override {
+        activations.push_back(ignoring);
+        if (whenActivated)
+            whenActivated();
+    }
 
+    std::function<void()> whenActivated;
     std::vector<bool> activations; ///< what each call asked for
-    int failures = 0; ///< still to come
-    int loads = 0;    ///< calls so far
+    int failures = 0;              ///< still to come
+    int loads = 0;                 ///< calls so far
 };
 
 } // namespace orvane

@@ -2,11 +2,14 @@
 orvane_add_test(NAME core_test LABEL unit
   SOURCES
     unit/core/DriverTest.cpp
+    unit/core/EndlessTemplatesTest.cpp
     unit/core/HelpersTest.cpp
     unit/core/KeysTest.cpp
     unit/core/ManagerCoreTest.cpp
     unit/core/NodesTest.cpp
+    unit/core/PromptTest.cpp
     unit/core/PropertyListTest.cpp
     unit/core/RecordsTest.cpp
     unit/core/RunnerTest.cpp
-    unit/core/ServiceTest.cpp)
+    unit/core/ServiceTest.cpp
+    unit/core/TableViewTest.cpp)

@@ -48,35 +48,35 @@ TEST(PresetTree, ChildrenOfFilesDoNotCount) {
     PresetMaker make;
     const auto preset = make.preset("T", {make.file("f", {{"children", make.array({make.file("never{")})}})});
     EXPECT_EQ(treeOfPreset(preset).size(), 2U);
-    EXPECT_EQ(surveyTemplates(preset).nodes, 2U);
-    EXPECT_EQ(surveyTemplates(preset).endless, "");
+    EXPECT_EQ(ORVPresetSurvey(preset).tree.nodes(), 1U);
+    EXPECT_EQ(endlessTemplate(ORVPresetSurvey(preset)), "");
 }
 
-TEST(TemplateSurvey, CountsTheTopLevelFolderToo) {
+TEST(TemplateSurvey, CountsWhatIsInTheTopLevelFolder) {
     PresetMaker make;
-    EXPECT_EQ(surveyTemplates(make.preset("T", {make.folder("a", {make.file("b")}), make.file("c")})).nodes, 4U);
+    EXPECT_EQ(ORVPresetSurvey(make.preset("T", {make.folder("a", {make.file("b")}), make.file("c")})).tree.nodes(), 3U);
 }
 
 TEST(TemplateSurvey, FindsANameWhoseScanWouldNeverEnd) {
     PresetMaker make;
-    EXPECT_EQ(surveyTemplates(make.preset("Job {", {})).endless,
+    EXPECT_EQ(endlessTemplate(ORVPresetSurvey(make.preset("Job {", {}))),
               "the folder name 'Job {' ends in an opening brace, so that looking for its variables would never end");
-    EXPECT_EQ(surveyTemplates(make.preset("T", {make.folder("a", {make.file("{a\\}")})})).endless,
+    EXPECT_EQ(endlessTemplate(ORVPresetSurvey(make.preset("T", {make.folder("a", {make.file("{a\\}")})}))),
               "the name '{a\\}' ends in an escaped closing brace while a variable is open, so that looking for its variables would "
               "never end");
 }
 
 TEST(TemplateSurvey, LooksAtNamesAsTheyAreCleaned) {
     PresetMaker make;
-    EXPECT_EQ(surveyTemplates(make.preset("T", {make.file("a/b{")})).endless,
+    EXPECT_EQ(endlessTemplate(ORVPresetSurvey(make.preset("T", {make.file("a/b{")}))),
               "the name 'a_b{' ends in an opening brace, so that looking for its variables would never end");
 }
 
 TEST(TemplateSurvey, NamesWhoseScanEndsPass) {
     PresetMaker make;
-    EXPECT_EQ(surveyTemplates(make.preset("{a}{", {})).endless.empty(), false);
+    EXPECT_NE(endlessTemplate(ORVPresetSurvey(make.preset("{a}{", {}))), "");
     for (const char *name : {"{a} {b}", "{ab", "\\{", "{}", "a}", "{a{b}", "}{x}", "{a\\}b}"}) {
-        EXPECT_EQ(surveyTemplates(make.preset(name, {make.file(name)})).endless, "") << name;
+        EXPECT_EQ(endlessTemplate(ORVPresetSurvey(make.preset(name, {make.file(name)}))), "") << name;
     }
 }
 
@@ -87,7 +87,7 @@ TEST(TemplateSurvey, DeepTreesNeedNoStack) {
         node = make.folder("d", {node});
     }
     const auto preset = make.preset("T", {node});
-    EXPECT_EQ(surveyTemplates(preset).nodes, 200002U);
+    EXPECT_EQ(ORVPresetSurvey(preset).tree.nodes(), 200001U);
     EXPECT_EQ(treeOfPreset(preset).back().depth, 200001U);
 }
 

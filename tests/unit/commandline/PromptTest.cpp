@@ -30,13 +30,49 @@ public:
     std::string shown;
 };
 
+/// Owner of the prompt: its rows, and what became of it.
+class Asker final : public PromptOwner {
+public:
+    Asker(Rows &rows, std::string directoryName) : _rows(rows), _directoryName(std::move(directoryName)) {}
+    void awakeFromNib(PromptWindow &window, TableView &) override { _window = &window; }
+    [[nodiscard]] std::span<PromptValueRow> promptRows() override { return _rows; }
+    [[nodiscard]] const std::string &promptDirectoryName() const override { return _directoryName; }
+    [[nodiscard]] std::string directoryNameForRows(std::span<const PromptValueRow>) const override { return {}; }
+    [[nodiscard]] PromptProblem problemForRows(std::span<const PromptValueRow>) const override { return PromptProblem::None; }
+    void finishPrompt() override { ++completions; }
+    void abortPrompt() override { ++cancellations; }
+    void windowWillClose(PromptWindow &) override {}
+    void tableTextDidEndEditing(TextMovement) override {}
+    void tableKeyDown(int) override {}
+
+    /// Runs the prompt as its owner does; true when it was completed.
+    [[nodiscard]] bool run(PromptInterface &prompt) {
+        EXPECT_TRUE(prompt.loadNibNamedOwner("PromptWindow", *this));
+        EXPECT_NE(_window->runModalSession(), RunContinuesResponse);
+        EXPECT_EQ(completions + cancellations, 1);
+        return completions == 1;
+    }
+
+    int completions = 0;
+    int cancellations = 0;
+
+private:
+    Rows &_rows;
+    std::string _directoryName;
+    PromptWindow *_window = nullptr;
+};
+
+bool run(CommandLinePrompt &prompt, std::string directoryName, Rows &rows) {
+    return Asker(rows, std::move(directoryName)).run(prompt);
+}
+
 TEST(CommandLinePrompt, AsksForRowsWithoutValueOnly) {
     FakeTerminal terminal;
     terminal.lines = {"b2"};
     const Words assignments{"A=a1"};
     CommandLinePrompt prompt(assignments, false, terminal);
     Rows rows{{"A", ""}, {"B", ""}};
-    EXPECT_TRUE(prompt.runModally("{A} {B}", rows));
+    EXPECT_TRUE(run(prompt, "{A} {B}", rows));
     EXPECT_EQ(rows, (Rows{{"A", "a1"}, {"B", "b2"}}));
     EXPECT_EQ(prompt.outcome(), Outcome::Answered);
     EXPECT_EQ(terminal.shown, "Values for {A} {B}\nB: ");
@@ -47,7 +83,7 @@ TEST(CommandLinePrompt, AnEmptyLineTakesTheDefaultThatWasOffered) {
     terminal.lines = {"", ""};
     CommandLinePrompt prompt({}, false, terminal);
     Rows rows{{"AutoNumber", "42"}, {"B", ""}};
-    EXPECT_TRUE(prompt.runModally("T", rows));
+    EXPECT_TRUE(run(prompt, "T", rows));
     EXPECT_EQ(rows, (Rows{{"AutoNumber", "42"}, {"B", ""}}));
     EXPECT_NE(terminal.shown.find("AutoNumber [42]: "), std::string::npos);
 }
@@ -57,7 +93,7 @@ TEST(CommandLinePrompt, RowsOfOneNameAreAskedWithTheirNumber) {
     terminal.lines = {"1", "2"};
     CommandLinePrompt prompt({}, false, terminal);
     Rows rows{{"A", ""}, {"A", ""}};
-    EXPECT_TRUE(prompt.runModally("T", rows));
+    EXPECT_TRUE(run(prompt, "T", rows));
     EXPECT_EQ(rows, (Rows{{"A", "1"}, {"A", "2"}}));
     EXPECT_NE(terminal.shown.find("A (1 of 2): A (2 of 2): "), std::string::npos);
 }
@@ -67,7 +103,7 @@ TEST(CommandLinePrompt, TheEndOfInputCancels) {
     terminal.lines = {"1"};
     CommandLinePrompt prompt({}, false, terminal);
     Rows rows{{"A", ""}, {"B", ""}};
-    EXPECT_FALSE(prompt.runModally("T", rows));
+    EXPECT_FALSE(run(prompt, "T", rows));
     EXPECT_EQ(prompt.outcome(), Outcome::Cancelled);
 }
 
@@ -76,7 +112,7 @@ TEST(CommandLinePrompt, WithNoInputDefaultsStayAndUnknownNamesAreIgnored) {
     const Words assignments{"A=1", "Unknown=2"};
     CommandLinePrompt prompt(assignments, true, terminal);
     Rows rows{{"A", ""}, {"AutoB", "7"}};
-    EXPECT_TRUE(prompt.runModally("T", rows));
+    EXPECT_TRUE(run(prompt, "T", rows));
     EXPECT_EQ(rows, (Rows{{"A", "1"}, {"AutoB", "7"}}));
     EXPECT_EQ(terminal.shown, "");
     EXPECT_EQ(prompt.problemWithoutVariables(), "");
@@ -88,7 +124,7 @@ TEST(CommandLinePrompt, WithoutTerminalMissingNamesAreListedOnce) {
     const Words assignments{"B=1"};
     CommandLinePrompt prompt(assignments, false, terminal);
     Rows rows{{"A", ""}, {"B", ""}, {"A", ""}, {"c d", ""}};
-    EXPECT_FALSE(prompt.runModally("T", rows));
+    EXPECT_FALSE(run(prompt, "T", rows));
     EXPECT_EQ(prompt.outcome(), Outcome::WrongUsage);
     EXPECT_EQ(prompt.problem(), "no value for 'A', 'c d'; give each with --set NAME=VALUE, or take the defaults with --no-input");
 }
@@ -99,7 +135,7 @@ TEST(CommandLinePrompt, AnUnknownNameIsWrongUsageEvenOnATerminal) {
     const Words assignments{"X=1"};
     CommandLinePrompt prompt(assignments, false, terminal);
     Rows rows{{"A", ""}};
-    EXPECT_FALSE(prompt.runModally("T", rows));
+    EXPECT_FALSE(run(prompt, "T", rows));
     EXPECT_EQ(prompt.outcome(), Outcome::WrongUsage);
     EXPECT_EQ(prompt.problem(), "this preset has no variable 'X'; it has 'A'");
     EXPECT_EQ(terminal.shown, "");
@@ -112,7 +148,7 @@ TEST(CommandLinePrompt, WithoutTerminalEverythingGivenIsEnough) {
     const Words assignments{"A=1"};
     CommandLinePrompt prompt(assignments, false, terminal);
     Rows rows{{"A", ""}};
-    EXPECT_TRUE(prompt.runModally("T", rows));
+    EXPECT_TRUE(run(prompt, "T", rows));
 }
 
 } // namespace

@@ -10,11 +10,11 @@
 #include "fakes/FakeMainThread.h"
 #include "fakes/FakePreferencesStore.h"
 #include "fakes/FakeProcesses.h"
+#include "fakes/FakePromptInterface.h"
 #include "fakes/FakeSystemLog.h"
 #include "fakes/FakeTextCase.h"
 #include "fakes/FakeThreadLauncher.h"
 #include "fakes/FakeUserFolders.h"
-#include "fakes/FakeVariablePrompt.h"
 #include "fakes/FakeWorkspace.h"
 #include "presets/ORVPresetManager.h"
 #include "unit/core/Plist.h"
@@ -45,7 +45,7 @@ public:
                 .textCase = textCase,
                 .threads = threads,
                 .folders = folders,
-                .prompt = prompt,
+                .promptInterface = prompt,
                 .workspace = workspace,
                 .observer = &observer,
                 .progress = &progress};
@@ -85,7 +85,7 @@ public:
     FakeTextCase textCase;
     FakeThreadLauncher threads;
     FakeUserFolders folders;
-    FakeVariablePrompt prompt;
+    FakePromptInterface prompt;
     FakeWorkspace workspace;
     FakeKeyValueObserver observer;
     FakeCreationProgress progress;

@@ -1,0 +1,329 @@
+#include "presets/ORVPresetManager_walk.h"
+
+#include "presets/ORVFileHelpers.h"
+#include "presets/ORVPropertyListReading.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdint>
+#include <utility>
+
+namespace orvane {
+
+namespace {
+
+/// From so many nodes on a second thread gains more than its start costs.
+constexpr std::size_t LeastForTwoThreads = 800;
+/// Parts into which a folder is cut, about: enough for both threads to end at the same time.
+constexpr std::size_t UsualParts = 64;
+/// But a part has at least about so many nodes.
+constexpr std::size_t LeastInPart = 16;
+/// A folder that holds more than so many parts is cut itself.
+constexpr std::size_t LargestPart = 4;
+/// Folders made ahead, at most. Recursion goes no deeper.
+constexpr std::size_t MostAhead = 64;
+
+ItemAttributes attributesOf(const ORVNodeEntries &entries) {
+    std::string storage;
+    ItemAttributes result;
+    if (const std::string_view name = ORVTextView(entries.color, storage); !name.empty()) {
+        const long label = ORVFinderLabelForColor(name);
+        result.label = label == ORVNotFound ? 0 : static_cast<int>(label);
+    }
+    result.mode = ORVPresetManager::modeOfPermissions(ORVTextView(entries.permissions, storage));
+    return result;
+}
+
+/// Failures that strike whoever comes last: something has run out. With two threads that is not the same item every time.
+bool dependsOnOrder(int error) {
+    return error == ENOSPC || error == EDQUOT || error == EMFILE || error == ENFILE || error == ENOMEM || error == EMLINK;
+}
+
+/// FNV-1a (Fowler, Noll, Vo) over the name in ASCII lower case.
+std::uint64_t hashOfName(std::string_view name) {
+    std::uint64_t hash = 0xCBF29CE484222325U;
+    for (const char c : name) {
+        const char lower = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+        hash = (hash ^ static_cast<unsigned char>(lower)) * 0x100000001B3U;
+    }
+    return hash;
+}
+
+} // namespace
+
+const ContentSource *ORVPresetManager::CreationRun::contentNamed(std::string_view contentFilename) {
+    const std::lock_guard lock(_monitor);
+    if (const auto known = _contents.find(contentFilename); known != _contents.end()) {
+        return known->second;
+    }
+    const ContentSource *source =
+        manager._ports.fileSystem.contentSource(stringByAppendingPathComponent(_contentFolder(), contentFilename));
+    _contents.emplace(contentFilename, source);
+    return source;
+}
+
+bool ORVPresetManager::CreationRun::isAmongContents(std::string_view path) {
+    const std::lock_guard lock(_monitor);
+    return path.starts_with(_contentFolder());
+}
+
+const std::string &ORVPresetManager::CreationRun::_contentFolder() {
+    if (_folder.empty()) {
+        _folder = stringByAppendingPathComponent(manager.applicationSupportPath(), ORVFileContentFolder);
+    }
+    return _folder;
+}
+
+bool ORVPresetManager::CreationWalk::make(std::span<const PropertyListValue> nodes) {
+    for (const PropertyListValue &node : nodes) {
+        if (_isInVain() || !_makeNode(node)) {
+            return false;
+        }
+        while (!_open.empty()) {
+            OpenFolder &folder = _open.back();
+            if (folder.left.empty()) {
+                _writer.leaveFolder(folder.attributes);
+                _path.resize(folder.pathLength);
+                _open.pop_back();
+                continue;
+            }
+            if (folder.isLarge && !folder.wasTried) {
+                if (!_makeOnTwoThreads(folder)) {
+                    return false;
+                }
+                continue;
+            }
+            const PropertyListValue &child = folder.left.front();
+            folder.left = folder.left.subspan(1);
+            if (_isInVain() || !_makeNode(child)) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+bool ORVPresetManager::CreationWalk::_makeNode(const PropertyListValue &node) {
+    const ORVNodeEntries entries(node);
+    _run.manager._putNameOf(entries.filename, _run.replacePairs, _name);
+    if (_name.empty()) {
+        return false; // deliberately without an error of its own: the last one stays
+    }
+    const bool made = ORVBoolValue(entries.isFolder) ? _enter(entries) : _makeFile(entries);
+    if (made && _run.manager._ports.progress != nullptr) {
+        _run.manager._ports.progress->advanced(1);
+    }
+    return made;
+}
+
+bool ORVPresetManager::CreationWalk::_enter(const ORVNodeEntries &entries) {
+    const std::size_t parentLength = _path.size();
+    if (!_writer.enterFolder(_name)) {
+        _noteFailure();
+        _error = "Unable to create directory " + stringByAppendingPathComponent(_path, _name) + ".";
+        return false;
+    }
+    if (_path.empty() || _path.back() != '/') {
+        _path += '/';
+    }
+    _path += _name;
+    const auto children = entries.childNodes();
+    _open.push_back({children, attributesOf(entries), parentLength, _isLargeFolder(children)});
+    return true;
+}
+
+bool ORVPresetManager::CreationWalk::_makeFile(const ORVNodeEntries &entries) {
+    const ItemAttributes attributes = attributesOf(entries);
+    std::string storage;
+    const ContentSource *source = _contentNamed(ORVTextView(entries.contentFilename, storage));
+    if (source != nullptr) {
+        if (_writer.copyItem(_name, *source, attributes)) {
+            return true;
+        }
+        _noteFailure();
+    }
+    // Deliberately no message about contents that are missing or cannot be copied: the file is made empty instead.
+    if (_writer.makeEmptyFile(_name, attributes)) {
+        return true;
+    }
+    _noteFailure();
+    _error = "Unable to create file '" + stringByAppendingPathComponent(_path, _name) + "'.";
+    return false;
+}
+
+const ContentSource *ORVPresetManager::CreationWalk::_contentNamed(std::string_view contentFilename) {
+    if (contentFilename.empty()) {
+        return nullptr;
+    }
+    if (const auto known = _contents.find(contentFilename); known != _contents.end()) {
+        return known->second;
+    }
+    const ContentSource *source = _run.contentNamed(contentFilename);
+    _contents.emplace(contentFilename, source);
+    return source;
+}
+
+void ORVPresetManager::CreationWalk::_noteFailure() {
+    if (_shared != nullptr && dependsOnOrder(_writer.lastError())) {
+        _run.dependsOnOrder = true;
+    }
+}
+
+/// Whether a single thread would never have come here, or the whole creation has to be made again.
+bool ORVPresetManager::CreationWalk::_isInVain() const {
+    return _shared != nullptr &&
+           (_shared->firstFailed.load(std::memory_order_relaxed) < _part || _run.dependsOnOrder.load(std::memory_order_relaxed));
+}
+
+bool ORVPresetManager::CreationWalk::_isLargeFolder(std::span<const PropertyListValue> children) const {
+    const bool mayBe = _run.survey != nullptr && _shared == nullptr && (_open.empty() || _open.back().isLarge);
+    return mayBe && _run.survey->sizeOf(children) >= LeastForTwoThreads;
+}
+
+/// Tries to make all that is in a folder, of which nothing is there yet. False when that failed. True otherwise; nothing is
+/// left then, or everything, for this thread to make alone.
+bool ORVPresetManager::CreationWalk::_makeOnTwoThreads(OpenFolder &folder) {
+    folder.wasTried = true;
+    const auto children = folder.left;
+    const std::size_t wanted = std::max(_run.survey->sizeOf(children) / UsualParts, LeastInPart);
+    SharedParts shared;
+    if (children.size() < 2 || !_cut(children, FolderAhead::InCurrent, wanted, shared) || shared.parts.size() < 2 ||
+        _run.isAmongContents(_path)) {
+        return true;
+    }
+    const std::string path = _path;
+    const TwoThreads result = _writer.makeOnTwoThreads(shared.ahead, [&](HierarchyWriter &writer) {
+        CreationWalk walk(_run, writer, path);
+        walk._makeParts(shared);
+    });
+    if (result == TwoThreads::Refused) {
+        return true;
+    }
+    folder.left = {};
+    _error = std::move(shared.error);
+    _run.dependsOnOrder = _run.dependsOnOrder || result == TwoThreads::Failed;
+    return shared.firstFailed == std::numeric_limits<std::size_t>::max() && !_run.dependsOnOrder && _finishAhead(shared);
+}
+
+/// Takes one part after the other until none is left or one has failed.
+void ORVPresetManager::CreationWalk::_makeParts(SharedParts &shared) {
+    _shared = &shared;
+    for (_part = shared.next++; _part < shared.parts.size() && !_isInVain(); _part = shared.next++) {
+        const Part &part = shared.parts[_part];
+        if (_goTo(shared, part.folder) && make(part.nodes)) {
+            continue;
+        }
+        const std::lock_guard lock(shared.monitor);
+        if (!_isInVain()) {
+            shared.firstFailed = _part;
+            shared.error = std::move(_error);
+        }
+        return;
+    }
+    static_cast<void>(_goTo(shared, FolderAhead::InCurrent)); // only upwards
+}
+
+/// Goes to a folder made ahead, or to the one in which they were made.
+bool ORVPresetManager::CreationWalk::_goTo(const SharedParts &shared, std::size_t folder) {
+    std::vector<std::size_t> way;
+    while (_ahead != folder) {
+        if (folder != FolderAhead::InCurrent && (_ahead == FolderAhead::InCurrent || folder > _ahead)) { // made after: not above
+            way.push_back(folder);
+            folder = shared.ahead[folder].parent;
+        } else {
+            _writer.leaveFolder({});
+            _path.resize(_path.rfind('/'));
+            _ahead = shared.ahead[_ahead].parent;
+        }
+    }
+    for (; !way.empty(); way.pop_back()) {
+        const std::string &name = shared.ahead[way.back()].name;
+        if (!_writer.enterFolder(name)) {
+            _run.dependsOnOrder = true; // it is not what it was: nothing that two threads could tell
+            return false;
+        }
+        _path.append("/").append(name);
+        _ahead = way.back();
+    }
+    return true;
+}
+
+/// Gives the folders made ahead what they get when they are complete, those inside of others first.
+bool ORVPresetManager::CreationWalk::_finishAhead(const SharedParts &shared) {
+    for (std::size_t i = shared.ahead.size(); i-- > 0;) {
+        if (!_goTo(shared, i)) {
+            return false;
+        }
+        _writer.leaveFolder(shared.attributes[i]);
+        _path.resize(_path.rfind('/'));
+        _ahead = shared.ahead[i].parent;
+        if (_run.manager._ports.progress != nullptr) {
+            _run.manager._ports.progress->advanced(1);
+        }
+    }
+    return _goTo(shared, FolderAhead::InCurrent);
+}
+
+/// Cuts what is in a folder into parts of about the wanted size; a child that is larger by itself is to be made ahead and is cut,
+/// too. False when that cannot be: names that two threads would be at odds about, or too many folders ahead.
+bool ORVPresetManager::CreationWalk::_cut(std::span<const PropertyListValue> children, std::size_t folder, std::size_t wanted,
+                                          SharedParts &shared) {
+    if (!_haveDistinctNames(children)) {
+        return false;
+    }
+    std::size_t begin = 0;
+    std::size_t size = 0;
+    const auto endPart = [&](std::size_t end) {
+        if (end > begin) {
+            shared.parts.push_back({folder, children.subspan(begin, end - begin)});
+        }
+        begin = end;
+        size = 0;
+    };
+    for (std::size_t i = 0; i < children.size(); ++i) {
+        const ORVNodeEntries entries(children[i]);
+        const std::size_t inside = ORVBoolValue(entries.isFolder) ? _run.survey->sizeOf(entries.childNodes()) : 0;
+        if (inside < LargestPart * wanted) {
+            size += 1 + inside;
+            if (size >= wanted) {
+                endPart(i + 1);
+            }
+            continue;
+        }
+        endPart(i);
+        begin = i + 1;
+        std::string name;
+        _run.manager._putNameOf(entries.filename, _run.replacePairs, name);
+        const std::size_t ahead = shared.ahead.size();
+        shared.ahead.push_back({folder, std::move(name)});
+        shared.attributes.push_back(attributesOf(entries));
+        if (ahead >= MostAhead || !_cut(entries.childNodes(), ahead, wanted, shared)) {
+            return false;
+        }
+    }
+    endPart(children.size());
+    return true;
+}
+
+/// Whether all names differ, in more than the case of ASCII letters. Two of the same hash count as equal.
+bool ORVPresetManager::CreationWalk::_haveDistinctNames(std::span<const PropertyListValue> nodes) {
+    std::size_t slots = 64;
+    while (slots < nodes.size() * 2) {
+        slots *= 2;
+    }
+    std::vector<std::uint64_t> table(slots, 0); // open addressing; 0 where free
+    for (const PropertyListValue &node : nodes) {
+        _run.manager._putNameOf(ORVNodeEntries(node).filename, _run.replacePairs, _name);
+        const std::uint64_t hash = std::max<std::uint64_t>(hashOfName(_name), 1);
+        std::size_t slot = hash & (slots - 1);
+        for (; table[slot] != 0; slot = (slot + 1) & (slots - 1)) {
+            if (table[slot] == hash) {
+                return false;
+            }
+        }
+        table[slot] = hash;
+    }
+    return true;
+}
+
+} // namespace orvane

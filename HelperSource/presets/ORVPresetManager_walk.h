@@ -1,0 +1,119 @@
+#pragma once
+
+#include "presets/ORVNodeEntries.h"
+#include "presets/ORVPresetManager.h"
+#include "presets/ORVPresetSurvey.h"
+
+#include <atomic>
+#include <cstddef>
+#include <limits>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// Creation of file nodes: a node and all below it, depth first, each folder finished (label, then mode) after its
+// contents. The walk keeps its own stack, so that the depth of a tree is bounded by memory alone.
+//
+// What is in a large folder is shared out between two threads where the disk allows it. It is cut into parts, runs of
+// neighbours in some folder; the folders that are cut themselves are made ahead. Each thread takes the first part, in the order of
+// the tree, that nobody has; so whenever a part fails, all before it have been taken and are made to their ends, and the
+// failure in the first part that has one is the one that a single thread would have met. What can depend on who comes
+// first (a full disk, no descriptors left), and a folder that cannot be made ahead, is not decided by two threads at all:
+// everything is taken away and made again by one.
+
+namespace orvane {
+
+/// One creation: what all its walks share.
+struct ORVPresetManager::CreationRun {
+    /// Without a survey it is a creation on one thread.
+    CreationRun(ORVPresetManager &owner, std::span<const PromptValueRow> rows, const ORVTreeSurvey *treeSurvey)
+        : manager(owner), replacePairs(rows), survey(treeSurvey) {}
+
+    ORVPresetManager &manager;
+    std::span<const PromptValueRow> replacePairs;
+    const ORVTreeSurvey *survey;
+
+    std::atomic<bool> dependsOnOrder = false; ///< the creation has to be made again, on one thread
+
+    /// The content of that name; each is looked up once, for a preset with thousands of copies has few contents. Null for one
+    /// that cannot be copied. Any thread of the creation.
+    [[nodiscard]] const ContentSource *contentNamed(std::string_view contentFilename);
+    /// Whether that folder lies in the folder of contents, so that what is made may be a content at the same time.
+    [[nodiscard]] bool isAmongContents(std::string_view path);
+
+private:
+    [[nodiscard]] const std::string &_contentFolder();
+
+    std::mutex _monitor;
+    std::string _folder;
+    std::map<std::string, const ContentSource *, std::less<>> _contents;
+};
+
+/// One walk of a creation. The path grows and shrinks with it and serves messages only.
+class ORVPresetManager::CreationWalk {
+public:
+    /// Begins in the folder `path`, where the writer stands.
+    CreationWalk(CreationRun &run, HierarchyWriter &writer, std::string path) : _run(run), _writer(writer), _path(std::move(path)) {}
+
+    /// Makes the nodes and all below them. False at the first failure, whose message, if any, is in `error()`.
+    [[nodiscard]] bool make(std::span<const PropertyListValue> nodes);
+    [[nodiscard]] const std::optional<std::string> &error() const { return _error; }
+
+private:
+    /// A folder whose contents are being made.
+    struct OpenFolder {
+        std::span<const PropertyListValue> left; ///< children still to be made
+        ItemAttributes attributes;               ///< for when they are made
+        std::size_t pathLength;                  ///< of its parent, in the walk's path
+        bool isLarge;                            ///< with so much below that two threads may share it
+        bool wasTried = false;                   ///< whether they may share its own children
+    };
+    /// A run of neighbours in the folder made ahead that has this position, or in the folder that is shared.
+    struct Part {
+        std::size_t folder;
+        std::span<const PropertyListValue> nodes;
+    };
+    /// What two threads share.
+    struct SharedParts {
+        std::vector<FolderAhead> ahead;         ///< folders before what is in them
+        std::vector<ItemAttributes> attributes; ///< of those
+        std::vector<Part> parts;                ///< in the tree's order
+        std::atomic<std::size_t> next = 0;
+        std::atomic<std::size_t> firstFailed = std::numeric_limits<std::size_t>::max();
+        std::mutex monitor; ///< over `error`
+        std::optional<std::string> error;
+    };
+
+    [[nodiscard]] bool _makeNode(const PropertyListValue &node);
+    [[nodiscard]] bool _enter(const ORVNodeEntries &entries);
+    [[nodiscard]] bool _makeFile(const ORVNodeEntries &entries);
+    [[nodiscard]] const ContentSource *_contentNamed(std::string_view contentFilename);
+    void _noteFailure();
+
+    // Two threads.
+    [[nodiscard]] bool _isLargeFolder(std::span<const PropertyListValue> children) const;
+    [[nodiscard]] bool _makeOnTwoThreads(OpenFolder &folder);
+    [[nodiscard]] bool _cut(std::span<const PropertyListValue> children, std::size_t folder, std::size_t wanted, SharedParts &shared);
+    [[nodiscard]] bool _haveDistinctNames(std::span<const PropertyListValue> nodes);
+    void _makeParts(SharedParts &shared);
+    [[nodiscard]] bool _goTo(const SharedParts &shared, std::size_t folder);
+    [[nodiscard]] bool _finishAhead(const SharedParts &shared);
+    [[nodiscard]] bool _isInVain() const;
+
+    CreationRun &_run;
+    HierarchyWriter &_writer;
+    std::string _path; ///< of the current folder
+    std::vector<OpenFolder> _open;
+    std::string _name; ///< of the current node
+    std::optional<std::string> _error;
+    std::map<std::string, const ContentSource *, std::less<>> _contents; ///< those used here
+    const SharedParts *_shared = nullptr;                                ///< those of which this walk makes some
+    std::size_t _part = 0;                                               ///< the one that it is at
+    std::size_t _ahead = FolderAhead::InCurrent;                         ///< the folder made ahead that it is in
+};
+
+} // namespace orvane

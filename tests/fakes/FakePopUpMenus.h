@@ -1,0 +1,38 @@
+#pragma once
+
+#include "ports/PopUpMenus.h"
+
+#include <functional>
+#include <vector>
+
+namespace orvane {
+
+/// A window that is never shown.
+class FakeReferenceWindow final : public ReferenceWindow {
+public:
+    std::int64_t number = 1;
+    [[nodiscard]] std::int64_t windowNumber() override { return number; }
+};
+
+/// Keeps what was popped up. `whileOpen` does what the user does with the menu.
+class FakePopUpMenus final : public PopUpMenus {
+public:
+    struct PopUp {
+        Menu *menu;
+        SyntheticEvent event;
+        ReferenceWindow *window;
+    };
+    ScreenPoint mouse;
+    std::vector<PopUp> popUps;
+    std::function<void(Menu &)> whileOpen;
+
+    [[nodiscard]] ScreenPoint mouseLocation() override { return mouse; }
+    void popUpContextMenu(Menu &menu, const SyntheticEvent &event, ReferenceWindow &window) override {
+        popUps.push_back({&menu, event, &window});
+        if (whileOpen) {
+            whileOpen(menu);
+        }
+    }
+};
+
+} // namespace orvane
