@@ -15,7 +15,7 @@ class SdBusConnection;
 /// Notifications as D-Bus signals on the session bus, by sd-bus: path `/org/orvane/DistributedNotifications`, interface
 /// `org.orvane.DistributedNotifications`, the notification's name as member, no arguments, any sender.
 ///
-/// libsystemd is loaded at the first use. Nothing runs by itself: the program's event loop waits on `descriptor()` and calls
+/// Nothing runs by itself: the program's event loop waits on `descriptor()` and calls
 /// `process()`, or the program calls `wait()`. Main thread only, but for `post`.
 class SdBusNotifications final : public DistributedNotifications {
 public:

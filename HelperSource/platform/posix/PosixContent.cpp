@@ -53,7 +53,7 @@ std::unique_ptr<PosixContent> PosixContent::ofOpenItem(FileDescriptor item, std:
             return nullptr;
         }
     } else {
-        content->_descriptor = std::move(item);
+        content->_descriptor = std::make_shared<const FileDescriptor>(std::move(item));
     }
     return content;
 }
@@ -77,17 +77,12 @@ bool PosixContent::_read(int descriptor) {
     return true;
 }
 
-int PosixContent::descriptor() const {
-    if (!_descriptor) {
-        _descriptor = openForReading(_path);
-    }
-    if (_descriptor && _store != nullptr) {
-        _store->used(*this);
-    }
-    return _descriptor.get();
+PosixContent::Opened PosixContent::opened() const {
+    return _store != nullptr ? _store->_opened(*this) : _descriptor;
 }
 
 const PosixContent *PosixContentStore::content(std::string_view path) {
+    const std::lock_guard lock(_mutex);
     const auto known = _contents.find(path);
     if (known != _contents.end()) {
         return known->second.get();
@@ -99,26 +94,41 @@ const PosixContent *PosixContentStore::content(std::string_view path) {
         content->_store = this;
         _cached += content->_bytes.size();
         if (content->_descriptor) {
-            used(*content);
+            _use(*content);
         }
     }
     return content;
 }
 
 void PosixContentStore::forget() {
+    const std::lock_guard lock(_mutex);
     _open.clear();
     _contents.clear();
     _cached = 0;
 }
 
 void PosixContentStore::closeAll() {
+    const std::lock_guard lock(_mutex);
     for (const PosixContent *const content : _open) {
         content->_descriptor.reset();
     }
     _open.clear();
 }
 
-void PosixContentStore::used(const PosixContent &content) {
+PosixContent::Opened PosixContentStore::_opened(const PosixContent &content) {
+    const std::lock_guard lock(_mutex);
+    if (!content._descriptor) {
+        FileDescriptor item = openForReading(content._path);
+        if (!item) {
+            return nullptr;
+        }
+        content._descriptor = std::make_shared<const FileDescriptor>(std::move(item));
+    }
+    _use(content);
+    return content._descriptor;
+}
+
+void PosixContentStore::_use(const PosixContent &content) {
     content._lastUse = ++_uses;
     if (std::find(_open.begin(), _open.end(), &content) != _open.end()) {
         return;

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -43,9 +44,10 @@ public:
     [[nodiscard]] off_t size() const { return _size; }
     /// True when the file takes less room than its size, so that it has holes.
     [[nodiscard]] bool isSparse() const { return _isSparse; }
-    /// Descriptor of a content that is not in memory; opened again when it was closed meanwhile. -1 with `errno` when
-    /// that fails.
-    [[nodiscard]] int descriptor() const;
+    /// A descriptor that stays open as long as anybody holds it.
+    using Opened = std::shared_ptr<const FileDescriptor>;
+    /// That of a content that is not in memory; opened again when it was closed meanwhile. Null with `errno` when that fails.
+    [[nodiscard]] Opened opened() const;
 
 private:
     friend class PosixContentStore;
@@ -59,13 +61,14 @@ private:
     bool _isFolder = false;
     bool _isSparse = false;
     bool _isInMemory = false;
-    mutable FileDescriptor _descriptor;
+    mutable Opened _descriptor;
     class PosixContentStore *_store = nullptr; ///< null for a content that nobody keeps
     mutable std::uint64_t _lastUse = 0;
 };
 
 /// The contents of one file system object, each opened once. Keeps at most 8 MiB of bytes and 64 descriptors; of more
-/// large contents than that, the ones not used for longest are closed and opened again on their next use.
+/// large contents than that, the ones not used for longest are closed and opened again on their next use. Any thread may
+/// use the contents while none forgets them.
 class PosixContentStore {
 public:
     PosixContentStore() = default;
@@ -77,18 +80,21 @@ public:
     void forget();
     /// Closes all descriptors, for want of them elsewhere.
     void closeAll();
-    /// Called when a content's descriptor is used.
-    void used(const PosixContent &content);
 
 private:
+    friend class PosixContent;
     struct Hash {
         using is_transparent = void;
         [[nodiscard]] std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
     };
 
     [[nodiscard]] std::unique_ptr<PosixContent> _load(std::string_view path) const;
+    /// The content's descriptor, which is used now.
+    [[nodiscard]] PosixContent::Opened _opened(const PosixContent &content);
+    void _use(const PosixContent &content);
     void _closeOldest();
 
+    std::mutex _mutex; ///< over everything below, and over the descriptors of the contents
     std::unordered_map<std::string, std::unique_ptr<PosixContent>, Hash, std::equal_to<>> _contents;
     std::vector<const PosixContent *> _open;
     std::size_t _cached = 0; ///< bytes

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -23,8 +24,11 @@ constexpr int FolderFlags = O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
 } // namespace
 
-PosixFolderCursor::PosixFolderCursor(FileDescriptor root) {
-    _levels.push_back({PosixMadeItems::Root, 0, {.anchored = true}});
+PosixFolderCursor::PosixFolderCursor(FileDescriptor root) : PosixFolderCursor(std::move(root), PosixMadeItems::Root, {}) {}
+
+PosixFolderCursor::PosixFolderCursor(FileDescriptor root, Index item, Options options) {
+    options.anchored = true;
+    _levels.push_back({item, 0, options});
     _anchors.push_back({std::move(root), 0, 0, {}});
 }
 

@@ -36,6 +36,8 @@ public:
 
     /// Stands in `root`, which counts as not private and stays open as long as the cursor.
     explicit PosixFolderCursor(FileDescriptor root);
+    /// The same in a folder inside of a hierarchy, which is that item and of which this is known.
+    PosixFolderCursor(FileDescriptor root, Index item, Options options);
 
     /// The place of the item `name` in the current folder.
     [[nodiscard]] Place place(std::string_view name);

@@ -46,6 +46,9 @@ bool PosixHierarchyWriter::enterFolder(std::string_view name) {
     if (!_mayUse(name)) {
         return false;
     }
+    if (const AheadFolder *const ahead = _findAhead(name)) {
+        return _enterAhead(*ahead) || _fail(errno);
+    }
     if (_makeFolder(name, 0777)) {
         return _enterMadeFolder(name) || _fail(errno);
     }
@@ -53,6 +56,13 @@ bool PosixHierarchyWriter::enterFolder(std::string_view name) {
 }
 
 void PosixHierarchyWriter::leaveFolder(const ItemAttributes &attributes) {
+    if (!_ahead.empty() && _cursor.depth() == _aheadDepth + _inside.size()) {
+        if (_inside.empty()) {
+            _ahead.clear(); // the folder that two threads shared is complete
+        } else {
+            _inside.pop_back();
+        }
+    }
     if (_cursor.depth() > _baseDepth) {
         _finishFolder({attributes.label, attributes.mode, nullptr});
     }
@@ -199,7 +209,7 @@ void PosixHierarchyWriter::_finishFolder(const FolderFinish &finish) {
             folder = FileDescriptor(::openat(at.folder, at.path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
         } else {
             // Failures of label and mode are no failures of the creation.
-            static_cast<void>(::fchmodat(at.folder, at.path, *finish.mode & 07777U, 0));
+            [[maybe_unused]] const int result = ::fchmodat(at.folder, at.path, *finish.mode & 07777U, 0);
         }
     }
     FileDescriptor left = _cursor.leave();
@@ -239,7 +249,7 @@ bool PosixHierarchyWriter::_makeNewEmptyFile(std::string_view name, const ItemAt
         return false;
     }
     if (setsModeByPath) {
-        static_cast<void>(::fchmodat(at.folder, at.path, plan.final, 0));
+        [[maybe_unused]] const int result = ::fchmodat(at.folder, at.path, plan.final, 0);
     }
     return _note(name);
 }

@@ -8,8 +8,10 @@
 
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <sys/stat.h>
 
@@ -39,6 +41,8 @@ public:
     void leaveFolder(const ItemAttributes &attributes) override;
     [[nodiscard]] bool copyItem(std::string_view name, const ContentSource &source, const ItemAttributes &attributes) override;
     [[nodiscard]] bool makeEmptyFile(std::string_view name, const ItemAttributes &attributes) override;
+    [[nodiscard]] TwoThreads makeOnTwoThreads(std::span<const FolderAhead> ahead,
+                                              const std::function<void(HierarchyWriter &writer)> &work) override;
     void removeEverythingMade() override;
     [[nodiscard]] int lastError() const override { return _error; }
 
@@ -94,18 +98,54 @@ private:
     [[nodiscard]] bool _copyFilesOf(class PosixFolderReader &reader);
     [[nodiscard]] bool _copyLink(std::string_view name, int folder);
 
-    // Removal.
+    // Two threads.
+    /// What two threads made in a folder at once: this one from `begin`, the other from `middle` to `end`.
+    struct SharedWork {
+        Index folder;
+        Index begin;
+        Index middle;
+        Index end;
+    };
+    /// A folder made ahead, and what entering it again needs.
+    struct AheadFolder {
+        std::size_t parent; ///< as in `FolderAhead`
+        std::string name;
+        Index item;
+        PosixFolderCursor::Options options;
+        std::optional<PosixMadeItems::Identity> identity; ///< where somebody else could put another in its place
+    };
+    /// The second writer of a folder, which `folder` holds open.
+    PosixHierarchyWriter(FileDescriptor folder, const PosixHierarchyWriter &first);
+    [[nodiscard]] bool _makeAhead(std::span<const FolderAhead> ahead);
+    /// The folder of that name that was made ahead in the current one; null when there is none.
+    [[nodiscard]] const AheadFolder *_findAhead(std::string_view name) const;
+    [[nodiscard]] bool _enterAhead(const AheadFolder &folder);
+    /// Leaves folders made ahead until the current one is that one, or the one in which they were made.
+    void _leaveAheadUpTo(std::size_t ahead);
+    void _append(const PosixHierarchyWriter &other);
+    /// A second descriptor of the current folder for a second thread; none where two threads must not work in it.
+    [[nodiscard]] FileDescriptor _openForSecondThread();
+
+    // Removal. It changes nothing but the cursor, so two threads can be at it with a cursor each.
     void _removeFrom(Index first);
-    [[nodiscard]] bool _goTo(Index folder);
-    [[nodiscard]] bool _goInto(Index folder);
+    void _removeShared(const SharedWork &shared);
+    void _removeRange(PosixFolderCursor &cursor, Index first, Index end) const;
+    [[nodiscard]] bool _goTo(PosixFolderCursor &cursor, Index folder) const;
+    [[nodiscard]] bool _goInto(PosixFolderCursor &cursor, Index folder) const;
 
     PosixProcessTraits _traits;
     PosixContentStore &_contents;
     PosixMadeItems _items;
     PosixFolderCursor _cursor;
+    std::vector<SharedWork> _shared;  ///< in order, one behind the other
+    std::vector<AheadFolder> _ahead;  ///< of the last work on two threads
+    std::vector<std::size_t> _inside; ///< those of them that the writer is in
+    std::size_t _aheadDepth = 0;      ///< of the folder in which they are
+    Index _aheadIn = PosixMadeItems::Root;
     std::size_t _baseDepth = 0;
     int _error = 0;
     bool _isOver = false;
+    bool _isSecond = false;    ///< works beside another writer
     bool _hasMakeNode = true;  ///< mknodat makes regular files here
     bool _hasUnnamed = true;   ///< O_TMPFILE works here
     unsigned _hiddenNames = 0; ///< hidden names used so far

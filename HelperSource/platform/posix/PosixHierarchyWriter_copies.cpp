@@ -82,14 +82,14 @@ bool PosixHierarchyWriter::_copySmall(std::string_view name, const PosixContent 
 
 bool PosixHierarchyWriter::_copyLarge(std::string_view name, const PosixContent &content, const ModePlan &plan,
                                       const PosixExtendedAttributes &attributes) {
-    int source = content.descriptor();
-    if (source < 0 && errno == EMFILE) {
+    PosixContent::Opened source = content.opened();
+    if (!source && errno == EMFILE) {
         _contents.closeAll();
-        source = content.descriptor();
+        source = content.opened();
     }
     struct stat status {};
     const Place at = _cursor.place(name);
-    if (source < 0) {
+    if (!source) {
         return false;
     }
     if (::fstatat(at.folder, at.path, &status, AT_SYMLINK_NOFOLLOW) == 0) {
@@ -101,7 +101,7 @@ bool PosixHierarchyWriter::_copyLarge(std::string_view name, const PosixContent 
     if (!file) {
         file = _openHidden(plan, hidden);
     }
-    bool done = file && copyContents(source, file.get(), content.size(), content.isSparse());
+    bool done = file && copyContents(source->get(), file.get(), content.size(), content.isSparse());
     if (done) {
         finishFile(file.get(), content, attributes, plan.isSeparate, plan.final);
         done = hidden.empty() ? _publishUnnamed(file.get(), name) : file.closeChecked() && _publishHidden(hidden, name);

@@ -17,14 +17,14 @@ namespace orvane {
 bool PosixHierarchyWriter::_copyFolder(std::string_view name, const PosixContent &content, const ItemAttributes &attributes) {
     const Index first = _items.end();
     const Index here = _cursor.item();
-    const int source = content.descriptor();
-    if (source >= 0 && _copyTree(name, source, attributes)) {
+    const PosixContent::Opened source = content.opened();
+    if (source && _copyTree(name, source->get(), attributes)) {
         return true;
     }
     const int error = errno;
     _removeFrom(first);
     _items.truncate(first);
-    static_cast<void>(_goTo(here)); // only upwards: the folder was never left
+    static_cast<void>(_goTo(_cursor, here)); // only upwards: the folder was never left
     errno = error;
     return false;
 }

@@ -1,5 +1,7 @@
 #include "platform/posix/PosixHierarchyWriter.h"
 
+#include "platform/posix/PosixSecondThread.h"
+
 #include <cerrno>
 #include <vector>
 
@@ -7,22 +9,57 @@
 
 // Removal goes through the list of what was made from its end, so that a folder is empty of ours when its turn comes. It
 // asks the disk nothing: no listing, no state. The items of one folder lie together on the list, so the way from one to
-// the next is short, and the whole costs about one call an item.
+// the next is short, and the whole costs about one call an item. What two threads made is removed by two threads.
 
 namespace orvane {
+
+namespace {
+
+/// From so many items on a second thread is worth its start.
+constexpr PosixMadeItems::Index LeastForSecondThread = 500;
+
+} // namespace
 
 void PosixHierarchyWriter::removeEverythingMade() {
     _removeFrom(PosixMadeItems::Root + 1);
     _items.truncate(PosixMadeItems::Root + 1);
+    _shared.clear();
     _isOver = true;
 }
 
 void PosixHierarchyWriter::_removeFrom(Index first) {
-    for (Index item = _items.end(); item-- > first;) {
-        if (_items.has(item, PosixMadeItems::Entered) || !_goTo(_items.parent(item))) {
+    Index end = _items.end();
+    for (auto shared = _shared.rbegin(); shared != _shared.rend() && shared->begin >= first; ++shared) {
+        _removeRange(_cursor, shared->end, end);
+        _removeShared(*shared);
+        end = shared->begin;
+    }
+    _removeRange(_cursor, first, end);
+}
+
+void PosixHierarchyWriter::_removeShared(const SharedWork &shared) {
+    FileDescriptor folder;
+    if (shared.end - shared.middle >= LeastForSecondThread && _goTo(_cursor, shared.folder)) {
+        const Place at = _cursor.place(".");
+        folder = FileDescriptor(::openat(at.folder, at.path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    }
+    if (folder) {
+        PosixFolderCursor other(std::move(folder), shared.folder, _cursor.options());
+        PosixSecondThread second;
+        if (second.start([&] { _removeRange(other, shared.middle, shared.end); })) {
+            _removeRange(_cursor, shared.begin, shared.middle);
+            return; // joins
+        }
+    }
+    _removeRange(_cursor, shared.begin, shared.end);
+}
+
+void PosixHierarchyWriter::_removeRange(PosixFolderCursor &cursor, Index first, Index end) const {
+    for (Index item = end; item-- > first;) {
+        if (_items.has(item, PosixMadeItems::Entered) || !_goTo(cursor, _items.parent(item))) {
             continue;
         }
-        const Place at = _cursor.place(_items.name(item));
+        const Place at = cursor.place(_items.name(item));
         const int flags = _items.has(item, PosixMadeItems::Folder) ? AT_REMOVEDIR : 0;
         static_cast<void>(::unlinkat(at.folder, at.path, flags)); // a folder with something foreign in it refuses, and stays
     }
@@ -30,43 +67,43 @@ void PosixHierarchyWriter::_removeFrom(Index first) {
 
 /// Moves to a folder on the list. Numbers grow on the way down, so what stands deeper than the goal and has a greater
 /// number is left, until the goal or one of the folders above it is reached.
-bool PosixHierarchyWriter::_goTo(Index folder) {
+bool PosixHierarchyWriter::_goTo(PosixFolderCursor &cursor, Index folder) const {
     std::vector<Index> way;
-    for (Index goal = folder; _cursor.item() != goal;) {
-        if (_cursor.item() > goal) {
-            _cursor.leave();
+    for (Index goal = folder; cursor.item() != goal;) {
+        if (cursor.item() > goal) {
+            cursor.leave();
         } else {
             way.push_back(goal);
             goal = _items.parent(goal);
         }
     }
     for (; !way.empty(); way.pop_back()) {
-        if (!_goInto(way.back())) {
+        if (!_goInto(cursor, way.back())) {
             return false;
         }
     }
     return true;
 }
 
-bool PosixHierarchyWriter::_goInto(Index folder) {
+bool PosixHierarchyWriter::_goInto(PosixFolderCursor &cursor, Index folder) const {
     const std::string name(_items.name(folder));
     if (_items.has(folder, PosixMadeItems::Restricted) && !_items.has(folder, PosixMadeItems::Entered)) {
-        const Place at = _cursor.place(name);
+        const Place at = cursor.place(name);
         const FileDescriptor restricted(::openat(at.folder, at.path, O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
         if (restricted) {
             setModeOfOpenItem(restricted.get(), 0700);
         }
     }
     const bool isOurs = !_items.has(folder, PosixMadeItems::Entered) && !_items.has(folder, PosixMadeItems::Shared);
-    const bool isPrivate = isOurs && (_traits.umask & 0022U) == 0022U && !_cursor.options().hasDefaultACL;
+    const bool isPrivate = isOurs && (_traits.umask & 0022U) == 0022U && !cursor.options().hasDefaultACL;
     const PosixFolderCursor::Options options = {
-        .isPrivate = isPrivate, .anchored = !isOurs, .hasDefaultACL = _cursor.options().hasDefaultACL};
-    if (!_cursor.enter(name, folder, options)) {
+        .isPrivate = isPrivate, .anchored = !isOurs, .hasDefaultACL = cursor.options().hasDefaultACL};
+    if (!cursor.enter(name, folder, options)) {
         return false;
     }
     const PosixMadeItems::Identity *const identity = _items.identity(folder);
-    if (identity != nullptr && _cursor.isAnchored() && !(PosixFolderCursor::identityOf(_cursor.anchor()) == *identity)) {
-        _cursor.leave();
+    if (identity != nullptr && cursor.isAnchored() && !(PosixFolderCursor::identityOf(cursor.anchor()) == *identity)) {
+        cursor.leave();
         return false;
     }
     return true;

@@ -10,7 +10,7 @@ PosixMadeItems::PosixMadeItems() {
 }
 
 PosixMadeItems::Index PosixMadeItems::add(Index parent, std::string_view name, std::uint8_t flags) {
-    if (name.size() > UINT16_MAX || _names.size() + name.size() > UINT32_MAX || _entries.size() >= None) {
+    if (name.size() > UINT16_MAX || !hasRoomForAnother()) {
         return None;
     }
     const auto item = static_cast<Index>(_entries.size());
@@ -24,6 +24,26 @@ PosixMadeItems::Index PosixMadeItems::add(Index parent, std::string_view name, s
         }
     }
     return item;
+}
+
+void PosixMadeItems::append(const PosixMadeItems &other, std::span<const Index> known) {
+    const auto first = static_cast<Index>(known.size());
+    const Index shift = end() - first; // may be "negative", which wraps around and back
+    const auto nameShift = static_cast<std::uint32_t>(_names.size());
+    _entries.reserve(_entries.size() + other._entries.size());
+    for (Index item = first; item < other.end(); ++item) {
+        Entry entry = other._entries[item];
+        entry.parent = entry.parent < first ? known[entry.parent] : entry.parent + shift;
+        entry.nameStart += nameShift;
+        _entries.push_back(entry);
+    }
+    _names.append(other._names);
+    for (const Identified &each : other._identities) {
+        if (each.item >= first) {
+            _identities.push_back({each.item + shift, each.identity});
+        }
+    }
+    _table.clear(); // built anew when something asks again
 }
 
 void PosixMadeItems::truncate(Index first) {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,8 +37,13 @@ public:
 
     PosixMadeItems();
 
-    /// Adds an item; `name` at most 65,535 bytes (file systems take 255). None when four billion bytes of names are full.
+    /// Adds an item; `name` at most 65,535 bytes (file systems take 255). None when two billion bytes of names are full.
     Index add(Index parent, std::string_view name, std::uint8_t flags);
+    /// Adds the entries of another list behind its own, but for the first ones: its root and those that follow stand for the
+    /// entries `known` here, at least one.
+    void append(const PosixMadeItems &other, std::span<const Index> known);
+    /// Whether another list, which holds at most half of what fits, could still be appended.
+    [[nodiscard]] bool hasRoomForAnother() const noexcept { return _names.size() < MostNames && _entries.size() < MostEntries; }
     /// Forgets the entries from that one on.
     void truncate(Index first);
     /// One more than the last entry's number; 1 when nothing was made.
@@ -57,6 +63,9 @@ public:
     [[nodiscard]] const Identity *identity(Index item) const;
 
 private:
+    static constexpr std::size_t MostNames = UINT32_MAX / 2;
+    static constexpr std::size_t MostEntries = None / 2;
+
     struct Entry {
         Index parent;
         std::uint32_t nameStart;

@@ -1,7 +1,9 @@
 #include "platform/posix/PosixUserFolders.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <optional>
 #include <pwd.h>
 #include <string_view>
@@ -28,22 +30,30 @@ std::string joined(std::string folder, std::string_view component) {
     return folder.append(component);
 }
 
-/// The user database may load further libraries (nsswitch.conf) and ask the network: only for want of $HOME.
+struct FileCloser {
+    void operator()(std::FILE *file) const { std::fclose(file); }
+};
+
+/// The home folder that the file of users tells. Only for want of $HOME, and without the system's other sources of users
+/// (nsswitch.conf): they are shared libraries, which a program that is linked statically cannot load.
 std::optional<std::string> homeOfUserDatabase() {
-    constexpr std::size_t mostBytes = 1024 * 1024; // an entry longer than that is taken for absent
+    const std::unique_ptr<std::FILE, FileCloser> file(std::fopen("/etc/passwd", "re"));
+    constexpr std::size_t mostBytes = 1024 * 1024; // an entry longer than that ends the search
     std::vector<char> buffer(1024);
-    for (;;) {
+    while (file) {
         passwd entry{};
         passwd *found = nullptr;
-        const int error = ::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found);
-        if (error == EINTR)
-            continue;
+        const int error = ::fgetpwent_r(file.get(), &entry, buffer.data(), buffer.size(), &found);
         if (error == ERANGE && buffer.size() < mostBytes) {
-            buffer.resize(buffer.size() * 2);
+            buffer.resize(buffer.size() * 2); // the entry that did not fit is read again
             continue;
         }
-        return error == 0 && found != nullptr ? absolutePath(found->pw_dir) : std::nullopt;
+        if (error != 0 || found == nullptr)
+            return std::nullopt;
+        if (found->pw_uid == ::getuid())
+            return absolutePath(found->pw_dir);
     }
+    return std::nullopt;
 }
 
 } // namespace

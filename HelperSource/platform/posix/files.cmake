@@ -12,5 +12,7 @@ target_sources(platform_posix PRIVATE
   PosixHierarchyWriter_copies.cpp
   PosixHierarchyWriter_folders.cpp
   PosixHierarchyWriter_removal.cpp
+  PosixHierarchyWriter_threads.cpp
   PosixMadeItems.cpp
-  PosixPath.cpp)
+  PosixPath.cpp
+  PosixSecondThread.cpp)

@@ -1,0 +1,153 @@
+#include "platform/posix/PosixHierarchyWriter.h"
+
+#include "platform/posix/PosixSecondThread.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <utility>
+
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <linux/magic.h>
+#include <sys/ioctl.h>
+#include <sys/vfs.h>
+
+// Two threads in one folder: each has a writer with a cursor and a list of its own, so that they share nothing but the
+// contents and the disk. When both are done, the second list is put behind the first.
+
+namespace orvane {
+
+namespace {
+
+constexpr long XFSMagic = 0x58465342; // "XFSB" (Linux, fs/xfs/libxfs/xfs_format.h, XFS_SUPER_MAGIC)
+
+/// File systems of this machine's own that tell all names apart by their bytes, XFS perhaps but for the case of ASCII
+/// letters (its option "ascii-ci"); ext4 and tmpfs unless the folder itself says that it folds case. On any other, two names
+/// might be one, and which of them comes first would matter.
+bool tellsNamesApart(int folder) {
+    struct statfs about {};
+    if (::fstatfs(folder, &about) != 0) {
+        return false;
+    }
+    switch (about.f_type) {
+    case XFSMagic:
+    case BTRFS_SUPER_MAGIC:
+        return true;
+    case EXT4_SUPER_MAGIC:
+    case TMPFS_MAGIC: {
+        int flags = 0;
+        return ::ioctl(folder, FS_IOC_GETFLAGS, &flags) != 0 || (flags & FS_CASEFOLD_FL) == 0;
+    }
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+PosixHierarchyWriter::PosixHierarchyWriter(FileDescriptor folder, const PosixHierarchyWriter &first)
+    : _traits(first._traits), _contents(first._contents), _cursor(std::move(folder), PosixMadeItems::Root, first._cursor.options()),
+      _ahead(first._ahead), _isSecond(true), _hasMakeNode(first._hasMakeNode), _hasUnnamed(first._hasUnnamed) {
+    for (AheadFolder &each : _ahead) { // the first entries of the list, which `_append` knows again
+        const Index parent = each.parent == FolderAhead::InCurrent ? PosixMadeItems::Root : static_cast<Index>(each.parent + 1);
+        each.item = _items.add(parent, each.name, PosixMadeItems::Folder | PosixMadeItems::Entered);
+    }
+}
+
+TwoThreads PosixHierarchyWriter::makeOnTwoThreads(std::span<const FolderAhead> ahead,
+                                                  const std::function<void(HierarchyWriter &writer)> &work) {
+    if (_isOver || _isSecond || !_cursor.options().isNew || !_items.hasRoomForAnother() || !hasSecondProcessor()) {
+        return TwoThreads::Refused;
+    }
+    FileDescriptor folder = _openForSecondThread();
+    if (!folder) {
+        return TwoThreads::Refused;
+    }
+    if (!_makeAhead(ahead)) {
+        return TwoThreads::Failed;
+    }
+    PosixHierarchyWriter other(std::move(folder), *this);
+    SharedWork shared{_cursor.item(), _items.end(), 0, 0};
+    PosixSecondThread second;
+    if (!second.start([&] { work(other); })) {
+        _error = EAGAIN;
+        return TwoThreads::Failed;
+    }
+    _isSecond = true; // while the other one works: neither has a third beside it
+    work(*this);
+    second.join();
+    _isSecond = false;
+    shared.middle = _items.end();
+    _append(other);
+    shared.end = _items.end();
+    _shared.push_back(shared);
+    return TwoThreads::Done;
+}
+
+FileDescriptor PosixHierarchyWriter::_openForSecondThread() {
+    const Place at = _cursor.place(".");
+    FileDescriptor folder(uninterrupted([&] { return ::openat(at.folder, at.path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC); }));
+    return folder && tellsNamesApart(folder.get()) ? std::move(folder) : FileDescriptor();
+}
+
+bool PosixHierarchyWriter::_makeAhead(std::span<const FolderAhead> ahead) {
+    _ahead.clear();
+    _inside.clear();
+    _aheadDepth = _cursor.depth();
+    _aheadIn = _cursor.item();
+    for (const FolderAhead &each : ahead) {
+        _leaveAheadUpTo(each.parent);
+        if (!_mayUse(each.name)) {
+            return false;
+        }
+        if (!_makeFolder(each.name, 0777) || !_enterMadeFolder(each.name)) {
+            return _fail(errno);
+        }
+        const PosixMadeItems::Identity *const identity = _items.identity(_cursor.item());
+        _inside.push_back(_ahead.size());
+        _ahead.push_back(
+            {each.parent, each.name, _cursor.item(), _cursor.options(), identity != nullptr ? std::optional(*identity) : std::nullopt});
+    }
+    _leaveAheadUpTo(FolderAhead::InCurrent);
+    return true;
+}
+
+void PosixHierarchyWriter::_leaveAheadUpTo(std::size_t ahead) {
+    while (!_inside.empty() && _inside.back() != ahead) {
+        leaveFolder({});
+    }
+}
+
+const PosixHierarchyWriter::AheadFolder *PosixHierarchyWriter::_findAhead(std::string_view name) const {
+    if (_ahead.empty() || _cursor.depth() != _aheadDepth + _inside.size()) {
+        return nullptr;
+    }
+    const std::size_t parent = _inside.empty() ? FolderAhead::InCurrent : _inside.back();
+    const bool isParent = _cursor.item() == (_inside.empty() ? _aheadIn : _ahead[parent].item);
+    const auto found =
+        std::find_if(_ahead.begin(), _ahead.end(), [&](const AheadFolder &each) { return each.parent == parent && each.name == name; });
+    return isParent && found != _ahead.end() ? &*found : nullptr;
+}
+
+bool PosixHierarchyWriter::_enterAhead(const AheadFolder &folder) {
+    if (!_cursor.enter(folder.name, folder.item, folder.options)) {
+        return false;
+    }
+    if (folder.identity && !(PosixFolderCursor::identityOf(_cursor.anchor()) == *folder.identity)) {
+        _cursor.leave();
+        errno = EEXIST; // somebody has put another one in its place
+        return false;
+    }
+    _inside.push_back(static_cast<std::size_t>(&folder - _ahead.data()));
+    return true;
+}
+
+void PosixHierarchyWriter::_append(const PosixHierarchyWriter &other) {
+    std::vector<Index> known{_aheadIn};
+    for (const AheadFolder &each : _ahead) {
+        known.push_back(each.item);
+    }
+    _items.append(other._items, known);
+}
+
+} // namespace orvane

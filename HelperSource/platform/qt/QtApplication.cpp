@@ -1,0 +1,135 @@
+#include "platform/qt/QtApplication.h"
+
+#include "platform/qt/QtX11Activation.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <string_view>
+
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <QApplication>
+#include <QEvent>
+#include <QWidget>
+#include <QWindow>
+
+namespace orvane {
+
+namespace {
+
+std::string_view environment(const char *name) {
+    const char *value = std::getenv(name);
+    return value == nullptr ? std::string_view() : std::string_view(value);
+}
+
+/// Whether a Wayland compositor answers (protocol: WAYLAND_DISPLAY is a path, relative ones below XDG_RUNTIME_DIR).
+bool waylandAnswers() {
+    std::string path(environment("WAYLAND_DISPLAY"));
+    if (path.empty()) {
+        return false;
+    }
+    if (path.front() != '/') {
+        path.insert(0, std::string(environment("XDG_RUNTIME_DIR")) + '/');
+    }
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (path.size() >= sizeof address.sun_path) {
+        return false;
+    }
+    std::memcpy(address.sun_path, path.c_str(), path.size() + 1);
+    const int descriptor = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (descriptor < 0) {
+        return false;
+    }
+    const bool answers = ::connect(descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0;
+    ::close(descriptor);
+    return answers;
+}
+
+/// Whether Qt would find a display. An unknown platform that the user asked for is trusted.
+bool displayIsThere() {
+    const std::string_view platform = environment("QT_QPA_PLATFORM");
+    if (platform.empty()) {
+        return waylandAnswers() || QtX11DisplayAnswers();
+    }
+    if (platform.substr(0, 3) == "xcb") {
+        return QtX11DisplayAnswers();
+    }
+    return platform.substr(0, 7) != "wayland" || waylandAnswers();
+}
+
+} // namespace
+
+/// Notices that ending was asked for.
+class QtApplication::QuitFilter final : public QObject {
+public:
+    bool eventFilter(QObject *watched, QEvent *event) override {
+        isQuitting = isQuitting || (event->type() == QEvent::Quit && watched == qApp);
+        return false;
+    }
+    bool isQuitting = false;
+};
+
+QtApplication::QtApplication(int &argc, char **argv) : _argc(argc), _argv(argv), _quitFilter(std::make_unique<QuitFilter>()) {}
+
+QtApplication::~QtApplication() = default;
+
+bool QtApplication::load() {
+    if (qApp == nullptr) {
+        if (!displayIsThere()) {
+            return false;
+        }
+        QCoreApplication::setApplicationName(QStringLiteral("Orvane"));
+        QGuiApplication::setDesktopFileName(QStringLiteral("org.orvane.Helper"));
+        _application = std::make_unique<QApplication>(_argc, _argv);
+    }
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    qApp->removeEventFilter(_quitFilter.get());
+    qApp->installEventFilter(_quitFilter.get());
+    return true;
+}
+
+void QtApplication::activateIgnoringOtherApps(bool ignoring) {
+    QWidget *window = modalWindow();
+    if (window == nullptr) {
+        const QWidgetList windows = QApplication::topLevelWidgets();
+        const auto shown = std::find_if(windows.rbegin(), windows.rend(),
+                                        [](const QWidget *each) { return each->isVisible() && each->windowType() != Qt::Popup; });
+        window = shown == windows.rend() ? nullptr : *shown;
+    }
+    if (window != nullptr && (ignoring || QGuiApplication::applicationState() == Qt::ApplicationActive)) {
+        bringToFront(*window);
+    }
+}
+
+int QtApplication::run() {
+    return QApplication::exec();
+}
+
+void QtApplication::quit() {
+    _quitFilter->isQuitting = true;
+    QCoreApplication::quit();
+}
+
+bool QtApplication::isQuitting() const {
+    return _quitFilter->isQuitting;
+}
+
+void QtApplication::bringToFront(QWidget &window) {
+    window.show();
+    window.raise();
+    window.activateWindow();
+    QtX11ActivateWindow(*window.windowHandle());
+}
+
+QWidget *QtApplication::modalWindow() {
+    QWidget *window = QApplication::activeModalWidget();
+    return window != nullptr && window->isVisible() ? window : nullptr;
+}
+
+} // namespace orvane

@@ -1,0 +1,175 @@
+#include "platform/qt/QtMenuView.h"
+
+#include "platform/qt/QtText.h"
+
+#include <algorithm>
+
+#include <QAction>
+#include <QElapsedTimer>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QProxyStyle>
+#include <QTimer>
+
+namespace orvane {
+
+namespace {
+
+/// Widest title in average characters of the menu's font.
+constexpr int WidestTitle = 60;
+/// Letters typed within this time belong together.
+constexpr qint64 TypingPauseInMilliseconds = 1000;
+
+/// A long menu scrolls on every style; some would lay it out in columns that leave the screen.
+class ScrollingStyle final : public QProxyStyle {
+public:
+    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget, QStyleHintReturn *data) const override {
+        return hint == SH_Menu_Scrollable ? 1 : QProxyStyle::styleHint(hint, option, widget, data);
+    }
+};
+
+QString plainTitle(const QAction &action) {
+    return action.data().toString();
+}
+
+} // namespace
+
+/// The menu with its search by typed letters.
+class QtMenuView::View final : public QMenu {
+public:
+    View() {
+        setToolTipsVisible(true);
+        _style.setParent(this);
+        setStyle(&_style);
+    }
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override {
+        const QString text = event->text();
+        const bool isLetter = !text.isEmpty() && text.at(0).isPrint() && !(event->modifiers() & (Qt::ControlModifier | Qt::MetaModifier));
+        const bool continues = _sinceKey.isValid() && _sinceKey.elapsed() < TypingPauseInMilliseconds && !_typed.isEmpty();
+        if (!isLetter || (text == QLatin1String(" ") && !continues)) {
+            QMenu::keyPressEvent(event);
+            return;
+        }
+        _typed = continues ? _typed + text : text;
+        _sinceKey.start();
+        _goToTyped();
+        event->accept();
+    }
+    void hideEvent(QHideEvent *event) override {
+        _typed.clear();
+        QMenu::hideEvent(event);
+    }
+
+private:
+    void _goToTyped() {
+        const QList<QAction *> items = actions();
+        const bool sameLetter = _typed.count(_typed.at(0), Qt::CaseInsensitive) == _typed.size();
+        const QString wanted = sameLetter ? _typed.left(1) : _typed;
+        const qsizetype present = items.indexOf(activeAction());
+        const qsizetype first = sameLetter ? present + 1 : std::max<qsizetype>(present, 0);
+        for (qsizetype i = 0; i < items.size(); ++i) {
+            QAction *const item = items.at((first + i) % items.size());
+            if (!item->isSeparator() && item->isEnabled() && plainTitle(*item).startsWith(wanted, Qt::CaseInsensitive)) {
+                setActiveAction(item);
+                return;
+            }
+        }
+    }
+
+    ScrollingStyle _style;
+    QString _typed;
+    QElapsedTimer _sinceKey;
+};
+
+QtMenuView::QtMenuView(Menu &menu) : _menu(menu), _view(std::make_unique<View>()) {
+    _menu.addObserver(*this);
+    QObject::connect(_view.get(), &QMenu::aboutToShow, _view.get(), [this] { _rebuild(); });
+    _rebuild();
+}
+
+QtMenuView::~QtMenuView() {
+    _menu.removeObserver(*this);
+}
+
+QMenu &QtMenuView::menu() {
+    return *_view;
+}
+
+void QtMenuView::menuDidChange() {
+    // Many changes come at once: they are shown together.
+    if (!_isStale) {
+        _isStale = true;
+        QTimer::singleShot(0, _view.get(), [this] { _rebuildIfStale(); });
+    }
+}
+
+void QtMenuView::_rebuildIfStale() {
+    if (_isStale) {
+        _rebuild();
+    }
+}
+
+void QtMenuView::_rebuild() {
+    _isStale = false;
+    _view->clear();
+    QList<QAction *> actions;
+    actions.reserve(static_cast<qsizetype>(_menu.numberOfItems()));
+    for (std::size_t i = 0; i < _menu.numberOfItems(); ++i) {
+        const MenuItem &item = _menu.itemAtIndex(i);
+        QAction *const action = _actionFor(item);
+        actions.append(action);
+        QObject::connect(action, &QAction::triggered, _view.get(), [this, item] {
+            _chosen = item;
+            if (_performsChosen) {
+                QTimer::singleShot(0, _view.get(), [this] { performChosen(); });
+            }
+        });
+    }
+    _view->addActions(actions);
+}
+
+QAction *QtMenuView::_actionFor(const MenuItem &item) const {
+    auto *const action = new QAction(_view.get());
+    if (item.isSeparator) {
+        action->setSeparator(true);
+        return action;
+    }
+    const QFontMetrics metrics = _view->fontMetrics();
+    const QString title = QtSingleLine(QtTextOf(item.title));
+    const QString shown = metrics.elidedText(title, Qt::ElideMiddle, WidestTitle * metrics.averageCharWidth());
+    QString text = QtIsolated(shown);
+    text.replace(QLatin1Char('&'), QLatin1String("&&"));
+    action->setText(text);
+    action->setData(title);
+    action->setMenuRole(QAction::NoRole);
+    action->setIconVisibleInMenu(false);
+    // Qt takes what looks like rich text in a tool tip for rich text.
+    action->setToolTip(shown == title ? QStringLiteral("\u200b") : QStringLiteral("<p>%1</p>").arg(title.toHtmlEscaped()));
+    action->setEnabled(item.isEnabled());
+    return action;
+}
+
+bool QtMenuView::_stillHolds(const MenuItem &item) const {
+    for (std::size_t i = 0; i < _menu.numberOfItems(); ++i) {
+        const MenuItem &present = _menu.itemAtIndex(i);
+        if (present.title == item.title && present.tag == item.tag && present.representedObject == item.representedObject) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void QtMenuView::performChosen() {
+    if (!_chosen) {
+        return;
+    }
+    const MenuItem item = std::move(*_chosen);
+    _chosen.reset();
+    if (_stillHolds(item) && item.isEnabled() && item.action) {
+        item.action(item);
+    }
+}
+
+} // namespace orvane

@@ -1,0 +1,103 @@
+#include "platform/qt/QtOpenPanel.h"
+
+#include "platform/qt/QtText.h"
+
+#include <utility>
+
+#include <QDir>
+#include <QFile>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QWindow>
+
+namespace orvane {
+
+namespace {
+
+/// Longest path that the system takes (PATH_MAX of Linux).
+constexpr qint64 LongestPath = 4096;
+
+QString nearestFolder(const QString &path) {
+    QString folder = path;
+    while (!folder.isEmpty() && !QFileInfo(folder).isDir()) {
+        const QString above = QFileInfo(folder).path();
+        if (above == folder || !QDir::isAbsolutePath(above)) {
+            return {};
+        }
+        folder = above;
+    }
+    return folder;
+}
+
+void prepare(QFileDialog &panel, const OpenPanelSettings &settings) {
+    panel.setObjectName(QStringLiteral("openPanel"));
+    panel.setAcceptMode(QFileDialog::AcceptOpen);
+    const bool directoriesOnly = settings.canChooseDirectories && !settings.canChooseFiles;
+    panel.setFileMode(directoriesOnly ? QFileDialog::Directory : QFileDialog::ExistingFile);
+    panel.setOption(QFileDialog::ShowDirsOnly, directoriesOnly);
+    panel.setOption(QFileDialog::ReadOnly, !settings.canCreateDirectories); // no new folders, and no renaming either
+    panel.setWindowTitle(QtTextOf(settings.title));
+    panel.setLabelText(QFileDialog::Accept, QtTextOf(settings.prompt));
+}
+
+} // namespace
+
+QtOpenPanel::QtOpenPanel(QtApplication &application, std::string memoryFile)
+    : _application(application), _memoryFile(std::move(memoryFile)) {}
+
+std::optional<std::vector<std::string>> QtOpenPanel::runModal(const OpenPanelSettings &settings) {
+    if (_isUp || _application.isQuitting()) {
+        _application.activateIgnoringOtherApps(true);
+        return {};
+    }
+    QFileDialog panel;
+    panel.setOption(QFileDialog::DontUseNativeDialog, !_usesDesktopsPanel);
+    prepare(panel, settings);
+    const QString last = _lastFolder();
+    panel.setDirectory(last.isEmpty() ? QDir::homePath() : last);
+    panel.setModal(true);
+    _isUp = true;
+    _application.bringToFront(panel);
+    const int result = panel.exec();
+    _isUp = false;
+    const QStringList chosen = panel.selectedFiles();
+    if (result != QDialog::Accepted || chosen.isEmpty()) {
+        return {};
+    }
+    _remember(settings.canChooseDirectories ? chosen.front() : QFileInfo(chosen.front()).path());
+    std::vector<std::string> paths;
+    for (const QString &path : chosen) {
+        paths.push_back(QtUtf8Of(path));
+    }
+    return paths;
+}
+
+QString QtOpenPanel::_lastFolder() const {
+    if (!_folder.isEmpty() || _memoryFile.empty()) {
+        return nearestFolder(_folder);
+    }
+    QFile file(QtTextOf(_memoryFile));
+    if (!file.open(QIODevice::ReadOnly)) {
+        return {};
+    }
+    const QString path = QString::fromUtf8(file.read(LongestPath));
+    return QDir::isAbsolutePath(path) ? nearestFolder(path) : QString();
+}
+
+void QtOpenPanel::_remember(const QString &folder) {
+    _folder = folder;
+    if (_memoryFile.empty()) {
+        return;
+    }
+    const QString path = QtTextOf(_memoryFile);
+    // A memory that cannot be kept costs the user some clicks after a restart, no more: no message.
+    QDir().mkpath(QFileInfo(path).path());
+    QSaveFile file(path);
+    if (file.open(QIODevice::WriteOnly)) {
+        file.write(folder.toUtf8());
+        file.commit();
+    }
+}
+
+} // namespace orvane

@@ -1,0 +1,55 @@
+#include "platform/qtdbus/DetachedProgram.h"
+
+#include <QProcess>
+#include <QProcessEnvironment>
+
+#include <linux/close_range.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <csignal>
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QProcessEnvironment environmentForOthers() {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    const QStringList names = environment.keys();
+    for (const QString &name : names) {
+        const bool isOurs = name == "XDG_ACTIVATION_TOKEN"_L1 || name == "DESKTOP_STARTUP_ID"_L1 || name.startsWith("DBUS_STARTER_"_L1) ||
+                            name == "QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT"_L1 || name.startsWith("ORVANE_"_L1);
+        if (isOurs)
+            environment.remove(name);
+    }
+    return environment;
+}
+
+/// Runs in the child before the program does: only system calls here.
+void prepareChild() {
+    // Marked, not closed: Qt still tells the parent through one of them whether the program could be started.
+    syscall(SYS_close_range, 3U, ~0U, CLOSE_RANGE_CLOEXEC);
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+    for (const int number : {SIGPIPE, SIGTERM, SIGINT, SIGHUP, SIGCHLD})
+        signal(number, SIG_DFL);
+}
+
+} // namespace
+
+bool startDetached(const QString &program, const QStringList &arguments) {
+    QProcess process;
+    process.setProgram(program);
+    process.setArguments(arguments);
+    process.setProcessEnvironment(environmentForOthers());
+    process.setStandardInputFile(QProcess::nullDevice());
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(QProcess::nullDevice());
+    process.setChildProcessModifier(prepareChild);
+    return process.startDetached();
+}
+
+} // namespace orvane

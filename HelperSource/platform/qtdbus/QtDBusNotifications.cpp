@@ -1,0 +1,64 @@
+#include "platform/qtdbus/QtDBusNotifications.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString path = u"/org/orvane/DistributedNotifications"_s;
+const QString interface = u"org.orvane.DistributedNotifications"_s;
+constexpr int limitOfExchange = 500; // ms; dbus-daemon itself answers in a fraction of one
+
+/// Member names as the D-Bus protocol has them (version 0.41, "Valid Names").
+bool isMemberName(std::string_view name) {
+    const auto isLetter = [](char byte) { return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || byte == '_'; };
+    const auto isAllowed = [&](char byte) { return isLetter(byte) || (byte >= '0' && byte <= '9'); };
+    return !name.empty() && name.size() <= 255 && isLetter(name.front()) && std::all_of(name.begin(), name.end(), isAllowed);
+}
+
+} // namespace
+
+QtDBusNotifications::QtDBusNotifications(QtDBusSession &session) : _session(session) {
+    connect(&_session, &QtDBusSession::connected, this, [this] {
+        _isSubscribed = false;
+        if (_gate.hasObservers())
+            _subscribe();
+    });
+}
+
+void QtDBusNotifications::addObserver(const void *observer, std::string_view name, Suspension behavior, Handler handler) {
+    _gate.addObserver(observer, name, behavior, std::move(handler));
+    if (!_isSubscribed && _session.isConnected())
+        _subscribe();
+}
+
+void QtDBusNotifications::removeObserver(const void *observer, std::string_view name) {
+    _gate.removeObserver(observer, name);
+}
+
+bool QtDBusNotifications::post(std::string_view name) {
+    if (!isMemberName(name) || !_session.isConnected())
+        return false;
+    const QString member = QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
+    return _session.connection().send(QDBusMessage::createSignal(path, interface, member));
+}
+
+/// One subscription for all names. QtDBus asks the bus for it without waiting; the bus handles what we ask in order, so that the
+/// answer to a question means that the subscription stands.
+void QtDBusNotifications::_subscribe() {
+    QDBusConnection connection = _session.connection();
+    _isSubscribed = connection.connect({}, path, interface, {}, this, SLOT(_arrive(QDBusMessage)));
+    connection.call(
+        QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"GetId"_s),
+        QDBus::Block, limitOfExchange);
+}
+
+void QtDBusNotifications::_arrive(const QDBusMessage &signal) {
+    _gate.arrive(signal.member().toStdString());
+}
+
+} // namespace orvane

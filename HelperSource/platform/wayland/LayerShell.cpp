@@ -1,0 +1,170 @@
+#include "platform/wayland/LayerShell.h"
+
+#include "platform/wayland/WlrLayerShellProtocol.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <QWidget>
+#include <QWindow>
+#include <qpa/qplatformnativeinterface.h>
+#include <wayland-client.h>
+
+namespace orvane {
+
+namespace {
+
+/// The compositor answers a commit with the surface's size within this many exchanges, or it will not.
+constexpr int MostExchanges = 20;
+
+/// Makes answers to requests sent through it arrive in a queue of our own. Qt's own queue is left alone.
+class QueuedProxy {
+public:
+    QueuedProxy(void *proxy, wl_event_queue *queue) : _wrapper(wl_proxy_create_wrapper(proxy)) {
+        wl_proxy_set_queue(static_cast<wl_proxy *>(_wrapper), queue);
+    }
+    QueuedProxy(const QueuedProxy &) = delete;
+    QueuedProxy &operator=(const QueuedProxy &) = delete;
+    ~QueuedProxy() { wl_proxy_wrapper_destroy(_wrapper); }
+    [[nodiscard]] void *get() const { return _wrapper; }
+
+private:
+    void *_wrapper;
+};
+
+QPlatformNativeInterface &native() {
+    return *QGuiApplication::platformNativeInterface();
+}
+
+template <typename... Arguments> void request(wl_proxy *proxy, std::uint32_t opcode, Arguments... arguments) {
+    wl_proxy_marshal_flags(proxy, opcode, nullptr, wl_proxy_get_version(proxy), 0, arguments...);
+}
+
+void destroy(wl_proxy *proxy, std::uint32_t opcode) {
+    wl_proxy_marshal_flags(proxy, opcode, nullptr, wl_proxy_get_version(proxy), WL_MARSHAL_FLAG_DESTROY);
+}
+
+/// libwayland takes a listener as an array of functions.
+int addListener(wl_proxy *proxy, const layershell::SurfaceListener &listener, void *data) {
+    auto *const functions = reinterpret_cast<void (**)()>(const_cast<layershell::SurfaceListener *>(&listener));
+    return wl_proxy_add_listener(proxy, functions, data);
+}
+
+} // namespace
+
+LayerSurface::~LayerSurface() {
+    if (_surface != nullptr) {
+        destroy(_surface, layershell::DestroySurface);
+    }
+}
+
+void LayerSurface::_configure(void *data, wl_proxy *surface, std::uint32_t serial, std::uint32_t width, std::uint32_t height) {
+    auto *const self = static_cast<LayerSurface *>(data);
+    request(surface, layershell::AckConfigure, serial);
+    self->_isConfigured = true;
+    if (width > 0 && height > 0) {
+        self->_window.setGeometry(0, 0, static_cast<int>(width), static_cast<int>(height));
+    }
+}
+
+void LayerSurface::_close(void *data, wl_proxy * /*surface*/) {
+    auto *const self = static_cast<LayerSurface *>(data);
+    const std::function<void()> closed = self->closed;
+    if (closed) {
+        closed();
+    }
+}
+
+void LayerShell::prepareEnvironment() {
+    qputenv(environmentVariable(), "1");
+}
+
+const char *LayerShell::environmentVariable() {
+    return "QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT";
+}
+
+std::unique_ptr<LayerShell> LayerShell::connect() {
+    if (!QGuiApplication::platformName().startsWith(QLatin1String("wayland")) || !qEnvironmentVariableIsSet(environmentVariable())) {
+        return nullptr;
+    }
+    auto *const display = static_cast<wl_display *>(native().nativeResourceForIntegration("wl_display"));
+    std::unique_ptr<LayerShell> shell(new LayerShell);
+    return display != nullptr && shell->_bind(display) ? std::move(shell) : nullptr;
+}
+
+LayerShell::~LayerShell() {
+    if (_shell != nullptr) {
+        if (wl_proxy_get_version(_shell) >= layershell::ShellDestroyedSince) {
+            destroy(_shell, layershell::DestroyShell);
+        } else {
+            wl_proxy_destroy(_shell);
+        }
+    }
+    if (_queue != nullptr) {
+        wl_event_queue_destroy(_queue);
+    }
+}
+
+bool LayerShell::_bind(wl_display *display) {
+    _display = display;
+    _queue = wl_display_create_queue(display);
+    const QueuedProxy queued(display, _queue);
+    wl_registry *const registry = wl_display_get_registry(static_cast<wl_display *>(queued.get()));
+    static const wl_registry_listener listener{_global, _globalRemove};
+    wl_registry_add_listener(registry, &listener, this);
+    wl_display_roundtrip_queue(display, _queue);
+    wl_registry_destroy(registry);
+    return _shell != nullptr;
+}
+
+void LayerShell::_global(void *data, wl_registry *registry, std::uint32_t name, const char *interface, std::uint32_t version) {
+    auto *const self = static_cast<LayerShell *>(data);
+    if (self->_shell == nullptr && std::strcmp(interface, layershell::ShellName) == 0) {
+        const std::uint32_t understood = std::min(version, layershell::NewestVersion);
+        self->_shell = static_cast<wl_proxy *>(wl_registry_bind(registry, name, &layershell::Shell, understood));
+    }
+}
+
+void LayerShell::_globalRemove(void * /*data*/, wl_registry * /*registry*/, std::uint32_t /*name*/) {}
+
+std::unique_ptr<LayerSurface> LayerShell::cover(QWidget &window, QScreen &screen) {
+    window.setScreen(&screen);
+    window.winId(); // makes its surface
+    QWindow *const handle = window.windowHandle();
+    handle->setScreen(&screen);
+    auto *const surface = static_cast<wl_surface *>(native().nativeResourceForWindow("surface", handle));
+    void *const output = native().nativeResourceForScreen("output", &screen);
+    if (surface == nullptr) {
+        return nullptr;
+    }
+    std::unique_ptr<LayerSurface> layer(new LayerSurface(window));
+    const QueuedProxy queued(_shell, _queue);
+    auto *const shell = static_cast<wl_proxy *>(queued.get());
+    layer->_surface = wl_proxy_marshal_flags(shell, layershell::GetLayerSurface, &layershell::Surface, wl_proxy_get_version(shell), 0,
+                                             nullptr, surface, output, layershell::LayerOverlay, "orvane-menu");
+    static const layershell::SurfaceListener listener{LayerSurface::_configure, LayerSurface::_close};
+    if (layer->_surface == nullptr || addListener(layer->_surface, listener, layer.get()) != 0) {
+        return nullptr;
+    }
+    request(layer->_surface, layershell::SetSize, 0U, 0U);
+    request(layer->_surface, layershell::SetAnchor, layershell::AnchorAllEdges);
+    request(layer->_surface, layershell::SetExclusiveZone, layershell::ZoneOfItsOwn);
+    request(layer->_surface, layershell::SetKeyboardInteractivity, layershell::KeyboardExclusive);
+    wl_surface_commit(surface);
+    for (int i = 0; i < MostExchanges && !layer->_isConfigured; ++i) {
+        if (wl_display_roundtrip_queue(_display, _queue) < 0) {
+            return nullptr;
+        }
+    }
+    // From here on Qt's own handling of events serves it.
+    wl_proxy_set_queue(layer->_surface, nullptr);
+    return layer->_isConfigured ? std::move(layer) : nullptr;
+}
+
+void LayerShell::finishRequests() {
+    wl_display_roundtrip_queue(_display, _queue);
+}
+
+} // namespace orvane

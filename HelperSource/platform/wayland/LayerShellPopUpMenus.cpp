@@ -1,0 +1,187 @@
+#include "platform/wayland/LayerShellPopUpMenus.h"
+
+#include "platform/wayland/MenuPanel.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <QCoreApplication>
+#include <QEnterEvent>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QWindow>
+
+namespace orvane {
+
+namespace {
+
+/// Time in which the compositor says where the pointer is: five times what sway and KWin took on a slow machine.
+constexpr int PatienceInMilliseconds = 350;
+/// Distance that the menu keeps from the screen's edges.
+constexpr int EdgeGap = 4;
+/// Of the soft shadow around the menu, in pixels.
+constexpr int ShadowWidth = 8;
+constexpr int ShadowStrength = 7;
+
+} // namespace
+
+/// One output's cover, with the menu once the pointer is known to be here.
+class LayerShellPopUpMenus::Overlay final : public QWidget {
+public:
+    explicit Overlay(LayerShellPopUpMenus &owner) : QWidget(nullptr, Qt::FramelessWindowHint | Qt::BypassWindowManagerHint), _owner(owner) {
+        setAttribute(Qt::WA_TranslucentBackground);
+        setMouseTracking(true);
+        setFocusPolicy(Qt::StrongFocus);
+        setWindowTitle(QCoreApplication::translate("Orvane", "Orvane presets"));
+    }
+
+    [[nodiscard]] bool cover(LayerShell &shell, QScreen &screen) {
+        _place = screen.geometry().topLeft();
+        _surface = shell.cover(*this, screen);
+        if (_surface != nullptr) {
+            _surface->closed = [this] { _owner._lost(*this); };
+        }
+        return _surface != nullptr;
+    }
+    [[nodiscard]] QPoint onDesktop(const QPoint &point) const { return _place + point; }
+
+    void showMenu(Menu &menu, std::optional<QPoint> pointer, const QPoint &offset) {
+        _panel = std::make_unique<MenuPanel>(menu, MenuPanel::Search::Letters, this);
+        _panel->chosen = [this](const MenuItem &item) { _owner._end(item); };
+        _panel->cancelled = [this] { _owner._end(std::nullopt); };
+        _panel->contentChanged = [this, pointer, offset] { _placePanel(pointer, offset); };
+        _placePanel(pointer, offset);
+        _panel->show();
+        _panel->takeFocus();
+    }
+
+protected:
+    void enterEvent(QEnterEvent *event) override { _pointerAt(event->position().toPoint()); }
+    void mouseMoveEvent(QMouseEvent *event) override { _pointerAt(event->position().toPoint()); }
+    void mousePressEvent(QMouseEvent *event) override {
+        // What the menu does not take arrives here too.
+        if (_panel == nullptr || !_panel->geometry().contains(event->position().toPoint())) {
+            _owner._end(std::nullopt);
+        }
+    }
+    void keyPressEvent(QKeyEvent *event) override {
+        if (event->key() == Qt::Key_Escape) {
+            _owner._end(std::nullopt);
+        }
+    }
+    void closeEvent(QCloseEvent *event) override {
+        _owner._end(std::nullopt);
+        QWidget::closeEvent(event);
+    }
+    void paintEvent(QPaintEvent * /*event*/) override {
+        if (_panel == nullptr) {
+            return;
+        }
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(QColor(0, 0, 0, ShadowStrength));
+        for (int i = ShadowWidth; i > 0; --i) {
+            painter.drawRoundedRect(_panel->geometry().adjusted(-i, -i + 2, i, i + 2), i, i);
+        }
+    }
+
+private:
+    void _pointerAt(const QPoint &point) {
+        _owner._notePointer(onDesktop(point));
+        if (_owner._shown == nullptr) {
+            _owner._show(*this, point);
+        }
+    }
+    void _placePanel(std::optional<QPoint> pointer, const QPoint &offset) {
+        const QRect room = rect().adjusted(EdgeGap, EdgeGap, -EdgeGap, -EdgeGap);
+        const QSize size = _panel->fittingSize(room.size());
+        QPoint corner = room.center() - QPoint(size.width() / 2, size.height() / 2);
+        if (pointer) {
+            corner = *pointer + offset;
+            // Where there is room only above the pointer, the menu opens upwards.
+            const int upwards = pointer->y() - offset.y() - size.height();
+            if (corner.y() + size.height() > room.bottom() + 1 && upwards >= room.top()) {
+                corner.setY(upwards);
+            }
+        }
+        corner.setX(std::max(room.left(), std::min(corner.x(), room.right() + 1 - size.width())));
+        corner.setY(std::max(room.top(), std::min(corner.y(), room.bottom() + 1 - size.height())));
+        _panel->setGeometry(QRect(corner, size));
+        update();
+    }
+
+    LayerShellPopUpMenus &_owner;
+    QPoint _place; ///< of the output's corner on the desktop
+    std::unique_ptr<LayerSurface> _surface;
+    std::unique_ptr<MenuPanel> _panel;
+};
+
+LayerShellPopUpMenus::LayerShellPopUpMenus(std::unique_ptr<LayerShell> shell, QtApplication &application,
+                                           std::function<void()> beforeShowing)
+    : WaylandPopUpMenus(application, std::move(beforeShowing)), _shell(std::move(shell)) {
+    _patience.setSingleShot(true);
+    QObject::connect(&_patience, &QTimer::timeout, &_patience, [this] { _showWithoutPointer(); });
+}
+
+LayerShellPopUpMenus::~LayerShellPopUpMenus() = default;
+
+void LayerShellPopUpMenus::_open(Menu &menu, const QPoint &offset) {
+    _menu = &menu;
+    _offset = offset;
+    _shown = nullptr;
+    for (QScreen *const screen : QGuiApplication::screens()) {
+        _cover(*screen);
+    }
+    if (_overlays.empty()) {
+        _chooser = std::make_unique<MenuChooser>(menu, [this](std::optional<MenuItem> chosen) { _end(std::move(chosen)); });
+        return;
+    }
+    _patience.start(PatienceInMilliseconds);
+}
+
+void LayerShellPopUpMenus::_cover(QScreen &screen) {
+    auto overlay = std::make_unique<Overlay>(*this);
+    if (overlay->cover(*_shell, screen)) {
+        overlay->show();
+        _overlays.push_back(std::move(overlay));
+    }
+}
+
+void LayerShellPopUpMenus::_show(Overlay &overlay, std::optional<QPoint> pointer) {
+    _shown = &overlay;
+    _patience.stop();
+    overlay.showMenu(*_menu, pointer, _offset);
+    // Not from inside an event that may be on its way to one of them.
+    QTimer::singleShot(0, &overlay, [this, &overlay] {
+        std::erase_if(_overlays, [&overlay](const std::unique_ptr<Overlay> &other) { return other.get() != &overlay; });
+    });
+}
+
+void LayerShellPopUpMenus::_showWithoutPointer() {
+    if (_shown != nullptr || _overlays.empty()) {
+        return;
+    }
+    const auto active = std::find_if(_overlays.begin(), _overlays.end(), [](const auto &overlay) { return overlay->isActiveWindow(); });
+    _show(active == _overlays.end() ? *_overlays.front() : **active, std::nullopt);
+}
+
+void LayerShellPopUpMenus::_lost(const Overlay &overlay) {
+    // The overlay itself goes when the menu is closed: it is in the middle of an event.
+    const bool isOnly = std::all_of(_overlays.begin(), _overlays.end(), [&overlay](const auto &other) { return other.get() == &overlay; });
+    if (_shown == nullptr ? isOnly : _shown == &overlay) {
+        _end(std::nullopt);
+    }
+}
+
+void LayerShellPopUpMenus::_close() {
+    _patience.stop();
+    _chooser.reset();
+    _overlays.clear();
+    _menu = nullptr;
+    _shell->finishRequests();
+}
+
+} // namespace orvane
