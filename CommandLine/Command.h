@@ -63,9 +63,11 @@ ExitStatus runImportCommand(CommandContext &context, const CommandArguments &arg
 ExitStatus runExportCommand(CommandContext &context, const CommandArguments &arguments);
 ExitStatus runAddCommand(CommandContext &context, const CommandArguments &arguments);
 ExitStatus runCheckCommand(CommandContext &context, const CommandArguments &arguments);
+ExitStatus runMenuCommand(CommandContext &context, const CommandArguments &arguments);
 ExitStatus runNotifyCommand(CommandContext &context, const CommandArguments &arguments);
 [[nodiscard]] std::span<const OptionRule> createCommandOptions();
 [[nodiscard]] std::span<const OptionRule> importCommandOptions();
+[[nodiscard]] std::span<const OptionRule> menuCommandOptions();
 extern const char ListCommandHelp[];
 extern const char ShowCommandHelp[];
 extern const char CreateCommandHelp[];
@@ -73,6 +75,7 @@ extern const char ImportCommandHelp[];
 extern const char ExportCommandHelp[];
 extern const char AddCommandHelp[];
 extern const char CheckCommandHelp[];
+extern const char MenuCommandHelp[];
 extern const char NotifyCommandHelp[];
 
 // Shared by the commands; defined in CommandSupport.cpp.

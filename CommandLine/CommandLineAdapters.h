@@ -69,10 +69,11 @@ private:
     std::function<bool()> _gate;
 };
 
-/// Counts nodes; other threads may look.
+/// Counts nodes, of any thread; others may look.
 class NodeCounter final : public CreationProgress {
 public:
     void advanced(std::size_t nodes) override { _nodes.fetch_add(nodes, std::memory_order_relaxed); }
+    void startedOver() override { _nodes.store(0, std::memory_order_relaxed); }
     [[nodiscard]] std::size_t nodes() const { return _nodes.load(std::memory_order_relaxed); }
 
 private:

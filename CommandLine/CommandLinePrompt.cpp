@@ -51,9 +51,24 @@ std::string questionFor(std::span<const PromptValueRow> rows, std::size_t positi
 
 } // namespace
 
-bool CommandLinePrompt::runModally(std::string_view directoryName, std::span<PromptValueRow> rows) {
-    _outcome = _fill(directoryName, rows);
-    return _outcome == Outcome::Answered;
+bool CommandLinePrompt::loadNibNamedOwner(std::string_view /*name*/, PromptOwner &owner) {
+    _owner = &owner;
+    owner.awakeFromNib(*this, *this);
+    return true;
+}
+
+long CommandLinePrompt::runModalSession() {
+    _outcome = _fill(_owner->promptDirectoryName(), _owner->promptRows());
+    if (_outcome == Outcome::Answered) {
+        _owner->finishPrompt();
+    } else {
+        _owner->abortPrompt();
+    }
+    return RunStoppedResponse;
+}
+
+int CommandLinePrompt::numberOfRows() {
+    return static_cast<int>(_owner->promptRows().size());
 }
 
 std::string CommandLinePrompt::problemWithoutVariables() const {

@@ -2,16 +2,18 @@
 
 #include "Terminal.h"
 
-#include "ports/VariablePrompt.h"
+#include "ports/PromptInterface.h"
 
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace orvane {
 
-/// Answers for variables from the command line, the rest from a terminal or their defaults.
-class CommandLinePrompt final : public VariablePrompt {
+/// Answers for variables from the command line, the rest from a terminal or their defaults. Its window is the terminal,
+/// its modal session the asking; there is no table to look at.
+class CommandLinePrompt final : public PromptInterface, private PromptWindow, private TableView {
 public:
     /// How the asking came out.
     enum class Outcome {
@@ -26,7 +28,7 @@ public:
     CommandLinePrompt(std::span<const std::string> assignments, bool noInput, Terminal &terminal)
         : _assignments(assignments), _noInput(noInput), _terminal(terminal) {}
 
-    [[nodiscard]] bool runModally(std::string_view directoryName, std::span<PromptValueRow> rows) override;
+    [[nodiscard]] bool loadNibNamedOwner(std::string_view name, PromptOwner &owner) override;
 
     [[nodiscard]] Outcome outcome() const { return _outcome; }
     [[nodiscard]] const std::string &problem() const { return _problem; }
@@ -34,12 +36,37 @@ public:
     [[nodiscard]] std::string problemWithoutVariables() const;
 
 private:
+    // The window: nothing to see, and one session that asks everything.
+    void makeKeyAndOrderFront() override {}
+    void orderOut() override {}
+    [[nodiscard]] std::string stringWithSavedFrame() override { return {}; }
+    void setFrameFromString(std::string_view /*frame*/) override {}
+    void disableScreenUpdates() override {}
+    void enableScreenUpdates() override {}
+    void beginModalSession() override {}
+    [[nodiscard]] long runModalSession() override;
+    void endModalSession() override {}
+    void stopModal() override {}
+    void endEditing() override {}
+
+    // The table, in which nothing is ever selected or edited.
+    [[nodiscard]] int numberOfRows() override;
+    [[nodiscard]] int selectedRow() override { return -1; }
+    [[nodiscard]] int editedRow() override { return -1; }
+    [[nodiscard]] int editedColumn() override { return -1; }
+    [[nodiscard]] int columnWithIdentifier(std::string_view /*identifier*/) override { return -1; }
+    void selectRowByExtendingSelection(int /*row*/, bool /*extends*/) override {}
+    void editColumnRowSelect(int /*column*/, int /*row*/, bool /*selects*/) override {}
+    void superTextDidEndEditing(TextMovement /*movement*/) override {}
+    void superKeyDown(int /*keyCode*/) override {}
+
     [[nodiscard]] Outcome _fill(std::string_view directoryName, std::span<PromptValueRow> rows);
     [[nodiscard]] Outcome _ask(std::string_view directoryName, std::span<PromptValueRow> rows, const std::vector<std::size_t> &missing);
 
     std::span<const std::string> _assignments;
     bool _noInput;
     Terminal &_terminal;
+    PromptOwner *_owner = nullptr;
     Outcome _outcome = Outcome::NotAsked;
     std::string _problem;
 };

@@ -7,6 +7,7 @@
 #include "DryRunFileSystem.h"
 #include "Interruption.h"
 #include "ObservedFileSystem.h"
+#include "ParentFolder.h"
 #include "PresetEngine.h"
 #include "PresetStorage.h"
 #include "ProgressBar.h"
@@ -15,10 +16,6 @@
 #include "presets/ORVPresetManager.h"
 #include "presets/ORVPropertyListReading.h"
 
-#include <cerrno>
-#include <cstdlib>
-#include <cstring>
-#include <sys/stat.h>
 #include <unistd.h>
 
 // `orvane create`: the same road as in the helper, from the preset to the open folder, over adapters that answer from the
@@ -29,46 +26,6 @@ namespace orvane {
 namespace {
 
 constexpr const char *Name = "create";
-
-struct FreeDeleter {
-    void operator()(char *memory) const { std::free(memory); }
-};
-using OwnedText = std::unique_ptr<char, FreeDeleter>;
-
-/// Whether the path has a component "." or "..", which would otherwise stand in every path that people and scripts see.
-bool hasDotComponents(std::string_view path) {
-    return (std::string(path) + "/").find("/./") != std::string::npos || (std::string(path) + "/").find("/../") != std::string::npos;
-}
-
-/// Absolute path of the folder in which the new one is made, or what is wrong with it in `problem`.
-std::string parentFolder(const std::optional<std::string> &in, std::string &problem) {
-    if (!in) {
-        const OwnedText current(::getcwd(nullptr, 0));
-        if (!current || *current != '/') { // Linux: "(unreachable)" stands before a folder outside of the root
-            problem = std::string("the current folder cannot be used: ") + std::strerror(current ? ENOENT : errno);
-            return {};
-        }
-        return current.get();
-    }
-    struct stat status {};
-    if (::stat(in->c_str(), &status) != 0) {
-        problem = "'" + *in + "' cannot be used: " + std::strerror(errno);
-        return {};
-    }
-    if (!S_ISDIR(status.st_mode)) {
-        problem = "'" + *in + "' is not a folder";
-        return {};
-    }
-    if (in->front() == '/' && !hasDotComponents(*in)) {
-        return *in;
-    }
-    const OwnedText whole(::realpath(in->c_str(), nullptr));
-    if (!whole) {
-        problem = "'" + *in + "' cannot be used: " + std::strerror(errno);
-        return {};
-    }
-    return whole.get();
-}
 
 /// One run of the command.
 class Creation {
@@ -108,16 +65,16 @@ private:
             return _refuseUsage(choice.problem);
         }
         const PropertyListValue &preset = presets->root().array()[*choice.index];
-        const TemplateSurvey survey = surveyTemplates(preset);
-        if (!survey.endless.empty()) {
-            return _refuse("Preset refused", survey.endless);
+        const ORVPresetSurvey survey(preset);
+        if (problem = endlessTemplate(survey); !problem.empty()) {
+            return _refuse("Preset refused", problem);
         }
-        if (problem = _problemOfAssignments(*manager, preset); !problem.empty()) {
+        if (problem = _problemOfAssignments(survey); !problem.empty()) {
             return _refuseUsage(problem);
         }
-        _progress.emplace(_nodes, survey.nodes);
+        _progress.emplace(_nodes, survey.tree.nodes() + 1);
         manager->setBasePath(parent);
-        _create(*manager, preset);
+        _create(*manager, preset, survey);
     }
 
     [[nodiscard]] std::unique_ptr<ORVPresetManager> _makeManager() {
@@ -131,16 +88,16 @@ private:
     }
 
     /// Names that a preset without any variable cannot have; the prompt, which would tell, is not run for one.
-    [[nodiscard]] std::string _problemOfAssignments(const ORVPresetManager &manager, const PropertyListValue &preset) const {
-        if (_options.assignments.empty() || _options.noInput || !manager.variableNamesOfPreset(preset).empty()) {
+    [[nodiscard]] std::string _problemOfAssignments(const ORVPresetSurvey &survey) const {
+        if (_options.assignments.empty() || _options.noInput || !survey.variableNames.empty()) {
             return {};
         }
         return _prompt.problemWithoutVariables();
     }
 
-    void _create(ORVPresetManager &manager, const PropertyListValue &preset) {
+    void _create(ORVPresetManager &manager, const PropertyListValue &preset, const ORVPresetSurvey &survey) {
         Interruption interruption;
-        manager.createFileHierarchyFromPreset(preset);
+        manager.createFileHierarchyFromSurveyedPreset(preset, survey);
         _progress->end();
         interruption.end();
         _report.variables = manager.promptValues();

@@ -2,7 +2,7 @@
 
 #include "Command.h"
 
-#include "ports/VariablePrompt.h"
+#include "ports/PromptValueRow.h"
 
 #include <optional>
 #include <span>

@@ -5,7 +5,7 @@
 #include "PresetTree.h"
 #include "Terminal.h"
 
-#include "ports/VariablePrompt.h"
+#include "ports/PromptValueRow.h"
 
 #include <cstddef>
 #include <optional>

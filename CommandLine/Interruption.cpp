@@ -1,5 +1,6 @@
 #include "Interruption.h"
 
+#include <atomic>
 #include <cerrno>
 #include <poll.h>
 
@@ -7,7 +8,9 @@ namespace orvane {
 
 namespace {
 
-volatile std::sig_atomic_t arrivedSignal = 0;
+/// Set by the handler, asked by every thread that makes something.
+std::atomic<int> arrivedSignal = 0;
+static_assert(std::atomic<int>::is_always_lock_free, "what a signal handler sets must need no lock");
 
 void note(int signal) {
     arrivedSignal = signal;

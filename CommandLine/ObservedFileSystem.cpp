@@ -8,6 +8,33 @@
 
 namespace orvane {
 
+/// A writer of one of two threads. What is to be stopped fails here and is taken away when both threads are done.
+class ObservedFileSystem::ThreadWriter final : public HierarchyWriter {
+public:
+    ThreadWriter(const ObservedFileSystem &owner, HierarchyWriter &writer) : _owner(owner), _writer(writer) {}
+
+    [[nodiscard]] bool enterFolder(std::string_view name) override { return !_stop() && _writer.enterFolder(name); }
+    void leaveFolder(const ItemAttributes &attributes) override { _writer.leaveFolder(attributes); }
+    [[nodiscard]] bool copyItem(std::string_view name, const ContentSource &source, const ItemAttributes &attributes) override {
+        return !_stop() && _writer.copyItem(name, source, attributes);
+    }
+    [[nodiscard]] bool makeEmptyFile(std::string_view name, const ItemAttributes &attributes) override {
+        return !_stop() && _writer.makeEmptyFile(name, attributes);
+    }
+    void removeEverythingMade() override {}
+    [[nodiscard]] int lastError() const override { return _isStopped ? EINTR : _writer.lastError(); }
+
+private:
+    bool _stop() {
+        _isStopped = _isStopped || _owner._isStopped();
+        return _isStopped;
+    }
+
+    const ObservedFileSystem &_owner;
+    HierarchyWriter &_writer;
+    bool _isStopped = false;
+};
+
 class ObservedFileSystem::Writer final : public HierarchyWriter {
 public:
     Writer(ObservedFileSystem &owner, std::unique_ptr<HierarchyWriter> writer, std::string_view basePath)
@@ -37,6 +64,18 @@ public:
     }
     [[nodiscard]] bool makeEmptyFile(std::string_view name, const ItemAttributes &attributes) override {
         return !_stop() && _writer->makeEmptyFile(name, attributes);
+    }
+    [[nodiscard]] TwoThreads makeOnTwoThreads(std::span<const FolderAhead> ahead,
+                                              const std::function<void(HierarchyWriter &writer)> &work) override {
+        if (_stop()) {
+            return TwoThreads::Refused;
+        }
+        const TwoThreads result = _writer->makeOnTwoThreads(ahead, [&](HierarchyWriter &writer) {
+            ThreadWriter observed(_owner, writer);
+            work(observed);
+        });
+        _stop();
+        return result;
     }
     void removeEverythingMade() override {
         if (!_owner._wasStopped) {

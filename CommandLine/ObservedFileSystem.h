@@ -10,9 +10,9 @@ namespace orvane {
 /// Another file system, whose hierarchies can be stopped on the way and of which it is known where the last one stands.
 class ObservedFileSystem final : public FileSystem {
 public:
-    /// `fileSystem` is borrowed. `onBegin` is called when a hierarchy begins. `isStopped` is asked before each item and
-    /// when the first folder has been left; once it is true, everything that the hierarchy made is removed, and every
-    /// further item fails with `errno` EINTR.
+    /// `fileSystem` is borrowed. `onBegin` is called when a hierarchy begins. `isStopped` is asked before each item, by every
+    /// thread that makes some, and when the first folder has been left; once it is true, everything that the hierarchy made is removed, and
+    /// every further item fails with `errno` EINTR.
     ObservedFileSystem(FileSystem &fileSystem, std::function<void()> onBegin, bool (*isStopped)())
         : _fileSystem(fileSystem), _onBegin(std::move(onBegin)), _isStopped(isStopped) {}
 
@@ -32,6 +32,7 @@ public:
 
 private:
     class Writer;
+    class ThreadWriter;
 
     FileSystem &_fileSystem;
     std::function<void()> _onBegin;

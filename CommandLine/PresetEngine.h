@@ -17,7 +17,7 @@ struct PresetEnginePorts {
     PreferencesStore &preferences;
     ProcessLauncher &processes;
     ThreadLauncher &threads;
-    VariablePrompt &prompt;
+    PromptInterface &promptInterface;
     Workspace &workspace;
     CreationProgress *progress = nullptr;
 };
@@ -30,7 +30,7 @@ public:
         EnginePorts &engine = *ports.context.engine;
         return ORVPresetManager::create({ports.alerts, _application, engine.clock, ports.context.notifications, ports.fileSystem,
                                          _mainThread, ports.preferences, ports.processes, engine.log, engine.textCase, ports.threads,
-                                         ports.context.folders, ports.prompt, ports.workspace, nullptr, ports.progress});
+                                         ports.context.folders, ports.promptInterface, ports.workspace, nullptr, ports.progress});
     }
 
 private:

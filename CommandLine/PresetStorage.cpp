@@ -2,6 +2,7 @@
 
 #include "CommandSupport.h"
 
+#include "menubar/MenuBarController.h"
 #include "platform/posix/FileDescriptor.h"
 #include "platform/posix/UnistringTextCase.h"
 #include "platform/propertylist/PropertyListFiles.h"
@@ -80,6 +81,11 @@ std::optional<std::size_t> appendPreset(CommandContext &context, const PropertyL
         aboutToStore();
     }
     context.preferences.setAppValue(ORVPresetsKey, builder.finish(builder.array(all)));
+    if (!context.preferences.dictionaryWithContentsOfFile()) {
+        // The first preset of a new user makes the file, in which the absent key would hide the helper from the status bar.
+        PropertyListBuilder shown;
+        context.preferences.setAppValue(ORVShowMenubarKey, shown.finish(PropertyListValue::ofBoolean(true)));
+    }
     if (!context.preferences.synchronize()) {
         failure("Preset not stored", pathOfPreferences(context.folders) + ": the preferences cannot be written.");
         return std::nullopt;

@@ -36,11 +36,8 @@ TreeItem itemOfNode(const PropertyListValue &node, std::size_t depth) {
     return item;
 }
 
-/// Why the scan of a name does not end; empty when it does.
+/// Why the scan of a name does not end.
 std::string endlessName(std::string_view kind, std::string_view name) {
-    if (name.find('{') == std::string_view::npos || ORVPresetManager::scanEnds(name)) {
-        return {};
-    }
     const bool opens = ORVScanTemplate(name).ending == ORVScanEnding::OpenBraceAtEnd;
     const std::string_view why = opens ? "ends in an opening brace" : "ends in an escaped closing brace while a variable is open";
     return std::string(kind) + " '" + std::string(name) + "' " + std::string(why) + ", so that looking for its variables would never end";
@@ -70,27 +67,11 @@ Tree treeOfPreset(const PropertyListValue &preset) {
     return tree;
 }
 
-TemplateSurvey surveyTemplates(const PropertyListValue &preset) {
-    TemplateSurvey survey{1, endlessName("the folder name", ORVTextValue(preset.find("directoryName")))};
-    Pending pending{childrenOf(preset.find("fileHierarchy"))};
-    std::string storage;
-    while (!pending.empty() && survey.endless.empty()) {
-        if (pending.back().empty()) {
-            pending.pop_back();
-            continue;
-        }
-        const PropertyListValue &node = pending.back().front();
-        pending.back() = pending.back().subspan(1);
-        ++survey.nodes;
-        const std::string_view name = ORVTextView(node.find("filename"), storage);
-        if (name.find('{') != std::string_view::npos) {
-            survey.endless = endlessName("the name", ORVPresetManager::cleanFilesystemEntities(name));
-        }
-        if (ORVBoolValue(node.find("isFolder"))) {
-            pending.push_back(childrenOf(&node));
-        }
+std::string endlessTemplate(const ORVPresetSurvey &survey) {
+    if (survey.endlessDirectoryName) {
+        return endlessName("the folder name", *survey.endlessDirectoryName);
     }
-    return survey;
+    return survey.tree.endless() ? endlessName("the name", *survey.tree.endless()) : std::string();
 }
 
 } // namespace orvane

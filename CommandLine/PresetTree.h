@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ports/PropertyList.h"
+#include "presets/ORVPresetSurvey.h"
 
 #include <cstddef>
 #include <optional>
@@ -26,14 +27,7 @@ using Tree = std::vector<TreeItem>;
 /// The tree of a preset as it stands in its record: templates for names, the top-level folder's first.
 [[nodiscard]] Tree treeOfPreset(const PropertyListValue &preset);
 
-/// What the names of a preset say before anything is made.
-struct TemplateSurvey {
-    std::size_t nodes = 0; ///< folders and files, the top-level folder included
-    /// Why looking for the variables of some name would never end, with the name; empty when it ends everywhere.
-    std::string endless;
-};
-
-/// Looks at every name in which the engine will look for variables.
-[[nodiscard]] TemplateSurvey surveyTemplates(const PropertyListValue &preset);
+/// Why looking for the variables of some name would never end, with the name; empty when it ends everywhere.
+[[nodiscard]] std::string endlessTemplate(const ORVPresetSurvey &survey);
 
 } // namespace orvane

@@ -42,7 +42,7 @@ private:
 } // namespace
 
 void ProgressBar::begin() {
-    if (!isTerminal(STDERR_FILENO)) {
+    if (_thread.joinable() || !isTerminal(STDERR_FILENO)) {
         return;
     }
     const AllSignalsBlocked blocked;

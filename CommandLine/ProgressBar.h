@@ -23,7 +23,7 @@ public:
     ProgressBar &operator=(const ProgressBar &) = delete;
     ~ProgressBar() { end(); }
 
-    /// Begins the waiting. Once.
+    /// Begins the waiting; does nothing while it lasts.
     void begin();
     /// Takes the line away and waits for the thread. May be called any number of times.
     void end();

@@ -127,7 +127,7 @@ ExitStatus runShowCommand(CommandContext &context, const CommandArguments &argum
     preset.nameTemplate = ORVTextValue(record.find("directoryName"));
     preset.script = ORVTextValue(record.find("scriptFile"));
     preset.tree = treeOfPreset(record);
-    preset.problem = surveyTemplates(record).endless;
+    preset.problem = endlessTemplate(ORVPresetSurvey(record));
     if (preset.problem.empty()) {
         preset.variables = variablesOfPreset(context, record);
     }

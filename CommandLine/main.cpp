@@ -1,7 +1,7 @@
+#include "BusProgram.h"
 #include "Command.h"
 #include "CommandSupport.h"
 
-#include "platform/dbus/SdBusNotifications.h"
 #include "platform/posix/PosixClock.h"
 #include "platform/posix/PosixFileSystem.h"
 #include "platform/posix/PosixFinderInformation.h"
@@ -27,7 +27,7 @@ namespace {
 
 using namespace orvane;
 
-constexpr std::array<Command, 8> Commands = {{
+constexpr std::array<Command, 9> Commands = {{
     {"list", "show the presets", ListCommandHelp, runListCommand},
     {"show", "show one preset: its variables and its tree", ShowCommandHelp, runShowCommand},
     {"create", "make a preset's folder", CreateCommandHelp, runCreateCommand, createCommandOptions},
@@ -35,6 +35,7 @@ constexpr std::array<Command, 8> Commands = {{
     {"export", "write a preset to a file", ExportCommandHelp, runExportCommand},
     {"add", "add the preset in a file", AddCommandHelp, runAddCommand},
     {"check", "look for mistakes in presets", CheckCommandHelp, runCheckCommand},
+    {"menu", "pop the helper's menu up", MenuCommandHelp, runMenuCommand, menuCommandOptions},
     {"notify", "tell the running helper that the preferences have changed", NotifyCommandHelp, runNotifyCommand},
 }};
 
@@ -86,7 +87,7 @@ ExitStatus runCommand(const Command &command, const CommandArguments &arguments)
     PosixPreferencesStore preferences(folders.preferencesFile(), folders.stateDirectory() + "/preferences.lock", log);
     PosixFileSystem fileSystem;
     PosixFinderInformation finderInformation;
-    SdBusNotifications notifications;
+    BusProgramNotifications notifications;
     PosixClock clock;
     PosixProcessLauncher processes;
     UnistringTextCase textCase;

@@ -6,5 +6,6 @@ target_sources(commandline PRIVATE
   FolderImport.cpp
   FolderWalk.cpp
   ImportCommand.cpp
+  PresetPacking.cpp
   PresetStorage.cpp
   ResourceFolder.cpp)

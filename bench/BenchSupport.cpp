@@ -166,8 +166,8 @@ class NullTextCase final : public TextCase {
 class NullThreads final : public ThreadLauncher {
     bool detachNewThread(std::function<void()>) override { return false; }
 };
-class NullPrompt final : public VariablePrompt {
-    bool runModally(std::string_view, std::span<PromptValueRow>) override { return false; }
+class NullPrompt final : public PromptInterface {
+    bool loadNibNamedOwner(std::string_view, PromptOwner &) override { return false; }
 };
 class NullWorkspace final : public Workspace {
     bool openFile(std::string_view) override { return false; }

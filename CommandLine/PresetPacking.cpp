@@ -1,0 +1,197 @@
+#include "PresetPacking.h"
+
+#include "CommandSupport.h"
+
+#include "platform/posix/FileDescriptor.h"
+#include "presets/ORVFileHelpers.h"
+#include "presets/ORVPresetManager.h"
+#include "presets/ORVPropertyListReading.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <unordered_map>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace orvane {
+
+namespace {
+
+constexpr mode_t ScriptMode = 0755;
+constexpr mode_t UsualContentMode = 0644;
+/// A larger file is no text of a template any more; the whole preset file is made in memory.
+constexpr off_t LargestContent = off_t{1} << 30;
+
+/// Where a path leads in the end: the target of a link that exists, else the path.
+std::string endOfLinks(const std::string &path) {
+    const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr), &std::free);
+    return real ? real.get() : path;
+}
+
+} // namespace
+
+/// Reads a regular file whole, links followed; nothing, with the reason in `why`, for anything else.
+std::optional<PresetPartsReader::File> PresetPartsReader::_readResource(const std::string &path, std::string &why) {
+    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    struct stat status {};
+    if (!file || ::fstat(file.get(), &status) != 0) {
+        why = std::strerror(errno);
+        return std::nullopt;
+    }
+    if (!S_ISREG(status.st_mode) || status.st_size > LargestContent) {
+        why = S_ISDIR(status.st_mode) ? "it is a folder" : S_ISREG(status.st_mode) ? "it is larger than 1 GiB" : "it is no ordinary file";
+        return std::nullopt;
+    }
+    File result{std::string(static_cast<std::size_t>(status.st_size), '\0'), status.st_mode & 0777U};
+    std::size_t done = 0;
+    while (done < result.bytes.size()) {
+        const ssize_t count = uninterrupted([&] { return ::read(file.get(), &result.bytes[done], result.bytes.size() - done); });
+        if (count < 0) {
+            why = std::strerror(errno);
+            return std::nullopt;
+        }
+        if (count == 0) {
+            break;
+        }
+        done += static_cast<std::size_t>(count);
+    }
+    result.bytes.resize(done);
+    return result;
+}
+
+ORVPackedPreset PresetPartsReader::read(const PropertyList &preset) {
+    ORVPackedPreset parts{preset, {}, std::nullopt};
+    for (std::string &name : ORVContentNamesOfPreset(preset.root())) {
+        if (const File *file = _read(ORVFileContentFolder, name, "the content file")) {
+            parts.contents.push_back({std::move(name), file->bytes, file->mode});
+        }
+    }
+    std::string script = ORVTextValue(preset.root().find("scriptFile"));
+    if (!script.empty()) {
+        if (const File *file = _read(ORVScriptsFolder, script, "the script")) {
+            parts.script = ORVPackedScript{std::move(script), file->bytes};
+        }
+    }
+    return parts;
+}
+
+const PresetPartsReader::File *PresetPartsReader::_read(std::string_view folder, const std::string &name, const char *what) {
+    std::string why;
+    auto file = _readResource(stringByAppendingPathComponent(stringByAppendingPathComponent(_supportPath, folder), name), why);
+    if (!file) {
+        _warn(std::string(what) + " '" + name + "' is left out: " + why);
+        return nullptr;
+    }
+    return &_files.emplace_back(std::move(*file));
+}
+
+PresetAddition::PresetAddition(const ORVPackedPreset &parts, const std::string &supportPath, PackingWarning warn)
+    : _parts(parts), _warn(std::move(warn)), _contents(stringByAppendingPathComponent(supportPath, ORVFileContentFolder)),
+      _scripts(stringByAppendingPathComponent(supportPath, ORVScriptsFolder)) {}
+
+bool PresetAddition::storeResources(std::string &problem) {
+    std::unordered_map<std::string_view, const ORVPackedContent *> packed;
+    for (const ORVPackedContent &content : _parts.contents) {
+        packed.emplace(content.name, &content);
+    }
+    const std::vector<std::string> used = ORVContentNamesOfPreset(_parts.preset.root());
+    for (const std::string &name : used) {
+        const auto content = packed.find(name);
+        if (content == packed.end()) {
+            _keepContentName(name);
+        } else if (!_storeContent(*content->second, problem)) {
+            return false;
+        }
+        packed.erase(name);
+    }
+    for (const auto &[name, content] : packed) {
+        _warn("the content file '" + std::string(name) + "' is not used by the preset: left out");
+    }
+    return _storeScript(problem);
+}
+
+void PresetAddition::flush() {
+    _contents.flush();
+    _scripts.flush();
+}
+
+void PresetAddition::keep() {
+    _contents.keep();
+    _scripts.keep();
+}
+
+bool PresetAddition::_storeContent(const ORVPackedContent &content, std::string &problem) {
+    const std::string safe = ORVSafeFileName(content.name);
+    const auto stored = _contents.addBytes(safe.empty() ? "Content" : safe, content.data, content.mode.value_or(UsualContentMode));
+    if (!stored) {
+        problem = "the content file '" + content.name + "' cannot be stored: " + std::strerror(errno);
+        return false;
+    }
+    if (*stored != content.name) {
+        _names.contents.emplace(content.name, *stored);
+    }
+    return true;
+}
+
+/// A name without contents in the file stays, as far as it is one.
+void PresetAddition::_keepContentName(const std::string &name) {
+    _warn("the contents of '" + name + "' are not in the file");
+    std::string safe = ORVSafeFileName(name);
+    if (safe != name) {
+        _names.contents.emplace(name, std::move(safe));
+    }
+}
+
+bool PresetAddition::_storeScript(std::string &problem) {
+    const std::string name = ORVTextValue(_parts.preset.root().find("scriptFile"));
+    const bool isPacked = _parts.script && _parts.script->name == name;
+    if (_parts.script && !isPacked) {
+        _warn("the script '" + _parts.script->name + "' is not the preset's: left out");
+    }
+    if (name.empty()) {
+        return true;
+    }
+    const std::string safe = ORVSafeFileName(name);
+    if (!isPacked) {
+        _warn("the script '" + name + "' is not in the file");
+        _names.script = safe == name ? std::nullopt : std::optional(safe);
+        return true;
+    }
+    _script = _scripts.addBytes(safe.empty() ? "Script" : safe, _parts.script->data, ScriptMode);
+    if (!_script) {
+        problem = "the script '" + name + "' cannot be stored: " + std::strerror(errno);
+        return false;
+    }
+    _names.script = *_script == name ? std::nullopt : _script;
+    return true;
+}
+
+bool writeWholeFile(const std::string &path, std::string_view bytes, bool replaces, mode_t mode) {
+    const std::string target = replaces ? endOfLinks(path) : path;
+    const std::string hidden = target.substr(0, target.rfind('/') + 1) + ".orvane-" + std::to_string(::getpid()) + ".part";
+    FileDescriptor file(::open(hidden.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
+    if (!file) {
+        return false;
+    }
+    const bool written = writeWhole(file.get(), bytes) && ::fsync(file.get()) == 0 && file.closeChecked();
+    if (written && replaces && ::rename(hidden.c_str(), target.c_str()) == 0) {
+        return true;
+    }
+    // Only a link is refused for a name that is taken on every file system with links; renaming does it for the others.
+    const bool made = written && !replaces &&
+                      (::renameat2(AT_FDCWD, hidden.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0 ||
+                       (errno == EINVAL && ::link(hidden.c_str(), target.c_str()) == 0 && ::unlink(hidden.c_str()) == 0));
+    if (!made) {
+        const int error = errno;
+        ::unlink(hidden.c_str());
+        errno = error;
+    }
+    return made;
+}
+
+} // namespace orvane

@@ -1,0 +1,84 @@
+#pragma once
+
+#include "ResourceFolder.h"
+
+#include "ports/PropertyList.h"
+#include "presets/ORVPresetFile.h"
+
+#include <deque>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include <sys/types.h>
+
+// A preset with its content files and its script, out of the support folder and into it: what `orvane export` and `orvane add` do,
+// and the settings program with them.
+
+namespace orvane {
+
+/// Told of what is left out or missing, one line in English each.
+using PackingWarning = std::function<void(const std::string &text)>;
+
+/// Gathers a preset's parts from the support folder. What is missing is warned of and left out.
+class PresetPartsReader {
+public:
+    PresetPartsReader(std::string supportPath, PackingWarning warn) : _supportPath(std::move(supportPath)), _warn(std::move(warn)) {}
+    PresetPartsReader(const PresetPartsReader &) = delete;
+    PresetPartsReader &operator=(const PresetPartsReader &) = delete;
+
+    /// The parts borrow from this object.
+    [[nodiscard]] ORVPackedPreset read(const PropertyList &preset);
+
+private:
+    /// A resource as it was read.
+    struct File {
+        std::string bytes;
+        mode_t mode = 0;
+    };
+    [[nodiscard]] static std::optional<File> _readResource(const std::string &path, std::string &why);
+    [[nodiscard]] const File *_read(std::string_view folder, const std::string &name, const char *what);
+
+    std::string _supportPath;
+    PackingWarning _warn;
+    std::deque<File> _files; ///< what the parts borrow
+};
+
+/// Puts the resources of one preset file where presets look for them. What was put there goes again when the object is destroyed
+/// before `keep()`.
+class PresetAddition {
+public:
+    /// `parts` is borrowed.
+    PresetAddition(const ORVPackedPreset &parts, const std::string &supportPath, PackingWarning warn);
+    PresetAddition(const PresetAddition &) = delete;
+    PresetAddition &operator=(const PresetAddition &) = delete;
+
+    /// False, with the reason in `problem`, when one cannot be stored.
+    [[nodiscard]] bool storeResources(std::string &problem);
+    /// The preset with the names that its resources have got.
+    [[nodiscard]] PropertyList preset() const { return ORVPresetWithResources(_parts.preset, _names); }
+    /// Name of the script that was stored; nothing when there was none.
+    [[nodiscard]] const std::optional<std::string> &script() const { return _script; }
+    /// As with `ResourceFolder`.
+    void flush();
+    void keep();
+
+private:
+    [[nodiscard]] bool _storeContent(const ORVPackedContent &content, std::string &problem);
+    void _keepContentName(const std::string &name);
+    [[nodiscard]] bool _storeScript(std::string &problem);
+
+    const ORVPackedPreset &_parts;
+    PackingWarning _warn;
+    ResourceFolder _contents;
+    ResourceFolder _scripts;
+    ORVRenamedResources _names;
+    std::optional<std::string> _script;
+};
+
+/// Writes a file beside its final name and gives it that name when it is whole. A file that is there is replaced with `replaces`
+/// (where a link leads there, the file at its end), else that fails with EEXIST. False with `errno`.
+[[nodiscard]] bool writeWholeFile(const std::string &path, std::string_view bytes, bool replaces, mode_t mode = 0666);
+
+} // namespace orvane

@@ -1,0 +1,46 @@
+#include "platform/dbus/SdBusHelperMenu.h"
+#include "platform/dbus/SdBusNotifications.h"
+
+#include <cstdio>
+#include <optional>
+#include <string>
+#include <string_view>
+
+// `orvane-bus`: what `orvane` has to say on the session bus. A program of its own, because the library for it brings
+// half a dozen others along, whose loading takes longer than making a small hierarchy.
+//
+//   orvane-bus notify NAME     posts the notification
+//   orvane-bus menu [FOLDER]   has the helper's menu popped up; FOLDER is an absolute path
+//
+// Exit status 0 done, 1 not done (`menu` says why on standard error), 2 wrong usage.
+
+namespace {
+
+enum Status : int { Done = 0, NotDone = 1, WrongUsage = 2 };
+
+int notify(std::string_view name) {
+    return orvane::SdBusNotifications().post(name) ? Done : NotDone;
+}
+
+int showMenu(const std::optional<std::string> &folder) {
+    std::string why;
+    if (orvane::SdBusHelperMenu().show(folder, why)) {
+        return Done;
+    }
+    std::fprintf(stderr, "orvane: Menu not shown: %s\n", why.c_str());
+    return NotDone;
+}
+
+} // namespace
+
+int main(int count, char **words) {
+    const std::string_view verb = count > 1 ? words[1] : "";
+    if (verb == "notify" && count == 3) {
+        return notify(words[2]);
+    }
+    if (verb == "menu" && count <= 3) {
+        return showMenu(count == 3 ? std::optional<std::string>(words[2]) : std::nullopt);
+    }
+    std::fputs("usage: orvane-bus notify NAME | orvane-bus menu [FOLDER]\n", stderr);
+    return WrongUsage;
+}

@@ -1,0 +1,26 @@
+"""Entry "New from preset…" in the context menu of a folder's background, for Nautilus with nautilus-python."""
+
+import subprocess
+
+from gi.repository import GObject, Nautilus
+
+
+class OrvaneMenuProvider(GObject.GObject, Nautilus.MenuProvider):
+    def get_background_items(self, *arguments):
+        # Nautilus 43 and later give the folder alone, earlier ones the window in front of it.
+        location = arguments[-1].get_location()
+        path = location.get_path() if location is not None else None
+        if not path:
+            return []
+        item = Nautilus.MenuItem(name="Orvane::new_from_preset", label="New from preset…")
+        item.connect("activate", self._activate, path)
+        return [item]
+
+    def get_file_items(self, *arguments):
+        return []
+
+    def _activate(self, _item, path):
+        try:
+            subprocess.Popen(["orvane", "menu", "--in", path], stdin=subprocess.DEVNULL, start_new_session=True)
+        except OSError:
+            pass
