@@ -1,0 +1,36 @@
+# The adapters on file managers. Rules and contract need no display; the active window has an X server of its own.
+add_executable(filemanagers_rules
+  desktop/filemanagers/FolderRulesTest.cpp
+  desktop/filemanagers/FrontWindowContractTest.cpp
+  desktop/filemanagers/main.cpp)
+target_link_libraries(filemanagers_rules PRIVATE fakes platform_filemanagers GTest::gtest)
+gtest_discover_tests(filemanagers_rules PROPERTIES LABELS unit DISCOVERY_TIMEOUT 60)
+
+add_test(NAME filemanagers_user_entries
+  COMMAND ${Python3_EXECUTABLE} ${CMAKE_CURRENT_SOURCE_DIR}/desktop/filemanagers/user_entries_test.py
+          ${PROJECT_SOURCE_DIR}/packaging/filemanagers/install-user-entries)
+set_tests_properties(filemanagers_user_entries PROPERTIES LABELS unit TIMEOUT 120)
+
+orvane_add_desktop_test(NAME desktop_filemanagers_active
+  SOURCES desktop/filemanagers/X11ActiveApplicationTest.cpp desktop/filemanagers/main.cpp
+  LIBRARIES platform_filemanagers
+  DESKTOP_ARGUMENTS --wm none)
+
+# Real file managers: a program that is not installed, and Dolphin for root, are reported as skipped.
+orvane_add_desktop_test(NAME desktop_filemanagers_thunar
+  SOURCES
+    desktop/filemanagers/FileManagerProgram.cpp
+    desktop/filemanagers/RealFileManagersTest.cpp
+    desktop/filemanagers/main.cpp
+  LIBRARIES platform_filemanagers
+  DESKTOP_ARGUMENTS --accessibility
+  ENVIRONMENT ORVANE_TEST_FILEMANAGER=thunar)
+foreach(name pcmanfm-qt pcmanfm nemo caja nautilus dolphin)
+  orvane_add_desktop_test(NAME desktop_filemanagers_${name} PROGRAM desktop_filemanagers_thunar
+    DESKTOP_ARGUMENTS --accessibility
+    ENVIRONMENT ORVANE_TEST_FILEMANAGER=${name})
+endforeach()
+foreach(name thunar pcmanfm-qt pcmanfm nemo caja nautilus dolphin)
+  # One at a time: they watch for a hung program's 300 ms.
+  set_tests_properties(desktop_filemanagers_${name} PROPERTIES RUN_SERIAL ON SKIP_REGULAR_EXPRESSION "\\[  SKIPPED \\]")
+endforeach()

@@ -1,0 +1,157 @@
+#include "PosixContentStore.h"
+
+#include "FolderImport.h"
+#include "FolderWalk.h"
+#include "PresetPacking.h"
+#include "PresetStorage.h"
+#include "ResourceFolder.h"
+
+#include "platform/posix/FileDescriptor.h"
+#include "platform/propertylist/PropertyListFiles.h"
+#include "presets/ORVFileHelpers.h"
+#include "presets/ORVPresetFile.h"
+#include "presets/ORVPresetManager.h"
+
+#include <cerrno>
+#include <cstring>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace orvane {
+
+namespace {
+
+/// Execute bits for all who may read.
+mode_t executable(mode_t mode) {
+    return mode | ((mode & 0444U) >> 2U);
+}
+
+/// Whether a file is an entry of the folder, so that its name alone leads to it.
+bool isDirectlyIn(const std::string &folder, const std::string &path) {
+    struct stat there {};
+    struct stat parent {};
+    const std::string above = stringByDeletingLastPathComponent(path);
+    return ::stat(folder.c_str(), &there) == 0 && ::stat(above.empty() ? "." : above.c_str(), &parent) == 0 &&
+           there.st_dev == parent.st_dev && there.st_ino == parent.st_ino;
+}
+
+} // namespace
+
+PosixContentStore::PosixContentStore(std::string supportPath, FinderInformation &finderInformation)
+    : _supportPath(std::move(supportPath)), _finderInformation(finderInformation) {}
+
+std::string PosixContentStore::pathOfContent(std::string_view name) const {
+    return stringByAppendingPathComponent(stringByAppendingPathComponent(_supportPath, ORVFileContentFolder), name);
+}
+
+std::string PosixContentStore::pathOfScript(std::string_view name) const {
+    return stringByAppendingPathComponent(stringByAppendingPathComponent(_supportPath, ORVScriptsFolder), name);
+}
+
+std::optional<std::string> PosixContentStore::_add(const std::string &folder, const std::string &path, bool isScript,
+                                                   std::string &problem) {
+    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    struct stat status {};
+    if (!file || ::fstat(file.get(), &status) != 0) {
+        problem = std::strerror(errno);
+        return std::nullopt;
+    }
+    if (!S_ISREG(status.st_mode)) {
+        problem = S_ISDIR(status.st_mode) ? "it is a folder" : "it is no ordinary file";
+        return std::nullopt;
+    }
+    const std::string name = lastPathComponent(path);
+    const mode_t mode = isScript ? executable(status.st_mode & 0777U) : status.st_mode & 0777U;
+    if (isDirectlyIn(folder, path)) {
+        if (mode != (status.st_mode & 0777U) && ::fchmod(file.get(), mode) != 0) {
+            problem = std::strerror(errno);
+            return std::nullopt;
+        }
+        return name;
+    }
+    const std::string safe = ORVSafeFileName(name);
+    if (safe.empty() || !isUTF8(safe)) {
+        problem = "its name cannot be used";
+        return std::nullopt;
+    }
+    ResourceFolder store(folder);
+    auto stored = store.addFile(safe, file.get(), mode);
+    if (!stored) {
+        problem = std::strerror(errno);
+        return std::nullopt;
+    }
+    store.flush();
+    store.keep();
+    return stored;
+}
+
+std::optional<std::string> PosixContentStore::addContent(const std::string &path, std::string &problem) {
+    return _add(stringByAppendingPathComponent(_supportPath, ORVFileContentFolder), path, false, problem);
+}
+
+std::optional<std::string> PosixContentStore::addScript(const std::string &path, std::string &problem) {
+    return _add(stringByAppendingPathComponent(_supportPath, ORVScriptsFolder), path, true, problem);
+}
+
+std::optional<IncomingPreset> PosixContentStore::importFolder(const FolderImportRequest &request, std::string &problem) {
+    FolderImportOptions options;
+    options.folder = request.folder;
+    options.name = lastPathComponent(request.folder);
+    options.label = request.label.empty() ? options.name : request.label;
+    options.variables = request.variables;
+    if (options.name.empty() || options.name == "/" || !isUTF8(options.name)) {
+        problem = "its name cannot be used";
+        return std::nullopt;
+    }
+    ResourceFolder store(stringByAppendingPathComponent(_supportPath, ORVFileContentFolder));
+    options.contentStore = request.withContent ? &store : nullptr;
+    auto imported = orvane::importFolder(options, _finderInformation, problem);
+    if (!imported) {
+        return std::nullopt;
+    }
+    store.flush();
+    store.keep();
+    return IncomingPreset{std::move(imported->preset), {}, std::move(imported->warnings)};
+}
+
+std::optional<IncomingPreset> PosixContentStore::readPresetFile(const std::string &path, std::string &problem) {
+    const auto document = path == "-" ? std::nullopt : readPropertyListFile(path, problem); // which would be standard input
+    const auto parts = document ? ORVUnpackPreset(*document, problem) : std::nullopt;
+    if (!parts) {
+        return std::nullopt;
+    }
+    IncomingPreset incoming;
+    PresetAddition addition(*parts, _supportPath, [&](const std::string &text) { incoming.warnings.push_back(text); });
+    if (!addition.storeResources(problem)) {
+        return std::nullopt;
+    }
+    addition.flush();
+    addition.keep();
+    incoming.preset = addition.preset();
+    incoming.script = addition.script().value_or("");
+    return incoming;
+}
+
+bool PosixContentStore::writePresetFile(const PropertyList &preset, const std::string &path, bool replaces,
+                                        std::vector<std::string> &warnings, std::string &problem) {
+    struct stat status {};
+    if (!preset.root().isDictionary() || (::stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode))) {
+        problem = preset.root().isDictionary() ? "it is not an ordinary file" : "the preset is no dictionary";
+        return false;
+    }
+    PresetPartsReader reader(_supportPath, [&](const std::string &text) { warnings.push_back(text); });
+    const ORVPackedPreset parts = reader.read(preset);
+    const auto bytes = writeXMLPropertyList(ORVPackPreset(parts).root(), &problem);
+    if (!bytes) {
+        return false;
+    }
+    if (!writeWholeFile(path, *bytes, replaces)) {
+        problem = std::strerror(errno);
+        return false;
+    }
+    return true;
+}
+
+} // namespace orvane

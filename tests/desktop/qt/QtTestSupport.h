@@ -1,0 +1,127 @@
+#pragma once
+
+#include "platform/qt/QtApplication.h"
+#include "ports/Menu.h"
+#include "ports/PromptInterface.h"
+
+#include <chrono>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <QString>
+#include <QTimer>
+#include <QWidget>
+#include <QWindow>
+
+namespace orvane::test {
+
+/// The application of the test program, loaded.
+QtApplication &application();
+/// The value of an environment variable; fails the test when it is not there.
+std::string environment(const char *name);
+
+/// Handles events until the condition holds; false when it does not within 20 s.
+bool waitUntil(const std::function<bool()> &holds);
+
+/// What a user does while a call blocks: each step waits for its condition and then acts. Begins with the next event. When a condition
+/// does not come to hold within 20 s, the test fails and every window is closed, so that the call returns.
+class User {
+public:
+    User();
+    User(const User &) = delete;
+    User &operator=(const User &) = delete;
+    ~User();
+    User &when(std::function<bool()> holds, std::function<void()> acts, std::string what);
+    /// Once the step before has acted and its events have been handled.
+    User &then(std::function<void()> acts);
+    [[nodiscard]] bool hasFinished() const { return _next == _steps.size(); }
+
+private:
+    struct Step {
+        std::function<bool()> holds;
+        std::function<void()> acts;
+        std::string what;
+    };
+    void _look();
+
+    std::vector<Step> _steps;
+    std::size_t _next = 0;
+    std::chrono::steady_clock::time_point _deadline;
+    QTimer _timer;
+};
+
+/// Runs xdotool, whose keys and clicks come from the X server like a user's. Returns when they are on their way.
+void xdotool(const std::string &arguments);
+/// Standard output of a command, without its last line break.
+std::string outputOf(const std::string &command);
+/// Number of the window that the window manager has made active; 0 for none.
+unsigned long activeWindow();
+
+/// The window that is shown under that object name; null for none.
+QWidget *shownWindow(const char *objectName);
+/// Such a window, and it has the keyboard.
+bool isActive(const char *objectName);
+template <typename Kind> Kind *child(const char *window, const char *name) {
+    QWidget *const shown = shownWindow(window);
+    return shown == nullptr ? nullptr : shown->findChild<Kind *>(QString::fromLatin1(name));
+}
+
+/// A picture of the window with its frame, as PNG in the folder of pictures. False when it could not be taken or is of one colour.
+bool takePicture(const QWidget &window, const std::string &name);
+
+/// A menu item; the rest of it may be set afterwards.
+inline MenuItem makeItem(std::string title, int tag = 0, MenuItem::Action action = {}) {
+    MenuItem item;
+    item.title = std::move(title);
+    item.tag = tag;
+    item.action = std::move(action);
+    return item;
+}
+inline MenuItem makeSeparator() {
+    MenuItem item;
+    item.isSeparator = true;
+    return item;
+}
+
+/// What this test program does instead of testing when it is started with "--program NAME": each is given the application and returns
+/// the exit status. Registered before main.
+struct Program {
+    Program(const char *name, int (*run)(QtApplication &application));
+};
+/// This program, started anew as one of those; it ends with this object at the latest.
+class RunningProgram {
+public:
+    explicit RunningProgram(const char *name);
+    RunningProgram(const RunningProgram &) = delete;
+    RunningProgram &operator=(const RunningProgram &) = delete;
+    ~RunningProgram();
+    /// Its next line of output; empty when it ended or wrote nothing within 20 s.
+    std::string line();
+    void signal(int number) const;
+    /// Exit status; 128 and the signal's number when a signal ended it; -1 when it is still running after 20 s.
+    int status();
+
+private:
+    int _process = -1;
+    int _output = -1;
+};
+/// Writes a line for `RunningProgram::line`.
+void say(const std::string &line);
+
+/// A program that shows a window of its own and has the keyboard, as the user's other work.
+class OtherProgram {
+public:
+    OtherProgram();
+    OtherProgram(const OtherProgram &) = delete;
+    OtherProgram &operator=(const OtherProgram &) = delete;
+    ~OtherProgram();
+    [[nodiscard]] bool isActive() const;
+
+private:
+    int _process = -1;
+};
+
+} // namespace orvane::test
