@@ -17,17 +17,3 @@ install(FILES man/orvane-helper.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(DIRECTORY ${CMAKE_SOURCE_DIR}/resources/icons/hicolor DESTINATION ${CMAKE_INSTALL_DATADIR}/icons)
 install(FILES ${CMAKE_SOURCE_DIR}/resources/ORVMenuBar.png ${CMAKE_SOURCE_DIR}/resources/ORVMenuBar@2x.png
   DESTINATION ${CMAKE_INSTALL_DATADIR}/orvane)
-
-# Each of these finds what a desktop would stumble over.
-if(ORVANE_TESTS)
-  find_program(ORVANE_DESKTOP_FILE_VALIDATE desktop-file-validate REQUIRED)
-  find_program(ORVANE_APPSTREAMCLI appstreamcli REQUIRED)
-  foreach(file ${helper_id}.desktop autostart/${helper_id}.desktop)
-    string(REPLACE / - name ${file})
-    add_test(NAME lint.${name} COMMAND ${ORVANE_DESKTOP_FILE_VALIDATE} ${helper_files}/${file})
-    set_tests_properties(lint.${name} PROPERTIES LABELS lint TIMEOUT 30 FAIL_REGULAR_EXPRESSION "error|warning")
-  endforeach()
-  add_test(NAME lint.${helper_id}.metainfo.xml
-    COMMAND ${ORVANE_APPSTREAMCLI} validate --no-net --explain ${helper_files}/${helper_id}.metainfo.xml)
-  set_tests_properties(lint.${helper_id}.metainfo.xml PROPERTIES LABELS lint TIMEOUT 60)
-endif()

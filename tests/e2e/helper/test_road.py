@@ -28,8 +28,8 @@ class Road(Desktop):
         self.start()
         x, y = self.icon(before)
         picture("tray-icon")
-        click(x, y, self.button)
-        wait(lambda: difference(before, screen())[3] > 60, "the menu to be open")
+        click(x, y)
+        wait(lambda: (difference(before, screen()) or (0, 0, 0, 0))[3] > 60, "the menu to be open")
         picture("tray-menu")
         keys("Down", "Down", "Return")
         active("Orvane: Choose Parent Folder")
@@ -37,9 +37,8 @@ class Road(Desktop):
         picture("tray-panel")
         keys("Return")
         gone("Orvane: Choose Parent Folder")
-        prompt = active("Film|Orvane")
+        active("New Folder from Preset")
         picture("tray-prompt")
-        self.assertTrue(prompt)
         keys("Tab")  # the counter as it is offered
         type_text("Acme")
         keys("Return")
@@ -58,10 +57,6 @@ class Road(Desktop):
         self.assertEqual(self.read_preferences()["ORVAutomaticVars"], {"AutoJob": "42"})
         wait(lambda: self.opened_folders() == [str(made)], "the folder to be opened")
         self.assert_alive()
-
-
-class WithXEmbedTray(Road):
-    button = 3
 
 
 if __name__ == "__main__":
