@@ -81,7 +81,7 @@ class Words(OrvaneTest):
         self.write_presets(preset("P", "made"))
         for words in ((), ("nonsense",), ("--nonsense",), ("list", "--nonsense"), ("list", "word"), ("show",), ("show", "0", "1"),
                       ("create",), ("create", "0", "1"), ("create", "0", "--nonsense"), ("create", "0", "--in"),
-                      ("create", "0", "--set"), ("create", "0", "--json=1"), ("create", "-1"), ("notify", "word"), ("menu",)):
+                      ("create", "0", "--set"), ("create", "0", "--json=1"), ("create", "-1"), ("notify", "word"), ("menus",)):
             result = self.run_orvane(*words)
             self.assertEqual((result.status, result.out), (2, ""), words)
             self.assertTrue(result.err, words)

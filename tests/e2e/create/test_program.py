@@ -13,9 +13,9 @@ CALLS_PER_NODE = 2.6
 
 
 class Program(OrvaneTest):
-    def test_only_the_c_library_is_loaded(self):
+    def test_at_most_the_c_library_is_loaded(self):
         listed = subprocess.run(["ldd", PROGRAM], stdout=subprocess.PIPE, check=True, timeout=DEADLINE).stdout.decode()
-        names = {line.split()[0].rsplit("/", 1)[-1].split(".")[0] for line in listed.splitlines()}
+        names = {line.split()[0].rsplit("/", 1)[-1].split(".")[0] for line in listed.splitlines() if line.strip() != "statically linked"}
         self.assertLessEqual(names, {"linux-vdso", "libc", "libm", "ld-linux-x86-64", "ld-linux-aarch64"}, listed)
 
     def calls(self, *words):
