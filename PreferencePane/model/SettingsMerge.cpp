@@ -59,6 +59,13 @@ public:
             const PropertyListValue *children = tree.root().find("children");
             return children != nullptr && !children->array().empty() && areEqual(tree, entryOf(other, "fileHierarchy"));
         });
+        for (std::size_t i = 0; i < std::min(_base.size(), _theirs.size()); ++i) {
+            const std::string name = ORVTextValue(_base[i].root().find("directoryName"));
+            const bool isFree = !_matches[i] && !_isTaken[i];
+            if (isFree && !name.empty() && name == ORVTextValue(_theirs[i].root().find("directoryName"))) {
+                _match(i, i);
+            }
+        }
         return std::move(_matches);
     }
 

@@ -58,7 +58,8 @@ struct MergedPresets {
 using MergeDecision = std::function<std::optional<MergeSide>(const MergeConflict &conflict)>;
 
 /// Presets keep their identity through what was loaded: one that still is what it was is that one, wherever it stands now; else one
-/// of the same label; else one with the same tree. `base` and `theirs` are arrays, anything else counts as empty.
+/// of the same label; else one with the same tree; else one at the same place with the same folder name. `base` and `theirs` are arrays,
+/// anything else counts as empty.
 [[nodiscard]] MergedPresets mergePresets(const PropertyList &base, const std::vector<MergeableRecord> &mine, const PropertyList &theirs,
                                          const MergeDecision &decide);
 

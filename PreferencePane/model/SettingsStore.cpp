@@ -257,11 +257,14 @@ SettingsStore::Outcome SettingsStore::_write(const Disk &disk) {
     const bool makesFile = !disk.exists && (!changes.empty() || !_models.general.values().overrides().empty());
     const auto settings = _models.general.changes(disk.settings, !makesFile);
     changes.insert(changes.end(), settings.begin(), settings.end());
+    if (std::string problem = _unstorableText(presets, disk); !problem.empty()) {
+        return _fail(Outcome::Failed, std::move(problem));
+    }
     for (const auto &[key, value] : changes) {
         _ports.preferences.setAppValue(key, value);
     }
     if (!changes.empty() && !_ports.preferences.synchronize()) {
-        return _fail(Outcome::Failed, _unstorableText(presets));
+        return _fail(Outcome::Failed, Unwritable);
     }
     std::vector<std::pair<ItemID, std::size_t>> origins;
     for (std::size_t index = 0; index < _models.presets.numberOfPresets(); ++index) {
@@ -277,9 +280,23 @@ SettingsStore::Outcome SettingsStore::_write(const Disk &disk) {
     return changes.empty() ? Outcome::Unchanged : Outcome::Done;
 }
 
-/// Why the list could not be written: a text that the file cannot hold, or else nothing that is known here.
-std::string SettingsStore::_unstorableText(const PropertyList &list) {
-    std::vector<PropertyListValue> open{list.root()};
+/// What the file cannot hold of what is to be stored, in words; empty when it can hold everything. What stands there already, and
+/// was not touched, is no hindrance.
+std::string SettingsStore::_unstorableText(const PropertyList &presets, const Disk &disk) {
+    std::unordered_set<const void *> untouched;
+    for (const PropertyListValue &record : disk.presets.root().array()) {
+        untouched.insert(record.storage());
+    }
+    std::vector<PropertyListValue> open;
+    for (const PropertyListValue &record : presets.root().array()) {
+        if (!untouched.contains(record.storage())) {
+            open.push_back(record);
+        }
+    }
+    for (const auto &[name, override] : _models.counters.values().overrides()) {
+        open.push_back(PropertyListValue::viewOfString(name));
+        open.push_back(override.value.root());
+    }
     while (!open.empty()) {
         const PropertyListValue value = open.back();
         open.pop_back();
@@ -288,10 +305,11 @@ std::string SettingsStore::_unstorableText(const PropertyList &list) {
         }
         open.insert(open.end(), value.array().begin(), value.array().end());
         for (const PropertyListEntry &entry : value.dictionary()) {
+            open.push_back(PropertyListValue::viewOfString(entry.key));
             open.push_back(entry.value);
         }
     }
-    return Unwritable;
+    return {};
 }
 
 } // namespace orvane

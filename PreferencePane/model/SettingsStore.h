@@ -114,7 +114,7 @@ private:
     void _rememberBase(const PropertyList &presets, const std::vector<std::pair<ItemID, std::size_t>> &origins);
     Outcome _write(const Disk &disk);
     Outcome _fail(Outcome outcome, std::string problem);
-    [[nodiscard]] std::string _unstorableText(const PropertyList &list);
+    [[nodiscard]] std::string _unstorableText(const PropertyList &presets, const Disk &disk);
     void _readRecovery();
     [[nodiscard]] PropertyList _unsavedEdits();
 

@@ -11,6 +11,12 @@ orvane_add_test(NAME contract_files LABEL contract
     contract/files/PosixNamesTest.cpp
   LIBRARIES platform_posix)
 
+orvane_add_test(NAME contract_threads LABEL contract
+  SOURCES
+    contract/files/FilesTestSupport.cpp
+    contract/threads/TwoThreadsTest.cpp
+  LIBRARIES commandline)
+
 # Counting system calls is left to strace, which does not go together with the leak check of the address sanitizer.
 if(NOT ORVANE_SANITIZE)
   add_executable(hierarchy_driver contract/files/HierarchyDriver.cpp)

@@ -16,7 +16,31 @@ if(TARGET PkgConfig::ORVANE_WAYLAND_TESTS)
     ${orvane_wayland_tests}/wayland/WaylandInput.cpp)
   target_link_libraries(wayland_test_support PUBLIC fakes platform_wayland GTest::gtest PkgConfig::ORVANE_WAYLAND_TESTS)
 
-  add_executable(desktop_wayland_layershell ${orvane_wayland_tests}/wayland/LayerShellPopUpMenusTest.cpp)
-  target_link_libraries(desktop_wayland_layershell PRIVATE wayland_test_support)
+  foreach(test IN ITEMS Chooser LayerShell TwoOutputs)
+    string(TOLOWER ${test} name)
+    add_executable(desktop_wayland_${name} ${orvane_wayland_tests}/wayland/${test}PopUpMenusTest.cpp)
+    target_link_libraries(desktop_wayland_${name} PRIVATE wayland_test_support)
+  endforeach()
+  add_executable(desktop_wayland_sway
+    ${orvane_wayland_tests}/wayland/SwayActiveApplicationTest.cpp
+    ${orvane_wayland_tests}/wayland/SwayHotKeysTest.cpp)
+  target_link_libraries(desktop_wayland_sway PRIVATE wayland_test_support)
+
+  add_executable(desktop_wayland_kwin ${orvane_wayland_tests}/wayland/KWinTest.cpp)
+  target_link_libraries(desktop_wayland_kwin PRIVATE wayland_test_support)
+  add_executable(desktop_wayland_services ${orvane_wayland_tests}/wayland/HotKeyServicesTest.cpp)
+  target_link_libraries(desktop_wayland_services PRIVATE wayland_test_support)
+
+  # Only a bus and any display.
+  orvane_add_compositor_test(NAME desktop_wayland_services TOOL with-desktop.sh PROGRAM desktop_wayland_services ARGUMENTS --wm none
+    ENVIRONMENT ORVANE_TEST_MOCK_SERVICES=${orvane_wayland_tests}/wayland/mock_services.py)
   orvane_add_compositor_test(NAME desktop_sway_layershell TOOL with-sway.sh PROGRAM desktop_wayland_layershell)
+  orvane_add_compositor_test(NAME desktop_sway_twooutputs TOOL with-sway.sh PROGRAM desktop_wayland_twooutputs ARGUMENTS --outputs 2)
+  orvane_add_compositor_test(NAME desktop_sway_chooser TOOL with-sway.sh PROGRAM desktop_wayland_chooser)
+  orvane_add_compositor_test(NAME desktop_sway TOOL with-sway.sh PROGRAM desktop_wayland_sway
+    ARGUMENTS --line "set $mod Mod4" --line "bindsym Control+Shift+b nop theirs" --line "bindcode $mod+44 nop theirs")
+  # KWin is big: ./dev test-wide installs it.
+  orvane_add_compositor_test(NAME desktop_kwin_layershell TOOL with-kwin.sh PROGRAM desktop_wayland_layershell)
+  orvane_add_compositor_test(NAME desktop_kwin TOOL with-kwin.sh PROGRAM desktop_wayland_kwin)
+  orvane_add_compositor_test(NAME desktop_kwin_chooser TOOL with-kwin.sh PROGRAM desktop_wayland_chooser)
 endif()

@@ -30,7 +30,7 @@ public:
 bool isOpen(const BusCalls &bus, const ApplicationWindow &window, const std::string &path) {
     const QString service = u"org.kde.dolphin-"_s + QString::number(window.pid);
     const BusMethod method = {service, u"/dolphin/Dolphin_1"_s, u"org.kde.dolphin.MainWindow"_s, u"isUrlOpen"_s};
-    const QString url = QString::fromStdString(fileURI(path));
+    const QString url = QString::fromStdString(readableURL(path));
     return bus.call(method, {url}).value_or(QVariant()).toBool() || bus.call(method, {QString(url + u'/')}).value_or(QVariant()).toBool();
 }
 

@@ -126,20 +126,8 @@ std::optional<std::string> pathOfReadableURL(std::string_view url) {
     return withoutTrailingSlashes(path);
 }
 
-std::string fileURI(std::string_view path) {
-    constexpr char digits[] = "0123456789ABCDEF";
-    std::string result = "file://";
-    for (const char character : path) {
-        if (consistsOf({&character, 1}, "/-._~")) {
-            result += character;
-        } else {
-            const auto byte = static_cast<unsigned char>(character);
-            result += '%';
-            result += digits[byte >> 4U];
-            result += digits[byte & 15U];
-        }
-    }
-    return result;
+std::string readableURL(const std::string &path) {
+    return QUrl::fromLocalFile(QString::fromStdString(path)).toString().toStdString();
 }
 
 } // namespace orvane

@@ -21,7 +21,8 @@ namespace orvane {
 /// The absolute path of a `file` URL in the form that KDE writes for people, where blanks and characters outside ASCII stand
 /// for themselves and only `%`, `#` and `?` are encoded. Nothing for every other URL.
 [[nodiscard]] std::optional<std::string> pathOfReadableURL(std::string_view url);
-/// The `file` URI of an absolute path, everything but letters, digits and `/-._~` encoded.
-[[nodiscard]] std::string fileURI(std::string_view path);
+/// The `file` URL of an absolute path in that form. KDE's programs compare URLs as they are written, so that an ampersand that is
+/// encoded would be another one.
+[[nodiscard]] std::string readableURL(const std::string &path);
 
 } // namespace orvane

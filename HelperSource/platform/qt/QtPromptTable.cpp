@@ -7,6 +7,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QProxyStyle>
 #include <QScopedValueRollback>
 #include <QScrollBar>
 
@@ -18,11 +19,20 @@ namespace {
 constexpr int OtherKeyCode = 0xFFFF;
 /// So many rows are shown without scrolling.
 constexpr int MostRowsShown = 12;
-constexpr int FewestRowsShown = 3;
 // Widths in average characters.
 constexpr int WidestName = 28;
 constexpr int NarrowestValue = 30;
 constexpr int WidestValue = 56;
+
+/// The selected row shows by its field's frame alone, as in a form; the band that styles lay below a row would hide that.
+class FormStyle final : public QProxyStyle {
+public:
+    void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter, const QWidget *widget) const override {
+        if (element != PE_PanelItemViewRow) {
+            QProxyStyle::drawPrimitive(element, option, painter, widget);
+        }
+    }
+};
 
 bool isReturn(const QKeyEvent &event) {
     return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
@@ -31,6 +41,9 @@ bool isReturn(const QKeyEvent &event) {
 } // namespace
 
 QtPromptTable::QtPromptTable(QWidget *parent) : QTableView(parent), _cells(new QtPromptCells(this)) {
+    auto *const form = new FormStyle;
+    form->setParent(this);
+    setStyle(form);
     setItemDelegate(_cells);
     _cells->typed = [this] { _tellChanged(); };
     _cells->ended = [this](QWidget &editor, QtEndOfTyping end) { _typingEnded(editor, end); };
@@ -283,14 +296,14 @@ QSize QtPromptTable::sizeHint() const {
         widest = std::max(widest, fontMetrics().horizontalAdvance(value.data().toString()) + 3 * character);
     }
     const int value = std::clamp(widest, NarrowestValue * character, WidestValue * character);
-    const int rows = std::clamp(_model->rowCount(), FewestRowsShown, MostRowsShown);
+    const int rows = std::clamp(_model->rowCount(), 1, MostRowsShown);
     const int bar = _model->rowCount() > MostRowsShown ? verticalScrollBar()->sizeHint().width() : 0;
     return {_nameWidth() + value + bar, rows * verticalHeader()->defaultSectionSize() + 2 * frameWidth()};
 }
 
 QSize QtPromptTable::minimumSizeHint() const {
     const int row = verticalHeader()->defaultSectionSize();
-    return {fontMetrics().averageCharWidth() * NarrowestValue, FewestRowsShown * row};
+    return {fontMetrics().averageCharWidth() * NarrowestValue, row};
 }
 
 } // namespace orvane

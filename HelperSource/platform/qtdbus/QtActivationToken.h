@@ -17,7 +17,7 @@ public:
     QtActivationToken &operator=(const QtActivationToken &) = delete;
     ~QtActivationToken();
 
-    /// That of a request's platform data: "activation-token", else "desktop-startup-id" (Desktop Entry Specification 1.5,
+    /// That of a request's platform data: "activation-token", else "desktop-startup-id" (freedesktop.org, Desktop Entry 1.5,
     /// "D-Bus Activation"); empty when it has none.
     [[nodiscard]] static QString inPlatformData(const QVariantMap &platformData);
     /// Platform data with the permission that this process holds, if any, to hand on.

@@ -16,7 +16,7 @@
 namespace orvane {
 
 /// This program on the session bus: name `org.orvane.Helper`, object `/org/orvane/Helper`, interfaces org.freedesktop.Application
-/// (Desktop Entry Specification 1.5, "D-Bus Activation") and org.orvane.Services.
+/// (freedesktop.org, Desktop Entry 1.5, "D-Bus Activation") and org.orvane.Services.
 ///
 /// Requests that want the menu go to the services provider, from the event loop; the caller has its answer as soon as the provider
 /// returns or starts handling events of its own, so that no caller waits for a menu. Such a request is dropped while an earlier one
@@ -28,7 +28,7 @@ class QtDBusServices final : public QObject, public Services {
 public:
     struct Hooks {
         std::function<void(const std::string &folder)> useFolder; ///< before the provider is asked by `make-preset-in`: an absolute path
-        std::function<void()> requestDone; ///< the provider is done with a request: that folder counts no longer
+        std::function<void()> requestDone;                        ///< the provider is done with a request: that folder counts no longer
         std::function<void()> showPreferences;
         std::function<void()> quit;
         std::function<bool()> isBusy; ///< a menu, a prompt or a panel of ours is open

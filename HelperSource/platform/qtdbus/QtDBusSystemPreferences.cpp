@@ -21,7 +21,7 @@ constexpr int limitForProgram = 25000; // ms; it may have to be started, and nob
 
 const QString applicationInterface = u"org.freedesktop.Application"_s;
 
-/// As the Desktop Entry Specification 1.5 has it under "D-Bus Activation".
+/// As the freedesktop.org, Desktop Entry 1.5 has it under "D-Bus Activation".
 QString pathOf(const QString &applicationId) {
     QString path = u'/' + applicationId;
     return path.replace(u'.', u'/').replace(u'-', u'_');

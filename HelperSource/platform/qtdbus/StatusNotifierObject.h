@@ -9,7 +9,7 @@
 
 #include <functional>
 
-// The interface org.kde.StatusNotifierItem as the StatusNotifierItem specification (freedesktop.org, draft 0.1) and KDE's
+// The interface org.kde.StatusNotifierItem as freedesktop.org (StatusNotifierItem, draft 0.1) and KDE's
 // org.kde.StatusNotifierItem.xml (kf5 5.103) have it.
 namespace orvane {
 

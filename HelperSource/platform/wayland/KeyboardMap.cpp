@@ -7,8 +7,8 @@
 #include <cstdlib>
 #include <utility>
 
-#include <Qt>
 #include <QChar>
+#include <Qt>
 #include <xkbcommon/xkbcommon-keysyms.h>
 #include <xkbcommon/xkbcommon.h>
 
@@ -155,8 +155,8 @@ std::optional<std::string> KeyboardMap::portalTrigger(std::uint32_t keyCode, std
         return std::nullopt;
     }
     std::string trigger;
-    for (const auto &[bit, text] : {std::pair{Control, "CTRL+"}, std::pair{Option, "ALT+"}, std::pair{Shift, "SHIFT+"},
-                                    std::pair{Command, "LOGO+"}}) {
+    for (const auto &[bit, text] :
+         {std::pair{Control, "CTRL+"}, std::pair{Option, "ALT+"}, std::pair{Shift, "SHIFT+"}, std::pair{Command, "LOGO+"}}) {
         if ((modifiers & bit) != 0) {
             trigger += text;
         }

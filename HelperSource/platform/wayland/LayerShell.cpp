@@ -60,6 +60,11 @@ LayerSurface::~LayerSurface() {
     }
 }
 
+void LayerSurface::takeKeyboard() {
+    request(_surface, layershell::SetKeyboardInteractivity, layershell::KeyboardExclusive);
+    wl_surface_commit(_content);
+}
+
 void LayerSurface::_configure(void *data, wl_proxy *surface, std::uint32_t serial, std::uint32_t width, std::uint32_t height) {
     auto *const self = static_cast<LayerSurface *>(data);
     request(surface, layershell::AckConfigure, serial);
@@ -140,6 +145,7 @@ std::unique_ptr<LayerSurface> LayerShell::cover(QWidget &window, QScreen &screen
         return nullptr;
     }
     std::unique_ptr<LayerSurface> layer(new LayerSurface(window));
+    layer->_content = surface;
     const QueuedProxy queued(_shell, _queue);
     auto *const shell = static_cast<wl_proxy *>(queued.get());
     layer->_surface = wl_proxy_marshal_flags(shell, layershell::GetLayerSurface, &layershell::Surface, wl_proxy_get_version(shell), 0,

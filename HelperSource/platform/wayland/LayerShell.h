@@ -10,6 +10,7 @@ struct wl_display;
 struct wl_event_queue;
 struct wl_proxy;
 struct wl_registry;
+struct wl_surface;
 
 namespace orvane {
 
@@ -20,6 +21,9 @@ public:
     LayerSurface(const LayerSurface &) = delete;
     LayerSurface &operator=(const LayerSurface &) = delete;
     ~LayerSurface();
+
+    /// Asks for the keyboard once more, for when another surface had it that is gone.
+    void takeKeyboard();
 
     /// Called when the compositor took the surface away (its output is gone); it may destroy this object.
     std::function<void()> closed;
@@ -32,6 +36,7 @@ private:
 
     QWidget &_window;
     wl_proxy *_surface = nullptr;
+    wl_surface *_content = nullptr; ///< Qt's
     bool _isConfigured = false;
 };
 

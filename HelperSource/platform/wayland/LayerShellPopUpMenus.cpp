@@ -45,6 +45,7 @@ public:
         }
         return _surface != nullptr;
     }
+    void takeKeyboard() { _surface->takeKeyboard(); }
     [[nodiscard]] QPoint onDesktop(const QPoint &point) const { return _place + point; }
 
     void showMenu(Menu &menu, std::optional<QPoint> pointer, const QPoint &offset) {
@@ -156,7 +157,12 @@ void LayerShellPopUpMenus::_show(Overlay &overlay, std::optional<QPoint> pointer
     overlay.showMenu(*_menu, pointer, _offset);
     // Not from inside an event that may be on its way to one of them.
     QTimer::singleShot(0, &overlay, [this, &overlay] {
-        std::erase_if(_overlays, [&overlay](const std::unique_ptr<Overlay> &other) { return other.get() != &overlay; });
+        const bool hadOthers =
+            std::erase_if(_overlays, [&overlay](const std::unique_ptr<Overlay> &other) { return other.get() != &overlay; }) > 0;
+        // The keyboard was with one of them perhaps, and sway does not hand it on.
+        if (hadOthers) {
+            overlay.takeKeyboard();
+        }
     });
 }
 

@@ -47,7 +47,8 @@ void onKeymap(void *data, wl_keyboard * /*keyboard*/, std::uint32_t format, std:
     }
     void *const text = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file.get(), 0);
     if (text != MAP_FAILED) {
-        static_cast<Question *>(data)->keymap = std::string(static_cast<const char *>(text), ::strnlen(static_cast<const char *>(text), size));
+        static_cast<Question *>(data)->keymap =
+            std::string(static_cast<const char *>(text), ::strnlen(static_cast<const char *>(text), size));
         ::munmap(text, size);
     }
 }

@@ -76,7 +76,7 @@ bool SwayConnection::_receive() {
         _arrived.append(part.data(), length);
         return true;
     }
-    return length < 0 && (errno == EAGAIN || errno == EWOULDBLOCK);
+    return length < 0 && errno == EAGAIN;
 }
 
 bool SwayConnection::_next(std::uint32_t &type, QByteArray &payload) {

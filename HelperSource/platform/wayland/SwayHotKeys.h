@@ -43,7 +43,7 @@ private:
 
     std::unique_ptr<SwayConnection> _commands;
     std::unique_ptr<SwayConnection> _events;
-    std::map<int, QByteArray> _taken; ///< slot to combination
+    std::map<int, QByteArray> _taken;                                    ///< slot to combination
     const std::unique_ptr<QObject> _guard = std::make_unique<QObject>(); ///< what is queued for this object goes with it
 };
 

@@ -184,21 +184,5 @@ TEST_F(SdBusNotificationsTest, ObserversAreKeptWhileThereIsNoBus) {
     EXPECT_TRUE(eventually([&] { return centre.process() && calls == 1; }));
 }
 
-bool isSystemdLoaded() {
-    return test::contentsOf("/proc/self/maps").find("libsystemd.so") != std::string::npos;
-}
-
-bool isLoadedByPostingOnly() {
-    const test::PrivateBus bus;
-    SdBusNotifications centre(bus.address());
-    const bool before = isSystemdLoaded();
-    return centre.post("Changed") && !before && isSystemdLoaded();
-}
-
-TEST(SdBusNotifications, LibraryIsLoadedAtTheFirstUseOnly) {
-    testing::FLAGS_gtest_death_test_style = "threadsafe"; // the program anew, for this test alone
-    EXPECT_EXIT(std::_Exit(isLoadedByPostingOnly() ? 0 : 1), testing::ExitedWithCode(0), "");
-}
-
 } // namespace
 } // namespace orvane

@@ -6,6 +6,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <set>
 #include <string>
 
 #include <unistd.h>
@@ -21,12 +22,6 @@ protected:
     void SetUp() override {
         const char *name = std::getenv("ORVANE_TEST_FILEMANAGER");
         _name = name != nullptr ? name : "";
-        if (_name.empty() || outputOf(QStringLiteral("which"), {QString::fromStdString(_name)}).empty()) {
-            GTEST_SKIP() << (_name.empty() ? "no file manager named" : _name + " is not installed");
-        }
-        if (_name == "dolphin" && ::getuid() == 0) {
-            GTEST_SKIP() << "dolphin refuses to run as root";
-        }
         std::string pattern = std::string(std::getenv("DESKTOP_SCRATCH")) + "/XXXXXX";
         _top = ::mkdtemp(pattern.data());
         _program = std::make_unique<FileManagerProgram>(recipeFor(_name));
@@ -41,11 +36,12 @@ protected:
         std::filesystem::create_directories(path);
         return path;
     }
-    /// Asks once it is sure that the window can be read at all.
-    xcb_window_t opened(const std::string &path) {
+    /// Opens a window and waits until it can be read. Programs tell the accessibility bus of the new active window a moment after
+    /// the window manager knows it, so that a window with the same title, `previous`, may still be answered.
+    xcb_window_t opened(const std::string &path, const std::string &previous = {}) {
         const xcb_window_t window = _program->open(path);
         EXPECT_NE(window, 0U) << _name << " opened no window for " << path;
-        EXPECT_EQ(_asked.becomes(path), "");
+        EXPECT_EQ(_asked.becomes(path, previous), "");
         return window;
     }
 
@@ -76,7 +72,7 @@ TEST_F(RealFileManager, TellsTheFolderOfTheActiveOneOfSeveralWindows) {
     const std::string one = folder("a/Same");
     const std::string two = folder("b/Same");
     const xcb_window_t first = opened(one);
-    const xcb_window_t second = opened(two);
+    const xcb_window_t second = opened(two, one);
     ASSERT_NE(first, second);
     _program->activate(first);
     EXPECT_EQ(_asked.becomes(one, two), "");
@@ -148,9 +144,15 @@ TEST_F(RealFileManager, HungCostsNoMoreThanTheLimitAndStartsNothing) {
     const xcb_window_t window = opened(folder("plain"));
     const long pid = _program->pidOf(window);
     ASSERT_GT(pid, 0);
-    const auto before = processesOfDesktop();
-    ASSERT_FALSE(before.empty());
     ASSERT_EQ(::kill(static_cast<pid_t>(pid), SIGSTOP), 0);
+    // What the file manager itself had begun to start comes and goes first.
+    std::set<long> before;
+    ASSERT_TRUE(waitUntil([&] {
+        const auto now = processesOfDesktop();
+        (void)waitUntil([] { return false; }, std::chrono::milliseconds(500));
+        before = processesOfDesktop();
+        return !before.empty() && before == now;
+    }));
     auto fastest = std::chrono::milliseconds::max();
     for (int attempt = 0; attempt < 5; ++attempt) {
         std::optional<std::string> answer;

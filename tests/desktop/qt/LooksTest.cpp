@@ -125,8 +125,8 @@ private:
 
 TEST_P(Looks, Prompt) {
     PromptDesk desk;
-    user.when([] { return isPainted(PromptWindowName); }, [] { xdotool("type --delay 2 'Acme & Söhne' key Tab"); }, "the prompt");
-    user.when([] { return promptTable()->editedRow() == 1; }, [] { xdotool("type --delay 2 'Winter'"); }, "the second row");
+    user.when([] { return isPainted(PromptWindowName); }, [] { xdotool("type --delay 2 --args 1 'Acme & Söhne' key Tab"); }, "the prompt");
+    user.when([] { return promptTable()->editedRow() == 1; }, [] { xdotool("type --delay 2 --args 1 'Winter'"); }, "the second row");
     user.when([] { return promptField()->text() == QLatin1String("Winter"); }, [] {}, "the text");
     user.then([] { take(PromptWindowName, "prompt"); });
     user.then([] { xdotool("key Escape Escape"); });

@@ -30,7 +30,7 @@ public:
     /// Waits until row `row` is edited with its value selected, then types.
     PromptKeys &type(int row, const std::string &text, const std::string &key) {
         user.when([row] { return isEditingSelected(row); },
-                  [text, key] { xdotool((text.empty() ? std::string() : "type --delay 2 '" + text + "' ") + "key " + key); },
+                  [text, key] { xdotool((text.empty() ? std::string() : "type --delay 2 --args 1 '" + text + "' ") + "key " + key); },
                   "editing of row " + std::to_string(row));
         return *this;
     }
@@ -105,7 +105,7 @@ TEST_F(PromptKeys, ReturnOnASelectedRowEditsItsValue) {
 
 TEST_F(PromptKeys, TypingOnASelectedRowReplacesItsValue) {
     type(0, "one", "shift+Tab");
-    user.when([] { return isSelected(0); }, [] { xdotool("type --delay 2 'new'"); }, "row 0 selected");
+    user.when([] { return isSelected(0); }, [] { xdotool("type --delay 2 --args 1 'new'"); }, "row 0 selected");
     user.when([] { return isEditing(0) && promptField()->text() == QLatin1String("new"); }, [] { xdotool("key Return"); }, "typed text");
     EXPECT_TRUE(desk.createFolder("{a}"));
     EXPECT_EQ(desk.values(), Lines{"new"});
@@ -124,7 +124,7 @@ TEST_F(PromptKeys, EscapeOtherwiseAbandons) {
 }
 
 TEST_F(PromptKeys, ClickingElsewhereEndsEditingAndNothingMore) {
-    user.when([] { return isEditingSelected(0); }, [] { xdotool("type --delay 2 one"); }, "editing of row 0");
+    user.when([] { return isEditingSelected(0); }, [] { xdotool("type --delay 2 --args 1 one"); }, "editing of row 0");
     user.when([] { return promptField()->text() == QLatin1String("one"); },
               [] {
                   click(*shownWindow(PromptWindowName), {4, 4});
@@ -136,7 +136,7 @@ TEST_F(PromptKeys, ClickingElsewhereEndsEditingAndNothingMore) {
 }
 
 TEST_F(PromptKeys, ClickingAnotherNameSelectsItsRowWithoutEditing) {
-    user.when([] { return isEditingSelected(0); }, [] { xdotool("type --delay 2 one"); }, "editing of row 0");
+    user.when([] { return isEditingSelected(0); }, [] { xdotool("type --delay 2 --args 1 one"); }, "editing of row 0");
     user.when([] { return promptField()->text() == QLatin1String("one"); }, [] { click(*promptTable()->viewport(), middleOfCell(1, 0)); },
               "typed text");
     key([] { return isSelected(1); }, "Escape", "row 1 selected, not edited");
@@ -145,7 +145,7 @@ TEST_F(PromptKeys, ClickingAnotherNameSelectsItsRowWithoutEditing) {
 }
 
 TEST_F(PromptKeys, ClickingAnotherValueEditsIt) {
-    user.when([] { return isEditingSelected(0); }, [] { xdotool("type --delay 2 one"); }, "editing of row 0");
+    user.when([] { return isEditingSelected(0); }, [] { xdotool("type --delay 2 --args 1 one"); }, "editing of row 0");
     user.when([] { return promptField()->text() == QLatin1String("one"); }, [] { click(*promptTable()->viewport(), middleOfCell(2, 1)); },
               "typed text");
     type(2, "three", "Return");
@@ -154,7 +154,7 @@ TEST_F(PromptKeys, ClickingAnotherValueEditsIt) {
 }
 
 TEST_F(PromptKeys, OKCommitsWhatIsBeingTyped) {
-    user.when([] { return isEditingSelected(0); }, [] { xdotool("type --delay 2 one"); }, "editing of row 0");
+    user.when([] { return isEditingSelected(0); }, [] { xdotool("type --delay 2 --args 1 one"); }, "editing of row 0");
     user.when([] { return promptField()->text() == QLatin1String("one"); },
               [] {
                   const QWidget *const ok = child<QDialogButtonBox>(PromptWindowName, "buttonBox")->button(QDialogButtonBox::Ok);
@@ -166,7 +166,7 @@ TEST_F(PromptKeys, OKCommitsWhatIsBeingTyped) {
 }
 
 TEST_F(PromptKeys, CancelAbandonsAndDoesNotCommitWhatIsBeingTyped) {
-    user.when([] { return isEditingSelected(0); }, [] { xdotool("type --delay 2 one"); }, "editing of row 0");
+    user.when([] { return isEditingSelected(0); }, [] { xdotool("type --delay 2 --args 1 one"); }, "editing of row 0");
     user.when([] { return promptField()->text() == QLatin1String("one"); },
               [] {
                   const QWidget *const cancel = child<QDialogButtonBox>(PromptWindowName, "buttonBox")->button(QDialogButtonBox::Cancel);
@@ -190,20 +190,20 @@ TEST_F(PromptKeys, TabLeadsFromTheTableToTheButtonsAndReturnPressesOK) {
 }
 
 TEST_F(PromptKeys, ClosingTheWindowAbandons) {
-    user.when([] { return isEditingSelected(0); }, [] { xdotool("type --delay 2 one key alt+F4"); }, "editing of row 0");
+    user.when([] { return isEditingSelected(0); }, [] { xdotool("type --delay 2 --args 1 one key alt+F4"); }, "editing of row 0");
     EXPECT_FALSE(desk.createFolder("{a}"));
     EXPECT_TRUE(desk.fileSystem.listing("/jobs").empty());
 }
 
 TEST_F(PromptKeys, EditingSurvivesThatAnotherWindowComesInBetween) {
-    user.when([] { return isEditingSelected(0); }, [] { xdotool("type --delay 2 one"); }, "editing of row 0");
+    user.when([] { return isEditingSelected(0); }, [] { xdotool("type --delay 2 --args 1 one"); }, "editing of row 0");
     const std::unique_ptr<OtherProgram> other = std::make_unique<OtherProgram>();
     user.when([] { return promptField()->text() == QLatin1String("one"); }, [] { xdotool("search --class xterm windowactivate --sync"); },
               "typed text");
     user.when([&] { return other->isActive() && !shownWindow(PromptWindowName)->isActiveWindow(); },
               [] { application().activateIgnoringOtherApps(true); }, "the other program's window");
     user.when([] { return isEditing(0) && promptField()->text() == QLatin1String("one"); },
-              [] { xdotool("key End type --delay 2 ' more'"); }, "editing again");
+              [] { xdotool("key End type --delay 2 --args 1 ' more'"); }, "editing again");
     key([] { return promptField()->text() == QLatin1String("one more"); }, "Return", "more text");
     EXPECT_TRUE(desk.createFolder("{a}"));
     EXPECT_EQ(desk.values(), Lines{"one more"});
@@ -220,7 +220,7 @@ TEST_F(PromptKeys, PastedLineBreaksDoNotGetIntoTheName) {
     user.when([] { return isEditingSelected(0); },
               [] {
                   promptField()->insert(QStringLiteral("one\ntwo\n")); // as a paste does
-                  xdotool("type --delay 2 3 key Return");
+                  xdotool("type --delay 2 --args 1 3 key Return");
               },
               "editing of row 0");
     EXPECT_TRUE(desk.createFolder("{a}"));

@@ -331,7 +331,8 @@ TEST(PromptProblems, ExistingFolderIsSaidBeforeOKAndOKStillAsks) {
     PromptDesk desk;
     desk.fileSystem.addFolder("/jobs/Acme");
     User user;
-    user.when([] { return isActive(PromptWindowName) && promptField() != nullptr; }, [] { xdotool("type --delay 2 Acme"); }, "the prompt");
+    user.when([] { return isActive(PromptWindowName) && promptField() != nullptr; }, [] { xdotool("type --delay 2 --args 1 Acme"); },
+              "the prompt");
     user.when([] { return child<QLabel>(PromptWindowName, "problem")->text().contains(QLatin1String("exists")); },
               [] { xdotool("key Return"); }, "the problem");
     EXPECT_FALSE(desk.createFolder("{Client}"));

@@ -75,10 +75,10 @@ User::~User() {
 
 User &User::when(std::function<bool()> holds, std::function<void()> acts, std::string what) {
     _steps.push_back({std::move(holds), std::move(acts), std::move(what)});
-    if (!_timer.isActive()) {
+    if (_next + 1 == _steps.size()) {
         _deadline = std::chrono::steady_clock::now() + Patience;
-        _timer.start(10);
     }
+    _timer.start(10);
     return *this;
 }
 
@@ -87,22 +87,31 @@ User &User::then(std::function<void()> acts) {
 }
 
 void User::_look() {
+    const bool isOver = std::chrono::steady_clock::now() > _deadline;
     if (hasFinished()) {
-        _timer.stop();
-        return;
-    }
-    if (_steps[_next].holds()) {
+        const bool isOpen = QtApplication::modalWindow() != nullptr || QApplication::activePopupWidget() != nullptr;
+        if (!isOpen) {
+            _timer.stop();
+        } else if (isOver) {
+            _giveUp("what is open to go away");
+        }
+    } else if (_steps[_next].holds()) {
         const Step step = _steps[_next++];
         _deadline = std::chrono::steady_clock::now() + Patience;
         step.acts();
-    } else if (std::chrono::steady_clock::now() > _deadline) {
-        ADD_FAILURE() << "the user waited in vain for: " << _steps[_next].what;
-        _timer.stop();
-        while (QWidget *const open = QApplication::activePopupWidget()) {
-            open->close();
-        }
-        QApplication::closeAllWindows();
+    } else if (isOver) {
+        _giveUp(_steps[_next].what);
     }
+}
+
+void User::_giveUp(const std::string &what) {
+    ADD_FAILURE() << "the user waited in vain for: " << what;
+    _timer.stop();
+    _steps.resize(_next);
+    while (QWidget *const open = QApplication::activePopupWidget()) {
+        open->close();
+    }
+    QApplication::closeAllWindows();
 }
 
 std::string outputOf(const std::string &command) {

@@ -46,6 +46,7 @@ private:
         std::string what;
     };
     void _look();
+    void _giveUp(const std::string &what);
 
     std::vector<Step> _steps;
     std::size_t _next = 0;

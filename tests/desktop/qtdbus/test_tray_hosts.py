@@ -140,8 +140,8 @@ class PanelTest(TrayTest):
         wait_until(lambda: self.panel() is None, 10, "no panel")
         probe.expect("fallback", 10)
         panel = subprocess.Popen(["xfce4-panel", "--disable-wm-check"], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        self.addCleanup(panel.wait)
-        self.addCleanup(panel.kill)
+        self.addClassCleanup(panel.wait)  # the tests after this one need it, too
+        self.addClassCleanup(panel.kill)
         wait_until(self.panel, 20, "the panel")
         self.settle_screen()
         self.assertIn("chosen 0", self.pick(probe, place, 1, "Down", "Return"))

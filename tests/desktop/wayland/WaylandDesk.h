@@ -185,5 +185,4 @@ inline void popUp(PopUpMenus &menus, Menu &menu) {
     menus.popUpContextMenu(menu, event, window);
 }
 
-
 } // namespace orvane::wayland

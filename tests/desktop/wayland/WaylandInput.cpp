@@ -85,8 +85,7 @@ std::unique_ptr<WaylandInput> WaylandInput::open(std::uint32_t width, std::uint3
     wl_registry_destroy(registry);
     if (input->_pointerManager != nullptr && input->_keyboardManager != nullptr && input->_seat != nullptr) {
         wl_proxy *const pointers = input->_pointerManager;
-        input->_pointer =
-            wl_proxy_marshal_flags(pointers, 0, &virtualPointer, wl_proxy_get_version(pointers), 0, input->_seat, nullptr);
+        input->_pointer = wl_proxy_marshal_flags(pointers, 0, &virtualPointer, wl_proxy_get_version(pointers), 0, input->_seat, nullptr);
         input->_makeKeyboard(layout);
     } else if (input->_fake != nullptr) {
         request(input->_fake, 0, "Orvane", "tests");

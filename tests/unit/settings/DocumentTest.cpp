@@ -79,7 +79,8 @@ TEST_F(Document, APresetWithoutHierarchyGetsOneWithItsFirstNode) {
     const PropertyList record = document.record(document.presetAt(0));
     const PropertyListValue *hierarchy = record.root().find("fileHierarchy");
     ASSERT_NE(hierarchy, nullptr);
-    EXPECT_TRUE(hierarchy->equals(make.root({make.dictionary({{"filename", make.text("n")}, {"isFolder", PropertyListValue::ofBoolean(true)}})})));
+    EXPECT_TRUE(
+        hierarchy->equals(make.root({make.dictionary({{"filename", make.text("n")}, {"isFolder", PropertyListValue::ofBoolean(true)}})})));
 }
 
 TEST_F(Document, AFolderThatLosesItsLastChildKeepsAnEmptyList) {
@@ -206,7 +207,8 @@ TEST_F(Document, DeletesAnySelectionAtOnce) {
 }
 
 TEST_F(Document, MovesNodesBetweenFoldersInTheirOrder) {
-    load({make.preset("d", {make.file("a"), make.folder("f", {make.file("b"), make.file("c")}), make.file("e"), make.folder("g", {make.file("h")})})});
+    load({make.preset(
+        "d", {make.file("a"), make.folder("f", {make.file("b"), make.file("c")}), make.file("e"), make.folder("g", {make.file("h")})})});
     document.moveNodes(std::array{at({2}), at({1, 1}), at({0})}, at({3}), 0);
     EXPECT_EQ(names(), "f(b),g(a,c,e,h)");
     history.undo();
@@ -251,7 +253,9 @@ TEST_F(Document, AFileThatBecomesAFolderAgainHasItsContentsStill) {
     load({make.preset("d", {make.folder("f", {make.file("x")})})});
     document.setFolder(std::array{at({0})}, false);
     EXPECT_FALSE(document.isFolder(at({0})));
-    EXPECT_EQ(document.record(document.presetAt(0)).root().find("fileHierarchy")->find("children")->array()[0].find("children")->array().size(), 1U);
+    EXPECT_EQ(
+        document.record(document.presetAt(0)).root().find("fileHierarchy")->find("children")->array()[0].find("children")->array().size(),
+        1U);
     document.setFolder(std::array{at({0})}, true);
     EXPECT_EQ(names(), "f(x)");
 }

@@ -115,8 +115,8 @@ protected:
 
 TEST_F(DocumentUndo, EveryStateComesBackAndObserversFollow) {
     for (int round = 0; round < 40; ++round) {
-        load({make.preset("{A}", {make.folder("f", {make.file("x"), make.folder("g", {make.file("y")})}), make.file("z")}),
-              labelled("B"), make.text("odd"), make.preset("c", {make.text("odd"), make.folder("h", {})})});
+        load({make.preset("{A}", {make.folder("f", {make.file("x"), make.folder("g", {make.file("y")})}), make.file("z")}), labelled("B"),
+              make.text("odd"), make.preset("c", {make.text("odd"), make.folder("h", {})})});
         TreeMirror mirror(document);
         std::vector<PropertyList> states{document.propertyList()};
         for (int edit = 0; edit < 60; ++edit) {

@@ -62,7 +62,7 @@ TEST_F(Merge, DifferentKeysOfOnePresetBothCount) {
     };
     merge({with("A", "s", {{"gone", make.text("1")}})}, {{with("A", "mine", {{"gone", make.text("1")}, {"x", make.text("new")}}), 0}},
           {with("Theirs", "s", {{"y", make.text("new")}})});
-    EXPECT_TRUE(result.conflicts.empty()) << "matched by position after content and label failed";
+    EXPECT_TRUE(result.conflicts.empty()) << "matched by place and folder name";
     ASSERT_EQ(result.presets.size(), 1U);
     EXPECT_TRUE(result.presets[0].record.root().equals(with("Theirs", "mine", {{"x", make.text("new")}, {"y", make.text("new")}})));
 }
@@ -154,13 +154,10 @@ TEST_F(Merge, TwinsAreToldApartByTheirPlace) {
 }
 
 TEST_F(Merge, APresetRenamedThereIsKnownByItsTree) {
-    const auto with = [&](std::string_view label, std::string_view name) {
-        return make.preset(name, {make.file("x")}, {{"label", make.text(label)}});
-    };
     const auto tree = [&](std::string_view label, std::string_view name) {
-        return make.dictionary({{"label", make.text(label)}, {"directoryName", make.text(name)}, {"fileHierarchy", make.root({make.file("x")})}});
+        return make.dictionary(
+            {{"label", make.text(label)}, {"directoryName", make.text(name)}, {"fileHierarchy", make.root({make.file("x")})}});
     };
-    (void)with;
     merge({p("Other"), tree("A", "n")}, {{p("Other"), 0}, {tree("A", "mine"), 1}}, {tree("Theirs", "n"), p("Other")});
     EXPECT_EQ(labels(), (List{"Theirs/mine", "Other/n"}));
     EXPECT_TRUE(result.conflicts.empty());

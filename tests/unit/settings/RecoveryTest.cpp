@@ -173,7 +173,8 @@ TEST_F(Recovery, AnUnreadablePreferencesFileLeavesTheOfferAlone) {
 
 TEST_F(Recovery, AFileThatIsNoneOfOursOffersNothing) {
     presetsOnDisk({labelled("A")});
-    for (const char *bytes : {"", "garbage", "<plist><dict/></plist>", "<plist><dict><key>ORVUnsavedVersion</key><integer>1</integer></dict></plist>"}) {
+    for (const char *bytes :
+         {"", "garbage", "<plist><dict/></plist>", "<plist><dict><key>ORVUnsavedVersion</key><integer>1</integer></dict></plist>"}) {
         recovery.bytes = bytes;
         start();
         EXPECT_FALSE(run->store.offersRecovery()) << bytes;

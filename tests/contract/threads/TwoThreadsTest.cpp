@@ -1,0 +1,353 @@
+// Large hierarchies, which two threads make: what is on disk, what is told and what is left must be what one thread leaves.
+
+#include "WatchedFileSystem.h"
+#include "contract/files/FilesTestSupport.h"
+#include "unit/core/Desk.h"
+
+#include "ObservedFileSystem.h"
+
+#include "platform/posix/PosixFinderInformation.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <filesystem>
+#include <map>
+#include <random>
+#include <set>
+
+namespace orvane::testing {
+
+namespace {
+
+using test::dict;
+using test::list;
+using test::text;
+using test::yes;
+
+constexpr std::size_t Nodes = 3000;
+
+class CountingProgress final : public CreationProgress {
+public:
+    void advanced(std::size_t count) override { nodes += count; }
+    void startedOver() override {
+        nodes = 0;
+        ++starts;
+    }
+    std::atomic<std::size_t> nodes = 0;
+    int starts = 0;
+};
+
+/// A node with children to be put in.
+struct Node {
+    std::string name;
+    bool isFolder = false;
+    std::string color;
+    std::string permissions;
+    std::string content;
+    std::vector<std::size_t> children = {};
+};
+
+/// A random tree, the top folder first.
+class RandomTree {
+public:
+    explicit RandomTree(unsigned seed, std::size_t nodes = Nodes) : _random(seed), _nodes{{"{Job} top", true, "", "", ""}} {
+        std::vector<std::size_t> folders{0};
+        for (std::size_t i = 1; i <= nodes; ++i) {
+            const bool isFolder = _below(10) < 3;
+            const std::size_t parent = folders[_below(_below(4) == 0 ? 1 : folders.size())];
+            Node node{(_below(5) == 0 ? "{Job}:" : "") + std::string("node ") + std::to_string(i), isFolder, "", "", ""};
+            node.color = _below(10) == 0 ? "red" : "";
+            node.permissions = _below(10) == 0 ? (isFolder ? "750" : "640") : "";
+            node.content = isFolder || _below(2) == 0 ? "" : _below(20) == 0 ? "large" : _below(40) == 0 ? "missing" : "small";
+            _nodes.push_back(node);
+            _nodes[parent].children.push_back(i);
+            if (isFolder) {
+                folders.push_back(i);
+            }
+        }
+    }
+    std::size_t _below(std::size_t end) { return std::uniform_int_distribution<std::size_t>(0, end - 1)(_random); }
+    [[nodiscard]] Node &any() { return _nodes[1 + _below(_nodes.size() - 1)]; }
+    [[nodiscard]] Node &at(std::size_t index) { return _nodes[index]; }
+
+    [[nodiscard]] PropertyList preset() { return dict({{"directoryName", text(_nodes[0].name)}, {"fileHierarchy", _node(0)}}); }
+
+private:
+    PropertyList _node(std::size_t index) {
+        const Node &node = _nodes[index];
+        std::vector<PropertyList> children;
+        for (const std::size_t child : node.children) {
+            children.push_back(_node(child));
+        }
+        return dict({{"filename", text(node.name)},
+                     {"isFolder", yes(node.isFolder)},
+                     {"color", text(node.color)},
+                     {"permissions", text(node.permissions)},
+                     {"contentFilename", text(node.content)},
+                     {"children", list(children)}});
+    }
+
+    std::mt19937 _random;
+    std::vector<Node> _nodes;
+};
+
+/// Everything below a folder: path to kind, mode, label and contents.
+std::map<std::string, std::string> snapshot(const std::string &folder) {
+    std::map<std::string, std::string> result;
+    PosixFinderInformation finder;
+    for (const auto &entry : std::filesystem::recursive_directory_iterator(folder)) {
+        const std::string path = entry.path().string();
+        std::uint16_t flags = 0;
+        const int error = finder.readFlags(path, flags);
+        std::string all = (entry.is_directory() ? "folder " : "file ") + std::to_string(modeOf(path)) + " " + std::to_string(flags) + " " +
+                          std::to_string(error) + " " + attributeOf(path, "user.xdg.tags").value_or("-");
+        if (entry.is_regular_file()) {
+            all += " " + std::to_string(std::hash<std::string>()(contentsOf(path)));
+        }
+        result[path.substr(folder.size())] = all;
+    }
+    return result;
+}
+
+class TwoThreadsTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        if (std::thread::hardware_concurrency() < 2) {
+            GTEST_SKIP() << "a second thread needs a second processor";
+        }
+        desk.folders.applicationSupport = folder / "support";
+        std::filesystem::create_directories(folder / "support/Orvane/File Content");
+        putFile(folder / "support/Orvane/File Content/small", std::string(4096, 'x'));
+        putFile(folder / "support/Orvane/File Content/large", std::string(200'000, 'y'));
+        desk.prompt.answers = {{"Job", "Acme/7"}};
+        putFolder(folder / "one");
+        putFolder(folder / "two");
+    }
+
+    struct Outcome {
+        std::vector<FakeAlerts::Alert> alerts;
+        std::map<std::string, std::string> disk;
+        std::size_t nodes = 0;
+    };
+
+    /// Makes the preset in a new manager.
+    Outcome create(FileSystem &disk, const PropertyList &preset, const std::string &base) {
+        FakeAlerts alerts;
+        CountingProgress counter;
+        auto manager = ORVPresetManager::create({.alerts = alerts,
+                                                 .application = desk.application,
+                                                 .clock = desk.clock,
+                                                 .notifications = desk.notifications,
+                                                 .fileSystem = disk,
+                                                 .mainThread = desk.mainThread,
+                                                 .preferences = desk.preferences,
+                                                 .processes = desk.processes,
+                                                 .log = desk.log,
+                                                 .textCase = desk.textCase,
+                                                 .threads = desk.threads,
+                                                 .folders = desk.folders,
+                                                 .promptInterface = desk.prompt,
+                                                 .workspace = desk.workspace,
+                                                 .progress = &counter});
+        manager->setBasePath(base);
+        manager->createFileHierarchyFromPreset(preset.root());
+        starts = counter.starts;
+        return {alerts.alerts, snapshot(base), counter.nodes};
+    }
+
+    /// The same preset by one thread and by two; what differs is a failure.
+    Outcome bothWays(const PropertyList &preset, const std::string &base) {
+        // At one place, so that messages can be the same.
+        single.refusesTwoThreads = true;
+        const Outcome one = create(single, preset, base);
+        EXPECT_EQ(single.sharings, 0);
+        std::filesystem::remove_all(base);
+        putFolder(base);
+        const Outcome two = create(shared, preset, base);
+        EXPECT_EQ(one.alerts, two.alerts);
+        EXPECT_EQ(one.disk, two.disk);
+        std::filesystem::remove_all(base);
+        putFolder(base);
+        if (one.alerts.empty()) {
+            EXPECT_EQ(one.nodes, two.nodes);
+        }
+        return two;
+    }
+
+    TemporaryFolder folder;
+    test::Desk desk;
+    PosixFileSystem files;
+    WatchedFileSystem single{files};
+    WatchedFileSystem shared{files};
+    int starts = 0;
+};
+
+TEST_F(TwoThreadsTest, MakeWhatOneMakes) {
+    for (unsigned seed = 1; seed <= 12; ++seed) {
+        RandomTree tree(seed);
+        const Outcome outcome = bothWays(tree.preset(), folder / "one");
+        EXPECT_EQ(outcome.alerts.size(), 0U) << seed;
+        EXPECT_EQ(outcome.disk.size(), Nodes + 1) << seed;
+        EXPECT_EQ(outcome.nodes, Nodes + 1) << seed;
+        EXPECT_EQ(shared.sharings, static_cast<int>(seed));
+    }
+}
+
+TEST_F(TwoThreadsTest, ShareWhatLiesDeepInOneFolder) {
+    RandomTree tree(7);
+    PropertyList nested = tree.preset().at(*tree.preset().root().find("fileHierarchy"));
+    const PropertyList inner = dict({{"filename", text("inner")},
+                                     {"isFolder", yes()},
+                                     {"color", text("green")},
+                                     {"permissions", text("700")},
+                                     {"children", nested.at(*nested.root().find("children"))}});
+    const PropertyList preset = test::preset("top", {test::folder("a"), test::folder("b", {inner}), test::file("c")});
+    EXPECT_EQ(bothWays(preset, folder / "one").disk.size(), Nodes + 5);
+    EXPECT_EQ(shared.sharings, 1);
+}
+
+TEST_F(TwoThreadsTest, ShareManyFilesOfOneFolder) {
+    std::vector<PropertyList> children;
+    for (int i = 0; i < 5000; ++i) {
+        children.push_back(test::file("frame " + std::to_string(i)));
+    }
+    EXPECT_EQ(bothWays(test::preset("top", children), folder / "one").disk.size(), 5001U);
+    EXPECT_EQ(shared.sharings, 1);
+}
+
+TEST_F(TwoThreadsTest, FailWithTheErrorThatOneMeetsAndLeaveNothing) {
+    const std::vector<std::string> badNames{std::string(256, 'n'), "..", "", "."};
+    for (unsigned seed = 1; seed <= 30; ++seed) {
+        RandomTree tree(seed);
+        for (unsigned bad = 0; bad <= seed % 4; ++bad) {
+            tree.any().name = badNames[(seed + bad) % badNames.size()];
+        }
+        const Outcome outcome = bothWays(tree.preset(), folder / "one");
+        EXPECT_EQ(outcome.alerts.size(), 1U) << seed;
+        EXPECT_EQ(outcome.disk.size(), 0U) << seed;
+    }
+    EXPECT_GT(shared.sharings, 20); // bad names at the top of the tree can make two of them equal
+}
+
+TEST_F(TwoThreadsTest, DuplicateNamesAreWhatTheyAreForOne) {
+    for (unsigned seed = 1; seed <= 20; ++seed) {
+        RandomTree tree(seed);
+        for (unsigned bad = 0; bad < 40; ++bad) {
+            tree.any().name = "twin";
+        }
+        static_cast<void>(bothWays(tree.preset(), folder / "one"));
+    }
+}
+
+TEST_F(TwoThreadsTest, NamesThatDifferInCaseOnlyAreLeftToOne) {
+    RandomTree tree(3);
+    tree.at(tree.at(0).children[0]).name = "Twin";
+    tree.at(tree.at(0).children[1]).name = "tWIN";
+    EXPECT_EQ(bothWays(tree.preset(), folder / "one").disk.size(), Nodes + 1);
+    EXPECT_EQ(shared.sharings, 0);
+}
+
+TEST_F(TwoThreadsTest, SmallHierarchiesAreLeftToOne) {
+    RandomTree tree(3, 700);
+    EXPECT_EQ(bothWays(tree.preset(), folder / "one").disk.size(), 701U);
+    EXPECT_EQ(shared.sharings, 0);
+}
+
+TEST_F(TwoThreadsTest, AFolderThatWasThereIsLeftToOne) {
+    desk.prompt.answers = {{"Job", "a:b"}}; // checked under another name than the one that is made
+    putFolder(folder / "one/a_b top");
+    RandomTree tree(3);
+    const Outcome outcome = create(shared, tree.preset(), folder / "one");
+    EXPECT_EQ(outcome.disk.size(), Nodes + 1);
+    EXPECT_EQ(shared.sharings, 0);
+}
+
+TEST_F(TwoThreadsTest, AFullDiskIsDecidedByOne) {
+    for (const long room : {900L, 1500L, 2999L}) {
+        single.room = shared.room = room;
+        RandomTree tree(5);
+        const int before = shared.hierarchies;
+        const Outcome outcome = bothWays(tree.preset(), folder / "one");
+        EXPECT_EQ(outcome.alerts.size(), 1U);
+        EXPECT_EQ(outcome.disk.size(), 0U);
+        EXPECT_EQ(shared.hierarchies, before + 2);
+        EXPECT_EQ(starts, 1);
+    }
+}
+
+TEST_F(TwoThreadsTest, NoDescriptorIsLeftOpen) {
+    RandomTree tree(9);
+    const std::size_t before = openDescriptors();
+    static_cast<void>(bothWays(tree.preset(), folder / "one"));
+    tree.any().name = std::string(256, 'n');
+    static_cast<void>(bothWays(tree.preset(), folder / "one"));
+    EXPECT_EQ(openDescriptors(), before);
+}
+
+std::atomic<long> questionsLeft = 0;
+bool isStoppedSoon() {
+    return --questionsLeft < 0;
+}
+
+TEST_F(TwoThreadsTest, AStopTakesEverythingAway) {
+    for (const long questions : {1L, 40L, 500L, 1500L, 2900L}) {
+        questionsLeft = questions;
+        ObservedFileSystem observed(
+            shared, [] {}, isStoppedSoon);
+        RandomTree tree(2);
+        const Outcome outcome = create(observed, tree.preset(), folder / "one");
+        EXPECT_TRUE(observed.wasStopped()) << questions;
+        EXPECT_FALSE(observed.topIsThere()) << questions;
+        EXPECT_EQ(outcome.disk.size(), 0U) << questions;
+        EXPECT_EQ(starts, 0) << questions;
+    }
+    EXPECT_GE(shared.sharings, 3);
+}
+
+TEST_F(TwoThreadsTest, WritersLeaveWhatIsForeign) {
+    auto writer = files.beginHierarchy(folder / "two");
+    ASSERT_TRUE(writer->enterFolder("top"));
+    const std::vector<FolderAhead> ahead{{FolderAhead::InCurrent, "ahead"}, {0, "inside"}};
+    std::atomic<int> next = 0;
+    const TwoThreads done = writer->makeOnTwoThreads(ahead, [&](HierarchyWriter &each) {
+        const std::string mine = std::to_string(next++);
+        bool good = each.enterFolder("ahead") && each.enterFolder("inside");
+        for (int i = 0; i < 800; ++i) {
+            good = good && each.makeEmptyFile(mine + "-" + std::to_string(i), {});
+        }
+        good = good && each.enterFolder("own " + mine) && each.makeEmptyFile("file", {});
+        for (int i = 0; i < 3; ++i) {
+            each.leaveFolder({});
+        }
+        EXPECT_TRUE(good && each.makeEmptyFile("in top " + mine, {}));
+        EXPECT_EQ(each.makeOnTwoThreads({}, [](HierarchyWriter &) {}), TwoThreads::Refused);
+    });
+    ASSERT_EQ(done, TwoThreads::Done);
+    ASSERT_TRUE(writer->enterFolder("ahead") && writer->enterFolder("inside"));
+    writer->leaveFolder({6, 0700});
+    writer->leaveFolder({0, 0750});
+    writer->leaveFolder({});
+    EXPECT_EQ(namesIn(folder / "two/top"), (std::vector<std::string>{"ahead", "in top 0", "in top 1"}));
+    EXPECT_EQ(namesIn(folder / "two/top/ahead/inside").size(), 1602U);
+    EXPECT_EQ(modeOf(folder / "two/top/ahead/inside"), 0700U);
+    EXPECT_EQ(modeOf(folder / "two/top/ahead"), 0750U);
+    putFile(folder / "two/top/ahead/inside/own 1/foreign", "theirs");
+    writer->removeEverythingMade();
+    EXPECT_EQ(snapshot(folder / "two").size(), 5U); // the file and the folders on the way to it
+    EXPECT_EQ(contentsOf(folder / "two/top/ahead/inside/own 1/foreign"), "theirs");
+}
+
+TEST_F(TwoThreadsTest, AFolderThatCannotBeMadeAheadFails) {
+    auto writer = files.beginHierarchy(folder / "two");
+    ASSERT_TRUE(writer->enterFolder("top"));
+    const std::vector<FolderAhead> ahead{{FolderAhead::InCurrent, "good"}, {0, std::string(256, 'n')}};
+    EXPECT_EQ(writer->makeOnTwoThreads(ahead, [](HierarchyWriter &) { FAIL() << "called"; }), TwoThreads::Failed);
+    EXPECT_EQ(writer->lastError(), ENAMETOOLONG);
+    writer->removeEverythingMade();
+    EXPECT_TRUE(namesIn(folder / "two").empty());
+}
+
+} // namespace
+
+} // namespace orvane::testing

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "ports/FileSystem.h"
+
+#include <atomic>
+#include <cerrno>
+#include <memory>
+
+namespace orvane::testing {
+
+/// Another file system, of which it is known whether two threads worked in it, and whose disk can be made to run full.
+class WatchedFileSystem final : public FileSystem {
+public:
+    explicit WatchedFileSystem(FileSystem &fileSystem) : _fileSystem(fileSystem) {}
+
+    bool refusesTwoThreads = false;
+    long room = 1'000'000;         ///< items that the disk takes
+    std::atomic<int> sharings = 0; ///< pieces of work that two threads did
+    int hierarchies = 0;
+
+    [[nodiscard]] bool fileExists(std::string_view path) override { return _fileSystem.fileExists(path); }
+    [[nodiscard]] bool isExecutableFile(std::string_view path) override { return _fileSystem.isExecutableFile(path); }
+    [[nodiscard]] const ContentSource *contentSource(std::string_view path) override { return _fileSystem.contentSource(path); }
+    void forgetContents() override { _fileSystem.forgetContents(); }
+    [[nodiscard]] std::unique_ptr<HierarchyWriter> beginHierarchy(std::string_view basePath) override {
+        ++hierarchies;
+        _left = room;
+        auto writer = _fileSystem.beginHierarchy(basePath);
+        return writer ? std::make_unique<Owning>(*this, std::move(writer)) : nullptr;
+    }
+
+private:
+    class Writer : public HierarchyWriter {
+    public:
+        Writer(WatchedFileSystem &owner, HierarchyWriter &writer) : _owner(owner), _writer(writer) {}
+
+        [[nodiscard]] bool enterFolder(std::string_view name) override { return _take() && _writer.enterFolder(name); }
+        void leaveFolder(const ItemAttributes &attributes) override { _writer.leaveFolder(attributes); }
+        [[nodiscard]] bool copyItem(std::string_view name, const ContentSource &source, const ItemAttributes &attributes) override {
+            return _take() && _writer.copyItem(name, source, attributes);
+        }
+        [[nodiscard]] bool makeEmptyFile(std::string_view name, const ItemAttributes &attributes) override {
+            return _take() && _writer.makeEmptyFile(name, attributes);
+        }
+        [[nodiscard]] TwoThreads makeOnTwoThreads(std::span<const FolderAhead> ahead,
+                                                  const std::function<void(HierarchyWriter &writer)> &work) override {
+            if (_owner.refusesTwoThreads) {
+                return TwoThreads::Refused;
+            }
+            const TwoThreads result = _writer.makeOnTwoThreads(ahead, [&](HierarchyWriter &writer) {
+                Writer watched(_owner, writer);
+                work(watched);
+            });
+            _owner.sharings += result == TwoThreads::Done ? 1 : 0;
+            return result;
+        }
+        void removeEverythingMade() override { _writer.removeEverythingMade(); }
+        [[nodiscard]] int lastError() const override { return _isFull ? ENOSPC : _writer.lastError(); }
+
+    private:
+        bool _take() {
+            _isFull = --_owner._left < 0;
+            return !_isFull;
+        }
+        WatchedFileSystem &_owner;
+        HierarchyWriter &_writer;
+        bool _isFull = false;
+    };
+    class Owning final : public Writer {
+    public:
+        Owning(WatchedFileSystem &owner, std::unique_ptr<HierarchyWriter> writer) : Writer(owner, *writer), _owned(std::move(writer)) {}
+
+    private:
+        std::unique_ptr<HierarchyWriter> _owned;
+    };
+
+    FileSystem &_fileSystem;
+    std::atomic<long> _left = 0;
+};
+
+} // namespace orvane::testing
