@@ -81,7 +81,7 @@ std::optional<std::size_t> appendPreset(CommandContext &context, const PropertyL
         aboutToStore();
     }
     context.preferences.setAppValue(ORVPresetsKey, builder.finish(builder.array(all)));
-    if (!context.preferences.dictionaryWithContentsOfFile()) {
+    if (!stored && !context.fileSystem.fileExists(pathOfPreferences(context.folders))) {
         // The first preset of a new user makes the file, in which the absent key would hide the helper from the status bar.
         PropertyListBuilder shown;
         context.preferences.setAppValue(ORVShowMenubarKey, shown.finish(PropertyListValue::ofBoolean(true)));

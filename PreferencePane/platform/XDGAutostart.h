@@ -8,7 +8,7 @@
 
 namespace orvane {
 
-/// Starting at login by the desktops' own rules (freedesktop.org, Desktop Application Autostart Specification 0.5): a file in
+/// Starting at login by the desktops' own rules (freedesktop.org, Desktop Application Autostart 0.5): a file in
 /// "autostart" of the user's configuration folder stands before one of the same name in a system's folder, and `Hidden=true` in it
 /// keeps that from being started.
 class XDGAutostart final : public LoginItem {

@@ -7,7 +7,7 @@
 namespace orvane {
 
 /// Asks the helper, over the session bus, to pop its menu up: the action `make-preset`, or `make-preset-in` with a folder, of
-/// the helper's `org.freedesktop.Application` (Desktop Entry Specification 1.5, "D-Bus Activation"). The bus starts a
+/// the helper's `org.freedesktop.Application` (freedesktop.org, Desktop Entries 1.5, "D-Bus Activation"). The bus starts a
 /// helper that does not run. What the desktop gave this program to be allowed to show windows (XDG_ACTIVATION_TOKEN,
 /// DESKTOP_STARTUP_ID) is handed on.
 class SdBusHelperMenu {

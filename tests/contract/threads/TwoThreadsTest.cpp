@@ -25,7 +25,7 @@ using test::list;
 using test::text;
 using test::yes;
 
-constexpr std::size_t Nodes = 3000;
+constexpr std::size_t Nodes = 1500;
 
 class CountingProgress final : public CreationProgress {
 public:
@@ -51,7 +51,7 @@ struct Node {
 /// A random tree, the top folder first.
 class RandomTree {
 public:
-    explicit RandomTree(unsigned seed, std::size_t nodes = Nodes) : _random(seed), _nodes{{"{Job} top", true, "", "", ""}} {
+    explicit RandomTree(unsigned seed, std::size_t nodes = Nodes) : _random(seed), _nodes{{"{Day} top", true, "", "", ""}} {
         std::vector<std::size_t> folders{0};
         for (std::size_t i = 1; i <= nodes; ++i) {
             const bool isFolder = _below(10) < 3;
@@ -113,14 +113,11 @@ std::map<std::string, std::string> snapshot(const std::string &folder) {
 class TwoThreadsTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        if (std::thread::hardware_concurrency() < 2) {
-            GTEST_SKIP() << "a second thread needs a second processor";
-        }
         desk.folders.applicationSupport = folder / "support";
         std::filesystem::create_directories(folder / "support/Orvane/File Content");
         putFile(folder / "support/Orvane/File Content/small", std::string(4096, 'x'));
         putFile(folder / "support/Orvane/File Content/large", std::string(200'000, 'y'));
-        desk.prompt.answers = {{"Job", "Acme/7"}};
+        desk.prompt.answers = {{"Day", "7"}, {"Job", "Acme/7"}};
         putFolder(folder / "one");
         putFolder(folder / "two");
     }
@@ -184,7 +181,7 @@ protected:
 };
 
 TEST_F(TwoThreadsTest, MakeWhatOneMakes) {
-    for (unsigned seed = 1; seed <= 12; ++seed) {
+    for (unsigned seed = 1; seed <= 6; ++seed) {
         RandomTree tree(seed);
         const Outcome outcome = bothWays(tree.preset(), folder / "one");
         EXPECT_EQ(outcome.alerts.size(), 0U) << seed;
@@ -196,14 +193,17 @@ TEST_F(TwoThreadsTest, MakeWhatOneMakes) {
 
 TEST_F(TwoThreadsTest, ShareWhatLiesDeepInOneFolder) {
     RandomTree tree(7);
-    PropertyList nested = tree.preset().at(*tree.preset().root().find("fileHierarchy"));
+    const PropertyList whole = tree.preset();
+    const PropertyList nested = whole.at(*whole.root().find("fileHierarchy"));
     const PropertyList inner = dict({{"filename", text("inner")},
                                      {"isFolder", yes()},
                                      {"color", text("green")},
                                      {"permissions", text("700")},
                                      {"children", nested.at(*nested.root().find("children"))}});
     const PropertyList preset = test::preset("top", {test::folder("a"), test::folder("b", {inner}), test::file("c")});
-    EXPECT_EQ(bothWays(preset, folder / "one").disk.size(), Nodes + 5);
+    const Outcome outcome = bothWays(preset, folder / "one");
+    EXPECT_EQ(outcome.alerts.size(), 0U) << outcome.alerts.front().message.value_or("");
+    EXPECT_EQ(outcome.disk.size(), Nodes + 5);
     EXPECT_EQ(shared.sharings, 1);
 }
 
@@ -218,7 +218,7 @@ TEST_F(TwoThreadsTest, ShareManyFilesOfOneFolder) {
 
 TEST_F(TwoThreadsTest, FailWithTheErrorThatOneMeetsAndLeaveNothing) {
     const std::vector<std::string> badNames{std::string(256, 'n'), "..", "", "."};
-    for (unsigned seed = 1; seed <= 30; ++seed) {
+    for (unsigned seed = 1; seed <= 15; ++seed) {
         RandomTree tree(seed);
         for (unsigned bad = 0; bad <= seed % 4; ++bad) {
             tree.any().name = badNames[(seed + bad) % badNames.size()];
@@ -227,11 +227,11 @@ TEST_F(TwoThreadsTest, FailWithTheErrorThatOneMeetsAndLeaveNothing) {
         EXPECT_EQ(outcome.alerts.size(), 1U) << seed;
         EXPECT_EQ(outcome.disk.size(), 0U) << seed;
     }
-    EXPECT_GT(shared.sharings, 20); // bad names at the top of the tree can make two of them equal
+    EXPECT_GT(shared.sharings, 10); // bad names at the top of the tree can make two of them equal
 }
 
 TEST_F(TwoThreadsTest, DuplicateNamesAreWhatTheyAreForOne) {
-    for (unsigned seed = 1; seed <= 20; ++seed) {
+    for (unsigned seed = 1; seed <= 10; ++seed) {
         RandomTree tree(seed);
         for (unsigned bad = 0; bad < 40; ++bad) {
             tree.any().name = "twin";
@@ -255,7 +255,7 @@ TEST_F(TwoThreadsTest, SmallHierarchiesAreLeftToOne) {
 }
 
 TEST_F(TwoThreadsTest, AFolderThatWasThereIsLeftToOne) {
-    desk.prompt.answers = {{"Job", "a:b"}}; // checked under another name than the one that is made
+    desk.prompt.answers = {{"Day", "a:b"}, {"Job", "Acme/7"}}; // checked under another name than the one that is made
     putFolder(folder / "one/a_b top");
     RandomTree tree(3);
     const Outcome outcome = create(shared, tree.preset(), folder / "one");
@@ -264,7 +264,7 @@ TEST_F(TwoThreadsTest, AFolderThatWasThereIsLeftToOne) {
 }
 
 TEST_F(TwoThreadsTest, AFullDiskIsDecidedByOne) {
-    for (const long room : {900L, 1500L, 2999L}) {
+    for (const long room : {500L, 900L, 1499L}) {
         single.room = shared.room = room;
         RandomTree tree(5);
         const int before = shared.hierarchies;
@@ -291,7 +291,7 @@ bool isStoppedSoon() {
 }
 
 TEST_F(TwoThreadsTest, AStopTakesEverythingAway) {
-    for (const long questions : {1L, 40L, 500L, 1500L, 2900L}) {
+    for (const long questions : {1L, 40L, 300L, 700L, 1400L}) {
         questionsLeft = questions;
         ObservedFileSystem observed(
             shared, [] {}, isStoppedSoon);

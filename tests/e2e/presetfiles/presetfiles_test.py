@@ -135,6 +135,15 @@ class Import(Case):
         expected = {path: (mode, label, contents and b"") for path, (mode, label, contents) in tree_of(source).items()}
         self.assertEqual(tree_of(self.home.create(0)), expected)
 
+    def test_shows_the_helper_of_a_new_user_and_of_nobody_else(self):
+        source = self.rich_folder()
+        self.home.run("import", str(source))
+        self.assertIs(plistlib.loads(self.home.preferences.read_bytes())["ORVShowMenubar"], True)
+        for root in ({}, {"ORVPresets": []}, {"ORVShowMenubar": False}):
+            self.home.write_preferences(root)
+            self.home.run("import", str(source))
+            self.assertEqual(plistlib.loads(self.home.preferences.read_bytes()).get("ORVShowMenubar"), root.get("ORVShowMenubar"))
+
     def test_sorts_by_bytes_and_names_the_preset(self):
         source = self.folder()
         for name in ("b", "B", "a", "ä", "_"):
