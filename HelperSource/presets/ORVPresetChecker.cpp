@@ -171,7 +171,7 @@ struct ORVPresetChecker::Run {
     void checkLabel() {
         const auto label = textOf(preset, "label");
         if (!label) {
-            add(ORVProblemSeverity::Warning, "label", "the preset has no label: menus leave it out");
+            add(ORVProblemSeverity::Warning, "label", "the preset has no label: menus show the name of its folder");
         } else if (isBlank(*label)) {
             add(ORVProblemSeverity::Warning, "label", "the label is empty");
         } else if (const auto known = checker._labels.find(*label); known != checker._labels.end() && known->second > 1) {

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <limits>
 #include <utility>
 
 namespace orvane {
@@ -25,27 +26,33 @@ void ORVTreeSurvey::walk(std::span<const PropertyListValue> nodes) {
         Pending &folder = pending.back();
         if (folder.left.empty()) {
             if (const std::size_t inside = _nodes - folder.nodesBefore; inside >= LeastLarge) {
-                _large.push_back({folder.children, inside});
+                _large.emplace(folder.children, inside);
             }
             pending.pop_back();
             continue;
         }
         const ORVNodeEntries entries(folder.left.front());
         folder.left = folder.left.subspan(1);
-        ++_nodes;
+        _count(1);
         _look(ORVTextView(entries.filename, storage));
         if (ORVBoolValue(entries.isFolder)) {
-            if (const auto children = entries.childNodes(); !children.empty()) {
+            const auto children = entries.childNodes();
+            if (const auto known = _large.find(children.data()); known != _large.end()) {
+                _count(known->second);
+            } else if (!children.empty()) {
                 pending.push_back({children, children.data(), _nodes});
             }
         }
     }
-    std::sort(_large.begin(), _large.end());
+}
+
+void ORVTreeSurvey::_count(std::size_t nodes) {
+    _nodes += std::min(nodes, std::numeric_limits<std::size_t>::max() - _nodes);
 }
 
 std::size_t ORVTreeSurvey::sizeOf(std::span<const PropertyListValue> children) const {
-    const auto found = std::lower_bound(_large.begin(), _large.end(), Large{children.data(), 0});
-    return found != _large.end() && found->children == children.data() ? found->nodes : 0;
+    const auto found = _large.find(children.data());
+    return found != _large.end() ? found->second : 0;
 }
 
 void ORVTreeSurvey::_look(std::string_view filename) {

@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -24,7 +25,7 @@ public:
     /// whose scan for variables never ends. Once.
     void walk(std::span<const PropertyListValue> nodes);
 
-    /// Folders and files seen.
+    /// Folders and files seen; those of a list that stands in several places as often as it does, up to the largest number.
     [[nodiscard]] std::size_t nodes() const { return _nodes; }
     /// The cleaned name that ended the walk.
     [[nodiscard]] const std::optional<std::string> &endless() const { return _endless; }
@@ -40,12 +41,7 @@ private:
         const void *children;
         std::size_t nodesBefore;
     };
-    struct Large {
-        const void *children;
-        std::size_t nodes;
-        bool operator<(const Large &other) const { return children < other.children; }
-    };
-
+    void _count(std::size_t nodes);
     void _look(std::string_view filename);
     void _add(std::string name);
     [[nodiscard]] bool _contains(const std::string &name);
@@ -54,7 +50,9 @@ private:
     std::unordered_set<std::string> _index; ///< of the names, once there are many
     std::size_t _nodes = 0;
     std::optional<std::string> _endless;
-    std::vector<Large> _large; ///< by address, when the walk is over
+    /// Nodes in the large folders by the address of their children. A list that several folders share (binary property lists can
+    /// double a tree with every level in that way) is walked through once.
+    std::unordered_map<const void *, std::size_t> _large;
 };
 
 /// What a whole preset says. The preset must outlive it.

@@ -12,4 +12,5 @@ orvane_add_test(NAME core_test LABEL unit
     unit/core/RecordsTest.cpp
     unit/core/RunnerTest.cpp
     unit/core/ServiceTest.cpp
+    unit/core/SurveyTest.cpp
     unit/core/TableViewTest.cpp)

@@ -4,7 +4,7 @@ function __orvane_presets
     orvane list 2>/dev/null | string replace --regex '^ *[0-9]+  ' ''
 end
 
-set -l commands list show create import export add check notify
+set -l commands list show create import export add check menu notify
 
 complete -c orvane -f
 complete -c orvane -l help -d 'Show help'
@@ -16,11 +16,12 @@ complete -c orvane -n "not __fish_seen_subcommand_from $commands" -a import -d '
 complete -c orvane -n "not __fish_seen_subcommand_from $commands" -a export -d 'Write a preset to a file'
 complete -c orvane -n "not __fish_seen_subcommand_from $commands" -a add -d 'Add the preset in a file'
 complete -c orvane -n "not __fish_seen_subcommand_from $commands" -a check -d 'Look for mistakes in presets'
+complete -c orvane -n "not __fish_seen_subcommand_from $commands" -a menu -d 'Pop up the menu of the helper'
 complete -c orvane -n "not __fish_seen_subcommand_from $commands" -a notify -d 'Tell the running helper of changes'
 
 complete -c orvane -n '__fish_seen_subcommand_from list show create check' -l json -d 'Print JSON'
 complete -c orvane -n '__fish_seen_subcommand_from show create export check' -a '(__orvane_presets)' -d Preset
-complete -c orvane -n '__fish_seen_subcommand_from create' -l in -r -a '(__fish_complete_directories)' -d 'Parent folder'
+complete -c orvane -n '__fish_seen_subcommand_from create menu' -l in -r -a '(__fish_complete_directories)' -d 'Parent folder'
 complete -c orvane -n '__fish_seen_subcommand_from create' -l set -x -d 'NAME=VALUE of a variable'
 complete -c orvane -n '__fish_seen_subcommand_from create' -l no-input -d 'Take defaults without asking'
 complete -c orvane -n '__fish_seen_subcommand_from create' -l no-open -d 'Do not open the new folder'
