@@ -456,6 +456,14 @@ std::vector<ORVPresetProblem> ORVPresetChecker::checkPreset(const PropertyListVa
     return std::move(run.problems);
 }
 
+std::span<const std::string_view> ORVKnownPresetKeys() {
+    return PresetKeys;
+}
+
+std::span<const std::string_view> ORVKnownNodeKeys() {
+    return NodeKeys;
+}
+
 const ORVPresetProblem *ORVFindNeverEnding(const std::vector<ORVPresetProblem> &problems) {
     const auto found = std::find_if(problems.begin(), problems.end(), [](const ORVPresetProblem &problem) { return problem.neverEnds; });
     return found == problems.end() ? nullptr : &*found;

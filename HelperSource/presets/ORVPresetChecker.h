@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -67,6 +68,10 @@ private:
     TextCase &_textCase;
     std::unordered_map<std::string, std::size_t> _labels; ///< label to how many presets have it
 };
+
+/// The keys that mean something in a preset and in a node.
+[[nodiscard]] std::span<const std::string_view> ORVKnownPresetKeys();
+[[nodiscard]] std::span<const std::string_view> ORVKnownNodeKeys();
 
 /// The first problem that keeps a creation from ever ending, or null.
 [[nodiscard]] const ORVPresetProblem *ORVFindNeverEnding(const std::vector<ORVPresetProblem> &problems);

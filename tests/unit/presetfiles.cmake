@@ -3,5 +3,7 @@ orvane_add_test(NAME unit_presetfiles LABEL unit
   SOURCES
     unit/presetfiles/CheckerTest.cpp
     unit/presetfiles/ImportedNamesTest.cpp
+    unit/presetfiles/PreferencesReferenceTest.cpp
     unit/presetfiles/PresetFileTest.cpp
-  LIBRARIES platform_propertylist)
+  LIBRARIES platform_posix platform_propertylist)
+target_compile_definitions(unit_presetfiles PRIVATE ORVANE_REFERENCE="${PROJECT_SOURCE_DIR}/docs/preferences.md")
