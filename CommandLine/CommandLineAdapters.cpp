@@ -20,6 +20,7 @@ public:
         return **_status;
     }
     [[nodiscard]] std::string readStandardErrorToEnd() override { return _child->readStandardErrorToEnd(); }
+    [[nodiscard]] std::string readStandardErrorToEndDroppingOutput() override { return _child->readStandardErrorToEndDroppingOutput(); }
     [[nodiscard]] std::string readStandardOutputToEnd() override { return _child->readStandardOutputToEnd(); }
 
 private:

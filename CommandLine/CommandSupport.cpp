@@ -137,7 +137,8 @@ ExitStatus usageError(std::string_view command, std::string_view text) {
 ExitStatus failure(std::string_view title, std::string_view message) {
     std::string line = "orvane: ";
     line.append(title).append(title.empty() || message.empty() ? "" : ": ").append(message) += '\n';
-    writeStandardError(line);
+    // A name in the message may hold what would move a terminal's cursor or more; other readers get it as it is.
+    writeStandardError(::isatty(STDERR_FILENO) == 1 ? printableBut(line, "\n\t") : line);
     return ExitStatus::NotMade;
 }
 

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <limits>
 #include <map>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
 
@@ -34,6 +35,12 @@ std::string problemOfName(std::string_view name) {
         return "the name has " + std::to_string(name.size()) + " bytes, at most " + std::to_string(NAME_MAX) + " are possible";
     }
     return {};
+}
+
+/// Whether something other than a folder stands there; links count as themselves, as creations take them.
+bool isNoFolder(const std::string &path) {
+    struct stat status {};
+    return ::lstat(path.c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
 }
 
 } // namespace
@@ -86,7 +93,11 @@ public:
         }
         TreeItem &item = _add(name, false, attributes);
         item.content = std::exchange(_owner._askedContent, {});
-        _current().entries.emplace(name, NoFolder);
+        const bool isFolder = std::exchange(_owner._contentIsFolder, false); // is copied as one
+        _current().entries.emplace(name, isFolder ? _folders.size() : NoFolder);
+        if (isFolder) {
+            _folders.emplace_back();
+        }
         return true;
     }
 
@@ -118,7 +129,8 @@ private:
 
     [[nodiscard]] bool _standsOnDisk(std::string_view name) {
         const std::string &path = _current().existingPath;
-        return !path.empty() && _owner._fileSystem.fileExists(stringByAppendingPathComponent(path, name));
+        const std::string whole = path.empty() ? path : stringByAppendingPathComponent(path, name);
+        return !path.empty() && (_owner._fileSystem.fileExists(whole) || isNoFolder(whole)); // a link to nothing stands there, too
     }
 
     TreeItem &_add(std::string_view name, bool isFolder, const ItemAttributes &attributes) {
@@ -163,6 +175,9 @@ private:
         PlannedFolder folder;
         if (_standsOnDisk(name)) {
             folder.existingPath = stringByAppendingPathComponent(_current().existingPath, name);
+            if (isNoFolder(folder.existingPath) && item.problem.empty()) {
+                _fail(item, "something of that name is already there");
+            }
             item.problem = item.problem.empty() ? "goes into what is already there" : item.problem;
         }
         _current().entries[std::string(name)] = _folders.size();
@@ -182,6 +197,8 @@ const ContentSource *DryRunFileSystem::contentSource(std::string_view path) {
     const ContentSource *source = _fileSystem.contentSource(path);
     _askedContent = lastPathComponent(path);
     _contentIsMissing = source == nullptr;
+    struct stat status {};
+    _contentIsFolder = source != nullptr && ::stat(std::string(path).c_str(), &status) == 0 && S_ISDIR(status.st_mode);
     return source;
 }
 

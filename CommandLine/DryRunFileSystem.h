@@ -39,6 +39,7 @@ private:
     std::string _topPath;
     std::string _askedContent; ///< file name of the content source asked for last
     bool _contentIsMissing = false;
+    bool _contentIsFolder = false;
     std::string _failure;
 };
 

@@ -18,6 +18,8 @@ public:
     /// Blocks until every holder of the pipe's other end has closed it; returns what was written, as bytes.
     /// An implementation may bound what it keeps of an endless output; a last line then says so.
     [[nodiscard]] virtual std::string readStandardErrorToEnd() = 0;
+    /// The same; but standard output is taken meanwhile and dropped, so that a program that waits for a reader there goes on.
+    [[nodiscard]] virtual std::string readStandardErrorToEndDroppingOutput() = 0;
     [[nodiscard]] virtual std::string readStandardOutputToEnd() = 0;
 };
 

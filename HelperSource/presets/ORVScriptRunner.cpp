@@ -42,8 +42,9 @@ std::optional<ORVScriptRunner::Dictionary> ORVScriptRunner::runWithArgumentsTime
         return std::nullopt;
     }
     const bool inTime = _waitForEnd(*child, timeout);
-    // Read before anything else is looked at: a script that timed out is waited for here until it closes this pipe.
-    std::string standardError = ORVTextOfBytes(child->readStandardErrorToEnd());
+    // Read before anything else is looked at: a script that timed out is waited for here until it closes this pipe. One that
+    // waits itself, because nobody reads what it prints, would never do so; it is not ended, but helped on.
+    std::string standardError = ORVTextOfBytes(inTime ? child->readStandardErrorToEnd() : child->readStandardErrorToEndDroppingOutput());
     if (!inTime) {
         store(error, "Script timed out.", std::move(standardError));
         return std::nullopt;

@@ -65,6 +65,11 @@ public:
         _journal->add("readStandardErrorToEnd");
         return std::exchange(_program.standardError, {});
     }
+    [[nodiscard]] std::string readStandardErrorToEndDroppingOutput() override {
+        _journal->add("readStandardErrorToEndDroppingOutput");
+        _program.standardOutput.clear();
+        return std::exchange(_program.standardError, {});
+    }
     [[nodiscard]] std::string readStandardOutputToEnd() override {
         _journal->add("readStandardOutputToEnd");
         return std::exchange(_program.standardOutput, {});

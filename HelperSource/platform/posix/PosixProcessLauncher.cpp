@@ -4,12 +4,14 @@
 #include "platform/posix/PosixChildReaper.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstddef>
 #include <cstring>
 #include <fcntl.h>
 #include <optional>
+#include <poll.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -26,11 +28,38 @@ constexpr int firstOrdinaryDescriptor = 3;
 
 // Reading ------------------------------------------------------------------------------------------------------------
 
-std::string readToEnd(FileDescriptor descriptor) {
+constexpr std::size_t mostBytesDropped = std::size_t{1} << 30U;
+
+/// Waits until the first of the two can be read, and drops what is in the second; that one is closed when it is at its end, or has
+/// given so much that it has no end.
+void dropUntilReadable(const FileDescriptor &wanted, FileDescriptor &unwanted) {
+    std::array<char, std::size_t{16} * 1024> buffer{};
+    std::size_t dropped = 0;
+    while (unwanted) {
+        std::array<pollfd, 2> both{{{wanted.get(), POLLIN, 0}, {unwanted.get(), POLLIN, 0}}};
+        if (::poll(both.data(), both.size(), -1) < 0) {
+            if (errno == EINTR)
+                continue;
+            return;
+        }
+        if (both[1].revents != 0) {
+            const ssize_t count = ::read(unwanted.get(), buffer.data(), buffer.size());
+            dropped += count > 0 ? static_cast<std::size_t>(count) : 0;
+            if (count == 0 || (count < 0 && errno != EINTR) || dropped > mostBytesDropped)
+                unwanted = FileDescriptor();
+        }
+        if (both[0].revents != 0)
+            return;
+    }
+}
+
+/// Whoever fills the second meanwhile is not kept waiting.
+std::string readToEnd(FileDescriptor descriptor, FileDescriptor unwanted = FileDescriptor()) {
     std::string kept;
     std::size_t dropped = 0;
-    std::vector<char> buffer(64 * 1024); // what a pipe holds
+    std::array<char, std::size_t{16} * 1024> buffer{};
     while (descriptor) {
+        dropUntilReadable(descriptor, unwanted);
         const ssize_t count = ::read(descriptor.get(), buffer.data(), buffer.size());
         if (count < 0 && errno == EINTR)
             continue;
@@ -70,6 +99,7 @@ public:
 
     [[nodiscard]] int terminationStatus() const override { return _status.value_or(statusUnknown); }
     [[nodiscard]] std::string readStandardErrorToEnd() override { return readToEnd(std::move(_error)); }
+    [[nodiscard]] std::string readStandardErrorToEndDroppingOutput() override { return readToEnd(std::move(_error), std::move(_output)); }
     [[nodiscard]] std::string readStandardOutputToEnd() override { return readToEnd(std::move(_output)); }
 
 private:

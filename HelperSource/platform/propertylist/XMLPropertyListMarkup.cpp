@@ -483,7 +483,10 @@ bool XMLPropertyListReader::_readReference() {
     const bool numbered = !text.empty() && text.front() == '#';
     const char32_t code = numbered ? numberedCharacter(text.substr(1)) : namedCharacter(text);
     if (code == 0 || _input->cursor[1 + text.size()] != ';') {
-        return _fail("\"&" + std::string(text.substr(0, 12)) + "\" is no reference to a character");
+        std::string shown(text.substr(0, 12)); // goes to terminals and logs
+        std::replace_if(
+            shown.begin(), shown.end(), [](char c) { return c < ' ' || c > '~'; }, '?');
+        return _fail("\"&" + shown + "\" is no reference to a character");
     }
     appendCharacter(_scratch, code);
     _input->cursor += text.size() + 2;

@@ -59,6 +59,16 @@ TEST_F(NotificationGateTest, NothingIsDeliveredTwice) {
     EXPECT_EQ(journal, Journal{"a"});
 }
 
+TEST_F(NotificationGateTest, OneThatOthersFollowIsNotForThoseWhoWantThemCoalesced) {
+    observe("A", Suspension::Drop, "drop");
+    observe("A", Suspension::Coalesce, "coalesce");
+    observe("A", Suspension::Hold, "hold");
+    gate.arrive("A", true);
+    EXPECT_EQ(journal, (Journal{"drop", "hold"}));
+    gate.arrive("A");
+    EXPECT_EQ(journal, (Journal{"drop", "hold", "drop", "coalesce", "hold"}));
+}
+
 TEST_F(NotificationGateTest, CoalescingIsForEachNameAndEachObserver) {
     observe("A", Suspension::Coalesce, "a1");
     observe("A", Suspension::Coalesce, "a2");

@@ -122,6 +122,14 @@ TYPED_TEST(ProcessLauncherContract, OutputsComeSeparatelyAndWhole) {
     EXPECT_EQ(child->readStandardOutputToEnd(), "a=1\nb=2\n");
 }
 
+TYPED_TEST(ProcessLauncherContract, ProgramThatOverfillsItsOutputGoesOnWhenThatIsDropped) {
+    const auto child = this->launch({.output = std::string(300'000, 'o'), .error = "problem"});
+    ASSERT_NE(child, nullptr);
+    EXPECT_EQ(child->readStandardErrorToEndDroppingOutput(), "problem");
+    EXPECT_TRUE(eventually([&] { return !child->isRunning(); }));
+    EXPECT_EQ(child->readStandardOutputToEnd(), "");
+}
+
 TYPED_TEST(ProcessLauncherContract, OutputsKeepNulAndBytesThatAreNoUtf8) {
     const std::string bytes{"a\0b\xFF\xC3\r\n\x80=", 9};
     const auto child = this->launch({.output = bytes, .error = bytes + bytes});

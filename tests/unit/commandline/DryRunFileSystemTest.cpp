@@ -1,9 +1,12 @@
 #include "DryRunFileSystem.h"
 
 #include "fakes/FakeFileSystem.h"
+#include "platform/posix/PosixFileSystem.h"
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -139,6 +142,54 @@ TEST_F(DryRun, AFolderThatTakesNothingIsTold) {
         EXPECT_TRUE(last().problem.starts_with("nothing can be made in '/proc': ")) << last().problem;
         EXPECT_TRUE(_dry.wouldFail());
     }
+}
+
+/// What stands on a real disk before.
+class DryRunOnDisk : public testing::Test {
+protected:
+    void SetUp() override {
+        std::string pattern = testing::TempDir() + "dryrun-XXXXXX";
+        ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
+        folder = pattern;
+    }
+    void TearDown() override { std::filesystem::remove_all(folder); }
+    /// The problem that entering a top-level folder of that name meets.
+    std::string problemOfTop(const std::string &name) {
+        writer = dry.beginHierarchy(folder.string());
+        EXPECT_TRUE(writer->enterFolder(name));
+        return dry.tree().back().problem;
+    }
+
+    std::filesystem::path folder;
+    PosixFileSystem disk;
+    DryRunFileSystem dry{disk};
+    std::unique_ptr<HierarchyWriter> writer;
+};
+
+TEST_F(DryRunOnDisk, AFileWhereTheTopFolderWouldBeFails) {
+    std::ofstream(folder / "file") << "kept";
+    EXPECT_EQ(problemOfTop("file"), "something of that name is already there");
+    EXPECT_TRUE(dry.wouldFail());
+}
+
+TEST_F(DryRunOnDisk, ALinkToNothingWhereTheTopFolderWouldBeFails) {
+    std::filesystem::create_symlink("nowhere", folder / "link");
+    EXPECT_EQ(problemOfTop("link"), "something of that name is already there");
+    EXPECT_TRUE(dry.wouldFail());
+}
+
+TEST_F(DryRunOnDisk, AFolderThatIsCopiedCountsAsAFolder) {
+    std::filesystem::create_directory(folder / "content");
+    EXPECT_EQ(problemOfTop("top"), "");
+    const ContentSource *source = dry.contentSource((folder / "content").string());
+    ASSERT_NE(source, nullptr);
+    ASSERT_TRUE(writer->copyItem("a", *source, {}));
+    ASSERT_TRUE(writer->enterFolder("a"));
+    EXPECT_EQ(dry.tree().back().problem, "goes into the folder of the same name above");
+    writer->leaveFolder({});
+    EXPECT_FALSE(dry.wouldFail());
+    EXPECT_TRUE(writer->makeEmptyFile("a", {}));
+    EXPECT_TRUE(dry.wouldFail());
 }
 
 TEST_F(DryRun, EveryHierarchyBeginsAnew) {

@@ -79,6 +79,13 @@ TEST_F(Runner, ReportsAStatusThatIsNotZero) {
     EXPECT_EQ(error.code, 0);
     EXPECT_EQ(error.localizedDescription(), "Script returned error code 3.");
     EXPECT_EQ(error.localizedFailureReason(), "oops");
+    EXPECT_EQ(processes.calls(), (Names{"launch", "isRunning", "readStandardErrorToEnd", "terminationStatus"}));
+}
+
+TEST_F(Runner, MakesTextOfWhatItReads) {
+    EXPECT_EQ(run({.standardOutput = "a=\xFF\n"}), (Dictionary{{"a", "\xEF\xBF\xBD"}}));
+    EXPECT_FALSE(run({.status = 1, .standardError = "\xFF"}));
+    EXPECT_EQ(error.localizedFailureReason(), "\xEF\xBF\xBD");
 }
 
 TEST_F(Runner, ReportsAScriptThatCannotBeStartedWithoutAReason) {
@@ -101,7 +108,26 @@ TEST_F(Runner, TimesOutOnlyWhenMoreWholeSecondsHavePassedThanTheLimit) {
     EXPECT_EQ(error.localizedDescription(), "Script timed out.");
     EXPECT_EQ(error.localizedFailureReason(), "late");
     EXPECT_EQ(clock.nowInSeconds(), 121U);
-    EXPECT_EQ(processes.calls().back(), "readStandardErrorToEnd"); // neither status nor output is asked for
+    EXPECT_EQ(processes.calls().back(), "readStandardErrorToEndDroppingOutput"); // neither status nor output is asked for
+}
+
+TEST_F(Runner, CountsTheSecondsFromItsOwnStart) {
+    clock.setSeconds(1'000'000);
+    EXPECT_TRUE(run({.runningPolls = 3}, 1));
+    EXPECT_FALSE(run({.runningPolls = FakeProgram::endless}, 1));
+    EXPECT_EQ(clock.nowInSeconds(), 1'000'002U);
+}
+
+TEST_F(Runner, TakesAClockThatIsSetBackForALongTime) {
+    clock.setSeconds(10);
+    FakeProgram program;
+    program.running = [this, questions = 0]() mutable {
+        clock.setSeconds(9);
+        return ++questions < 100;
+    };
+    EXPECT_FALSE(run(program, 120));
+    EXPECT_EQ(error.localizedDescription(), "Script timed out.");
+    EXPECT_EQ(clock.sleeps(), 2U);
 }
 
 TEST_F(Runner, TakesAZeroLimitForThirtySeconds) {
