@@ -166,7 +166,8 @@ std::optional<std::string> MenuBarController::_chosenFolder() {
     settings.canCreateDirectories = true;
     _ports.application.activateIgnoringOtherApps(true);
     const std::optional<std::vector<std::string>> filenames = _ports.openPanel.runModal(settings);
-    return filenames && !filenames->empty() ? std::optional(filenames->front()) : std::nullopt;
+    const bool isChosen = filenames && !filenames->empty() && !filenames->front().empty(); // no path: no folder was chosen
+    return isChosen ? std::optional(filenames->front()) : std::nullopt;
 }
 
 } // namespace orvane

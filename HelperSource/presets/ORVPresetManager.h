@@ -103,7 +103,7 @@ public:
     /// pointer forgets them, and the shared manager with them (for tests).
     static void setSharedPorts(const ORVPresetManagerPorts *ports);
     /// The shared manager, made on first use. Null when its surroundings cannot be made ready (the next call tries
-    /// again) or no ports are set. Any thread.
+    /// again) or no ports are set. Any thread, but the first call on the main thread: it reads the configuration.
     [[nodiscard]] static ORVPresetManager *sharedManager();
 
     /// A manager of one's own, or null when the surroundings cannot be made ready (a log line says so).
@@ -182,7 +182,7 @@ public:
     // Driver --------------------------------------------------------------------------------------------------------
 
     /// Makes the preset's hierarchy in the parent folder set before: asks for variables, checks, creates, starts the script, opens
-    /// the new folder. Every failure is reported to the user.
+    /// the new folder. Every failure is reported to the user. While the prompt is up, it only brings the program to the front.
     void createFileHierarchyFromPreset(const PropertyListValue &preset);
     /// The same for a preset that has been looked at already.
     void createFileHierarchyFromSurveyedPreset(const PropertyListValue &preset, const ORVPresetSurvey &survey);
@@ -199,8 +199,8 @@ public:
     // Prompt --------------------------------------------------------------------------------------------------------
 
     /// Shows the prompt and blocks until the user is done. True when the user completed it; false when the user gave up, when
-    /// the interface file cannot be loaded (nothing is shown then) or when the program is about to quit. Not to be called
-    /// while it runs.
+    /// the interface file cannot be loaded (nothing is shown then) or when the program is about to quit. While it runs, a
+    /// second call only brings the program to the front and gives false.
     [[nodiscard]] bool runPromptModally();
     /// Loads a new copy of the prompt's interface file; false when that is impossible.
     [[nodiscard]] bool loadPromptBundle();
@@ -257,16 +257,16 @@ private:
     [[nodiscard]] bool _init();
     void _setPromptRows(const std::vector<std::string> &names, const ORVAutomaticVariables &variables);
     void _setPromptDirectoryName(std::string_view name);
-    void _waitForPrompt();
+    [[nodiscard]] bool _comesToFrontWhilePrompting();
+    void _waitForPrompt(PromptWindow &window);
     void _cancelPrompt();
     [[nodiscard]] bool _storeAutomaticValuesOfRows(bool countersWereRead);
     [[nodiscard]] bool _leaveCountersAlone(std::string_view why);
     [[nodiscard]] bool _checkTopLevel(const std::string &name, const std::string &path);
-    [[nodiscard]] bool _promptForVariables(const std::vector<std::string> &names, ORVAutomaticVariables &variables,
-                                           std::string_view nameTemplate);
     [[nodiscard]] const std::vector<std::string> &_namesOfSurvey(const ORVPresetSurvey &survey) const;
     [[nodiscard]] bool _createNode(const PropertyListValue &node, std::string_view basePath, std::span<const PromptValueRow> replacePairs,
                                    const ORVTreeSurvey *survey);
+    [[nodiscard]] bool _makeOrRunOutOfMemory(CreationWalk &walk, const PropertyListValue &node, const std::string &topPath);
     [[nodiscard]] bool _createNodeAgain(const PropertyListValue &node, std::string_view basePath,
                                         std::span<const PromptValueRow> replacePairs, std::unique_ptr<HierarchyWriter> writer);
     void _reportCreationFailure(const std::string &topLevelPath);
@@ -285,6 +285,7 @@ private:
     std::optional<ORVError> _fileCreationError;
     bool _promptWasCanceled = false;
     bool _promptWasCompleted = false;
+    bool _isPrompting = false; ///< from the loading of the prompt until it is off the screen
     bool _isLoaded = false;
 
     std::recursive_mutex _monitor;                     ///< of this instance, for loading

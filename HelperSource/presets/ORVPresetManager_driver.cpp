@@ -55,6 +55,9 @@ void ORVPresetManager::createFileHierarchyFromPreset(const PropertyListValue &pr
 }
 
 void ORVPresetManager::createFileHierarchyFromSurveyedPreset(const PropertyListValue &preset, const ORVPresetSurvey &survey) {
+    if (_comesToFrontWhilePrompting()) { // the rows are those of the run that asks
+        return;
+    }
     const std::shared_ptr<const PresetArray> keptForThisRun = _presets; // the prompt may handle events that re-read them
     const std::string nameTemplate = ORVTextValue(preset.find("directoryName"));
     const std::vector<std::string> &names = _namesOfSurvey(survey);

@@ -32,6 +32,18 @@ private:
     std::string_view _key;
 };
 
+/// True from construction to destruction.
+class Doing {
+public:
+    explicit Doing(bool &flag) : _flag(flag) { _flag = true; }
+    Doing(const Doing &) = delete;
+    Doing &operator=(const Doing &) = delete;
+    ~Doing() { _flag = false; }
+
+private:
+    bool &_flag;
+};
+
 } // namespace
 
 void ORVPresetManager::_setPromptRows(const std::vector<std::string> &names, const ORVAutomaticVariables &variables) {
@@ -59,7 +71,18 @@ void ORVPresetManager::awakeFromNib(PromptWindow &window, TableView &table) {
     _ui_variableEditor->editValueOfRow(0);
 }
 
+bool ORVPresetManager::_comesToFrontWhilePrompting() {
+    if (_isPrompting) {
+        _ports.application.activateIgnoringOtherApps(true);
+    }
+    return _isPrompting;
+}
+
 bool ORVPresetManager::runPromptModally() {
+    if (_comesToFrontWhilePrompting()) {
+        return false;
+    }
+    const Doing prompting(_isPrompting);
     if (!loadPromptBundle() || _ui_promptWindow == nullptr) {
         return false;
     }
@@ -74,15 +97,15 @@ bool ORVPresetManager::runPromptModally() {
     }
     _ports.application.activateIgnoringOtherApps(true);
     window.enableScreenUpdates();
-    _waitForPrompt();
+    _waitForPrompt(window);
     window.endModalSession();
     _promptWindowFrame = window.stringWithSavedFrame();
     window.orderOut();
     return !_promptWasCanceled && _promptWasCompleted;
 }
 
-void ORVPresetManager::_waitForPrompt() {
-    while (!_promptWasCompleted && !_promptWasCanceled && _ui_promptWindow->runModalSession() == RunContinuesResponse) {
+void ORVPresetManager::_waitForPrompt(PromptWindow &window) {
+    while (!_promptWasCompleted && !_promptWasCanceled && window.runModalSession() == RunContinuesResponse) {
     }
 }
 

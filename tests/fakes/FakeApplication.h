@@ -12,6 +12,8 @@ class FakeApplication final : public Application {
 public:
     [[nodiscard]] bool load() override {
         ++loads;
+        if (whileLoading)
+            whileLoading();
         if (failures == 0)
             return true;
         --failures;
@@ -24,6 +26,7 @@ public:
             whenActivated();
     }
 
+    std::function<void()> whileLoading;
     std::function<void()> whenActivated;
     std::vector<bool> activations; ///< what each call asked for
     int failures = 0;              ///< still to come

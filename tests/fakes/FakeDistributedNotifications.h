@@ -15,10 +15,14 @@ namespace orvane {
 class FakeDistributedNotifications final : public DistributedNotifications {
 public:
     void addObserver(const void *observer, std::string_view name, Suspension behavior, Handler handler) override {
+        _changeObservers();
+        ++additions;
         _observers.push_back({++_lastNumber, observer, std::string(name), behavior, std::move(handler)});
     }
 
     void removeObserver(const void *observer, std::string_view name) override {
+        _changeObservers();
+        ++removals;
         std::erase_if(_observers, [&](const Observer &each) { return each.key == observer && each.name == name; });
     }
 
@@ -66,6 +70,9 @@ public:
 
     std::vector<std::string> posted; ///< names, also those that reached nobody
     bool reachable = true;
+    int additions = 0;                    ///< calls of `addObserver`
+    int removals = 0;                     ///< calls of `removeObserver`, those that removed nothing included
+    std::function<void()> whileObserving; ///< runs at the beginning of both
 
 private:
     struct Observer {
@@ -75,6 +82,11 @@ private:
         Suspension behavior;
         Handler handler;
     };
+
+    void _changeObservers() {
+        if (whileObserving)
+            whileObserving();
+    }
 
     void _call(std::size_t number) {
         const auto found = std::find_if(_observers.begin(), _observers.end(), [&](const Observer &each) { return each.number == number; });

@@ -4,6 +4,7 @@
 #include "ports/HotKeyEvents.h"
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -30,12 +31,16 @@ public:
     std::set<Combination> takenElsewhere;
     /// The next registration reports success without a reference.
     bool givesNoReference = false;
+    /// What the next registration reports, whatever else would be.
+    std::optional<EventStatus> nextStatus;
+    /// Told of every line of the journal as it is written.
+    std::function<void(const std::string &line)> hook;
 
     [[nodiscard]] EventStatus registerEventHotKey(std::uint32_t keyCode, std::uint32_t modifiers, EventHotKeyID hotKeyID,
                                                   EventTargetRef target, std::uint32_t options, EventHotKeyRef &hotKey) override {
         const Combination combination(keyCode, modifiers);
-        const EventStatus status = _statusFor(combination, target, options);
-        journal.push_back("register " + _text(combination) + " id=" + std::to_string(hotKeyID.id) + (status == 0 ? "" : " refused"));
+        const EventStatus status = std::exchange(nextStatus, std::nullopt).value_or(_statusFor(combination, target, options));
+        _note("register " + _text(combination) + " id=" + std::to_string(hotKeyID.id) + (status == 0 ? "" : " refused"));
         if (status != EventNoError || std::exchange(givesNoReference, false)) {
             return status;
         }
@@ -48,10 +53,10 @@ public:
     EventStatus unregisterEventHotKey(EventHotKeyRef hotKey) override {
         const auto found = _registrations.find(hotKey);
         if (found == _registrations.end()) {
-            journal.emplace_back("unregister nothing");
+            _note("unregister nothing");
             return EventHotKeyInvalidError;
         }
-        journal.push_back("unregister " + _text(found->second->combination));
+        _note("unregister " + _text(found->second->combination));
         _registrations.erase(found);
         return EventNoError;
     }
@@ -67,7 +72,7 @@ public:
         for (const EventTypeSpec &type : types) {
             line += (line.back() == 'r' ? " " : ", ") + _textOfCode(type.eventClass) + " " + std::to_string(type.kind);
         }
-        journal.push_back(line);
+        _note(line);
         _handlers.install(handler, types, userData);
         return EventNoError;
     }
@@ -114,6 +119,12 @@ private:
         EventHotKeyID id;
     };
 
+    void _note(const std::string &line) {
+        journal.push_back(line);
+        if (hook) {
+            hook(line);
+        }
+    }
     [[nodiscard]] EventStatus _statusFor(const Combination &combination, EventTargetRef target, std::uint32_t options) const {
         constexpr std::uint32_t LastKeyCode = 127;
         constexpr std::uint32_t Modifiers = 0x1B00;

@@ -84,6 +84,11 @@ public:
     [[nodiscard]] const std::string &frame() const { return _window->frame; }
     [[nodiscard]] int loads() const { return static_cast<int>(std::count(journal.begin(), journal.end(), "loadNibNamed PromptWindow")); }
 
+    // What happens while it is shown, apart from events.
+
+    std::function<void()> whenOrderedFront; ///< the window has come onto the screen
+    std::function<void()> whenEditingEnds;  ///< the program ends the editing, whose text is not stored yet
+
     bool isMissing = false;    ///< the interface file cannot be loaded
     bool awakesNobody = false; ///< the interface file is damaged: it connects nothing, without anybody noticing
     std::string fileFrame = "100 100 480 320";
@@ -98,6 +103,9 @@ private:
         void makeKeyAndOrderFront() override {
             onScreen = true;
             _all._note("window makeKeyAndOrderFront");
+            if (_all.whenOrderedFront) {
+                _all.whenOrderedFront();
+            }
         }
         void orderOut() override {
             onScreen = false;
@@ -113,7 +121,10 @@ private:
         }
         void disableScreenUpdates() override { _all._note("window disableScreenUpdates"); }
         void enableScreenUpdates() override { _all._note("window enableScreenUpdates"); }
-        void beginModalSession() override { _all._note("window beginModalSession"); }
+        void beginModalSession() override {
+            _stopped = false; // whatever was stopped before was another session
+            _all._note("window beginModalSession");
+        }
         [[nodiscard]] long runModalSession() override {
             _all._note("window runModalSession");
             const bool continues = _all._handleEvents();
@@ -126,6 +137,9 @@ private:
         }
         void endEditing() override {
             _all._note("window endEditing");
+            if (_all.whenEditingEnds) {
+                _all.whenEditingEnds();
+            }
             _all._owner->tableTextDidEndEditing(TextMovement::Illegal);
         }
 

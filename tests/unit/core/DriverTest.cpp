@@ -89,6 +89,16 @@ TEST(Driver, StoresWhatTheUserLeftAndKeepsOtherCounters) {
     EXPECT_EQ(desk.counter("Client"), "(absent)");
 }
 
+TEST(Driver, StoresTheLaterOfTwoRowsOfOneCounter) {
+    Desk desk;
+    desk.prompt.whileShown = [](std::span<PromptValueRow> rows) {
+        rows[0].value = "1";
+        rows[1].value = "2";
+    };
+    desk.create(preset("{AutoJob} {AutoJob}"));
+    EXPECT_EQ(desk.counter("AutoJob"), "2");
+}
+
 TEST(Driver, LeavesOutACounterThatThePreferencesCannotHoldAndStoresTheOthers) {
     Desk desk;
     desk.setCounters(dict({{"AutoA", text("1")}, {"AutoB", text("4")}}));
@@ -351,6 +361,28 @@ TEST(Driver, StartsTheScriptThenOpensTheFolder) {
     EXPECT_EQ(desk.processes.launches()[0].path, "/home/user/.local/share/Orvane/Scripts/cleanup.sh");
 }
 
+TEST(Driver, StartsTheScriptBeforeItOpensTheFolder) {
+    Desk desk;
+    desk.fileSystem.addScript("/home/user/.local/share/Orvane/Scripts/cleanup.sh");
+    std::size_t opened = 99;
+    desk.processes.anyProgram = FakeProgram{.running = [&] {
+        opened = desk.workspace.opened.size();
+        return false;
+    }};
+    desk.create(presetWithScript("Job", "cleanup.sh"));
+    EXPECT_EQ(opened, 0U);
+    EXPECT_EQ(desk.workspace.opened, (Names{"/jobs/Job"}));
+}
+
+TEST(Driver, HandsTheScriptThePathThatItCheckedNotTheOneThatItMade) {
+    Desk desk;
+    desk.fileSystem.addScript("/home/user/.local/share/Orvane/Scripts/s");
+    desk.create(presetWithScript("a:b", "s"));
+    EXPECT_EQ(desk.fileSystem.listing("/jobs"), (Names{"a_b/"}));
+    ASSERT_EQ(desk.processes.launches().size(), 1U);
+    EXPECT_EQ(desk.processes.launches()[0].environment.at("ORV_ROOT_PATH"), "/jobs/a:b");
+}
+
 TEST(Driver, LeavesTheOpeningToScriptsNamedAfterTheFinder) {
     for (const char *name : {"Reveal in Finder.sh", "FinderCleanup.sh", "FINDER", "xfinderx"}) {
         Desk desk;
@@ -444,6 +476,16 @@ TEST(Script, ThatFailsIsLoggedWithItsErrorsAndReportedWithoutThem) {
     EXPECT_EQ(desk.alerts.alerts[0],
               (Alert{"Script reported errors", "'x.sh' is the specified script file for this preset, and it reported errors during its "
                                                "execution. Check Console.app for more information on why the script failed."}));
+}
+
+TEST(Script, ThatFailsIsLoggedBeforeItIsReported) {
+    Desk desk;
+    desk.fileSystem.addScript("/home/user/.local/share/Orvane/Scripts/x.sh");
+    desk.processes.anyProgram = FakeProgram{.status = 3};
+    std::size_t lines = 0;
+    desk.alerts.whileShown = [&] { lines = desk.log.entries().size(); };
+    desk.create(presetWithScript("Job", "x.sh"));
+    EXPECT_EQ(lines, 2U);
 }
 
 TEST(Script, ThatCannotBeStartedIsLoggedWithoutStandardError) {

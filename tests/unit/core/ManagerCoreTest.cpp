@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <latch>
 #include <thread>
 
 namespace orvane::test {
@@ -29,20 +30,59 @@ TEST_F(SharedManager, IsNothingWithoutPorts) {
     EXPECT_EQ(ORVPresetManager::sharedManager(), nullptr);
 }
 
-TEST_F(SharedManager, IsMadeOnceByManyThreads) {
-    share();
+/// Does the work on so many threads, which start as one, and waits for them.
+void onThreads(std::size_t count, const std::function<void(std::size_t number)> &work) {
+    std::latch all(static_cast<std::ptrdiff_t>(count));
     std::vector<std::thread> threads;
-    std::vector<ORVPresetManager *> seen(8);
-    const int before = desk.application.loads;
-    for (std::size_t i = 0; i < seen.size(); ++i) {
-        threads.emplace_back([&seen, i] { seen[i] = ORVPresetManager::sharedManager(); });
+    for (std::size_t i = 0; i < count; ++i) {
+        threads.emplace_back([&, i] {
+            all.arrive_and_wait();
+            work(i);
+        });
     }
     for (std::thread &thread : threads) {
         thread.join();
     }
+}
+
+TEST_F(SharedManager, IsMadeOnceByManyThreads) {
+    share();
+    std::vector<ORVPresetManager *> seen(8);
+    const int before = desk.application.loads;
+    desk.application.whileLoading = [] {
+        for (int i = 0; i < 1000; ++i) {
+            std::this_thread::yield(); // so that the others come before it is made
+        }
+    };
+    onThreads(seen.size(), [&](std::size_t i) { seen[i] = ORVPresetManager::sharedManager(); });
     EXPECT_EQ(std::count(seen.begin(), seen.end(), seen[0]), 8);
     EXPECT_NE(seen[0], nullptr);
     EXPECT_EQ(desk.application.loads, before + 1);
+}
+
+TEST_F(SharedManager, IsLoadedAndUnloadedByOneThreadAtATime) {
+    share();
+    ORVPresetManager *const shared = ORVPresetManager::sharedManager();
+    ASSERT_NE(shared, nullptr);
+    std::atomic<int> inside = 0;
+    std::atomic<int> together = 0;
+    desk.notifications.whileObserving = [&] {
+        together += ++inside > 1 ? 1 : 0;
+        std::this_thread::yield();
+        --inside;
+    };
+    onThreads(4, [](std::size_t /*number*/) {
+        for (int i = 0; i < 500; ++i) {
+            ORVPresetManager::sharedManager()->loadManager();
+            ORVPresetManager::sharedManager()->unloadManager();
+        }
+    });
+    desk.notifications.whileObserving = nullptr;
+    EXPECT_EQ(together.load(), 0);
+    EXPECT_EQ(desk.notifications.observerCount(), 0U);
+    EXPECT_EQ(desk.notifications.additions, desk.notifications.removals);
+    EXPECT_GE(desk.notifications.additions, 1);
+    EXPECT_EQ(ORVPresetManager::sharedManager(), shared);
 }
 
 TEST_F(SharedManager, StaysEmptyAfterAFailedStartAndIsTriedAgain) {
@@ -66,10 +106,11 @@ TEST_F(SharedManager, CannotBeReleased) {
     EXPECT_EQ(ORVPresetManager::sharedManager(), shared);
 }
 
-TEST_F(SharedManager, IsWhatAnotherManagersRetainGives) {
+TEST_F(SharedManager, IsWhatAnotherManagersRetainAndAutoreleaseGive) {
     share();
+    EXPECT_NE(ORVPresetManager::sharedManager(), desk.manager.get());
     EXPECT_EQ(desk.manager->retain(), ORVPresetManager::sharedManager());
-    EXPECT_NE(desk.manager->retain(), desk.manager.get());
+    EXPECT_EQ(desk.manager->autorelease(), ORVPresetManager::sharedManager());
 }
 
 TEST_F(SharedManager, StartsWithThePresetsReadAndEverythingElseEmpty) {

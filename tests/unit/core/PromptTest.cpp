@@ -101,11 +101,11 @@ TEST_F(Prompt, OnlyStoresTheTextAfterBacktabOrAClickElsewhere) {
 
 TEST_F(Prompt, IsNotCompletedByBacktabOrAClickElsewhereInTheLastValue) {
     for (const TextMovement movement : {TextMovement::Backtab, TextMovement::Illegal}) {
-        EXPECT_FALSE(ask("{a}", {typing("typed", movement), [&] {
-                                     EXPECT_EQ(count("window stopModal"), 0);
-                                     EXPECT_EQ(desk.prompt.editedRow(), -1);
-                                     desk.prompt.giveUp();
-                                 }}));
+        EXPECT_FALSE(ask("x{a}", {typing("typed", movement), [&] {
+                                      EXPECT_EQ(count("window stopModal"), 0);
+                                      EXPECT_EQ(desk.prompt.editedRow(), -1);
+                                      desk.prompt.giveUp();
+                                  }}));
     }
 }
 
@@ -158,10 +158,11 @@ TEST_F(Prompt, DropsTheTextThatIsBeingTypedWhenAbandoned) {
     const auto giveUp = [&] { desk.prompt.giveUp(); };
     const auto close = [&] { desk.prompt.closeWindow(); };
     for (const std::function<void()> &leave : {std::function<void()>(giveUp), std::function<void()>(close)}) {
-        EXPECT_FALSE(ask("{a}", {[&] {
+        EXPECT_FALSE(ask("x{a}", {[&] {
                              desk.prompt.type("typed");
                              leave();
                          }}));
+        EXPECT_TRUE(desk.alerts.alerts.empty());
         EXPECT_EQ(values(), Lines{""});
         EXPECT_EQ(count("window stopModal"), 1);
         EXPECT_EQ(desk.fileSystem.listing("/jobs"), Lines());
@@ -186,23 +187,94 @@ TEST_F(Prompt, IsAbandonedWhenItWasBothCompletedAndAbandoned) {
                          desk.prompt.confirm();
                          desk.prompt.giveUp();
                      }}));
-    EXPECT_FALSE(ask("{a}", {[&] {
+    EXPECT_FALSE(ask("x{a}", {[&] {
                          desk.prompt.giveUp();
                          desk.prompt.confirm();
                      }}));
 }
 
+TEST_F(Prompt, IsAbandonedWhenItsWindowClosedBeforeItWasCompleted) {
+    EXPECT_FALSE(ask("x{a}", {[&] {
+                         desk.prompt.closeWindow();
+                         desk.prompt.confirm();
+                     }}));
+    EXPECT_TRUE(desk.alerts.alerts.empty());
+}
+
+TEST_F(Prompt, StaysCompletedWhenItsWindowClosesWhileTheEditingEnds) {
+    desk.prompt.whenEditingEnds = [&] { desk.prompt.closeWindow(); };
+    EXPECT_TRUE(ask("{a}", {[&] {
+                        desk.prompt.type("typed");
+                        desk.prompt.confirm();
+                    }}));
+    EXPECT_EQ(values(), Lines{"typed"});
+}
+
+TEST_F(Prompt, ForgetsWhatTheUserDidBeforeItIsInFront) {
+    desk.prompt.whenOrderedFront = [&] { desk.prompt.confirm(); };
+    EXPECT_FALSE(ask("x{a}", {[] {}, [&] { desk.prompt.giveUp(); }}));
+    EXPECT_TRUE(desk.alerts.alerts.empty());
+    desk.prompt.whenOrderedFront = [&] { desk.prompt.giveUp(); };
+    EXPECT_TRUE(ask("x{a}", {[] {}, typing("1", TextMovement::Illegal), [&] { desk.prompt.confirm(); }}));
+}
+
 TEST_F(Prompt, StartsEveryRunAnew) {
-    EXPECT_FALSE(ask("{a}", {[&] { desk.prompt.giveUp(); }}));
-    EXPECT_TRUE(ask("{a}", {typing("1", TextMovement::Return)}));
-    EXPECT_FALSE(ask("{a}", {[&] { desk.prompt.giveUp(); }}));
+    EXPECT_FALSE(ask("x{a}", {[&] { desk.prompt.giveUp(); }}));
+    EXPECT_TRUE(ask("x{a}", {typing("1", TextMovement::Return)}));
+    EXPECT_FALSE(ask("y{a}", {[&] { desk.prompt.giveUp(); }}));
+    EXPECT_TRUE(desk.alerts.alerts.empty());
     EXPECT_EQ(desk.prompt.loads(), 1); // one copy of the interface a run: the journal holds the last run only
 }
 
 TEST_F(Prompt, IsAbandonedWhenTheProgramIsAboutToQuit) {
     desk.prompt.quitsAfterScript = true;
-    EXPECT_FALSE(ask("{a}", {[] {}, [] {}}));
+    EXPECT_FALSE(ask("x{a}", {[] {}, [] {}}));
     EXPECT_EQ(count("window runModalSession"), 2);
+    EXPECT_EQ(count("window orderOut"), 1);
+    EXPECT_TRUE(desk.alerts.alerts.empty());
+    EXPECT_EQ(desk.fileSystem.listing("/jobs"), Lines());
+}
+
+TEST_F(Prompt, IsNotAskedForTwiceAtOnce) {
+    EXPECT_TRUE(ask("{a}", {[&] {
+                                desk.prompt.type("outer");
+                                desk.application.activations.clear();
+                                EXPECT_FALSE(desk.manager->runPromptModally());
+                                EXPECT_EQ(desk.application.activations, std::vector<bool>{true});
+                                EXPECT_TRUE(desk.prompt.isOnScreen());
+                                EXPECT_EQ(desk.prompt.editedRow(), 0);
+                            },
+                            [&] { desk.prompt.confirm(); }}));
+    EXPECT_EQ(values(), Lines{"outer"});
+    EXPECT_EQ(desk.prompt.loads(), 1);
+    EXPECT_EQ(count("window beginModalSession"), 1);
+}
+
+TEST_F(Prompt, KeepsItsValuesWhileAnotherCreationIsAskedFor) {
+    EXPECT_TRUE(ask("{a}{b}", {typing("outer", TextMovement::Return),
+                               [&] {
+                                   desk.application.activations.clear();
+                                   desk.manager->createFileHierarchyFromPreset(preset("{c}").root());
+                                   desk.manager->createFileHierarchyFromPreset(preset("plain").root());
+                                   EXPECT_EQ(desk.application.activations, (std::vector<bool>{true, true}));
+                                   EXPECT_EQ(desk.manager->promptDirectoryName(), "{a}{b}");
+                               },
+                               typing("most", TextMovement::Return)}));
+    EXPECT_EQ(values(), (Lines{"outer", "most"}));
+    EXPECT_EQ(desk.fileSystem.listing("/jobs"), Lines{"outermost/"});
+    EXPECT_EQ(desk.prompt.loads(), 1);
+    EXPECT_TRUE(ask("{a}", {typing("next", TextMovement::Return)})); // and afterwards as ever
+}
+
+TEST_F(Prompt, GoesOnInItsOwnWindowWhenItsFileIsAskedForAgainAndGone) {
+    EXPECT_TRUE(ask("{a}", {typing("typed", TextMovement::Illegal),
+                            [&] {
+                                desk.prompt.isMissing = true;
+                                EXPECT_FALSE(desk.manager->loadPromptBundle());
+                            },
+                            [] {}, [&] { desk.prompt.confirm(); }}));
+    EXPECT_EQ(values(), Lines{"typed"});
+    EXPECT_EQ(count("window runModalSession"), 4);
     EXPECT_EQ(count("window orderOut"), 1);
 }
 
@@ -271,19 +343,21 @@ TEST_F(Prompt, ShowsNothingWithoutItsInterfaceFile) {
     EXPECT_EQ(desk.prompt.journal, Lines{"loadNibNamed PromptWindow"});
     EXPECT_TRUE(desk.application.activations.empty());
     EXPECT_TRUE(desk.alerts.alerts.empty());
+    desk.prompt.isMissing = false;
+    EXPECT_TRUE(ask("{a}", {typing("x", TextMovement::Return)})); // once it is back
 }
 
 TEST_F(Prompt, DoesNotUseTheLastRunsWindowWhenTheInterfaceFileIsGone) {
     ask("{a}", {[&] { desk.prompt.giveUp(); }});
     desk.prompt.isMissing = true;
-    EXPECT_FALSE(ask("{a}", {}));
+    EXPECT_FALSE(ask("x{a}", {}));
     EXPECT_EQ(desk.prompt.journal, Lines{"loadNibNamed PromptWindow"});
 }
 
 TEST_F(Prompt, ShowsNothingWhenTheInterfaceFileConnectsNothing) {
     ask("{a}", {[&] { desk.prompt.giveUp(); }});
     desk.prompt.awakesNobody = true;
-    EXPECT_FALSE(ask("{a}", {}));
+    EXPECT_FALSE(ask("x{a}", {}));
     EXPECT_EQ(desk.prompt.journal, Lines{"loadNibNamed PromptWindow"});
 }
 

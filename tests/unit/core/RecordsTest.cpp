@@ -28,6 +28,13 @@ TEST(Records, PresetNamesSkipPresetsWithoutLabelAndKeepTheOrder) {
     EXPECT_EQ(desk.manager->presets().size(), 3U);
 }
 
+TEST(Records, PresetNamesHoldALabelThatIsEmpty) {
+    Desk desk;
+    desk.setPresets(list({dict({{"label", text("")}}), dict({{"label", text("B")}})}));
+    desk.manager->readConfiguration();
+    EXPECT_EQ(desk.manager->presetNames(), (Names{"", "B"}));
+}
+
 TEST(Records, APresetsValueThatIsNoArrayCountsAsNone) {
     Desk desk;
     for (const PropertyList &wrong : {text("x"), number(3), dict({}), yes()}) {
@@ -60,9 +67,9 @@ TEST(Records, AnArrayHandedOutEarlierStaysValidUntilTheEventHasBeenHandled) {
     const std::vector<PropertyListValue> &handedOut = desk.manager->presets();
     desk.setPresets(list({}));
     desk.manager->readConfiguration();
+    ASSERT_EQ(desk.mainThread.deferred(), 1U);
     ASSERT_EQ(handedOut.size(), 1U);
     EXPECT_EQ(handedOut[0].find("label")->string(), "Old");
-    EXPECT_EQ(desk.mainThread.deferred(), 1U);
     desk.mainThread.endEvent();
     EXPECT_EQ(desk.mainThread.deferred(), 0U);
 }

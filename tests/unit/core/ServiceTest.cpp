@@ -69,12 +69,15 @@ TEST_F(Service, OpensNothingWhenNoPaneIsInstalled) {
 }
 
 TEST_F(Service, KeepsACopyOfTheBasePathAndTheOldOneUntilTheEventIsHandled) {
+    desk.mainThread.endEvent();
     const std::string &old = desk.manager->contextualDirectory();
     EXPECT_EQ(old, "/jobs");
     desk.manager->setBasePath("/other");
+    ASSERT_EQ(desk.mainThread.deferred(), 1U);
     EXPECT_EQ(old, "/jobs");
     EXPECT_EQ(desk.manager->contextualDirectory(), "/other");
     desk.manager->setBasePath(std::nullopt);
+    EXPECT_EQ(desk.mainThread.deferred(), 2U);
     EXPECT_EQ(desk.manager->contextualDirectory(), "");
 }
 
@@ -90,6 +93,18 @@ TEST_F(Service, AddsTheObserverOnce) {
     EXPECT_EQ(desk.notifications.observerCount(), 0U);
     desk.manager->loadManager();
     EXPECT_EQ(desk.notifications.observerCount(), 1U);
+}
+
+TEST_F(Service, RemovesNoObserverThatItDidNotAdd) {
+    desk.manager->unloadManager();
+    EXPECT_EQ(desk.notifications.removals, 0);
+    desk.manager->loadManager();
+    desk.manager->unloadManager();
+    desk.manager->unloadManager();
+    EXPECT_EQ(desk.notifications.additions, 1);
+    EXPECT_EQ(desk.notifications.removals, 1);
+    desk.manager.reset();
+    EXPECT_EQ(desk.notifications.removals, 1);
 }
 
 TEST_F(Service, ReReadsThePresetsWhenTheConfigurationChanges) {

@@ -127,6 +127,15 @@ TEST_F(HotKeyCenter, RefusalUsesUpAnIdAndStoresNothing) {
     EXPECT_EQ(fourth->hotKeyID().id, 4U);
 }
 
+TEST_F(HotKeyCenter, EveryStatusButZeroIsARefusal) {
+    for (const EventStatus status : {1, -1}) {
+        events.nextStatus = status;
+        EXPECT_FALSE(center->registerHotKey(hotKey(1, 0x100)));
+        EXPECT_TRUE(center->allHotKeys().empty());
+        EXPECT_FALSE(center->eventHandlerInstalled());
+    }
+}
+
 TEST_F(HotKeyCenter, SuccessWithoutAReferenceStoresNothing) {
     events.givesNoReference = true;
     EXPECT_TRUE(center->registerHotKey(hotKey(1, 0x100)));
@@ -220,6 +229,11 @@ TEST_F(HotKeyCenter, ForeignEventClassIsAnAssertionFailure) {
     EXPECT_EQ(assertions.objects, std::vector<const void *>{center.get()});
 }
 
+TEST_F(HotKeyCenter, EventClassIsLookedAtBeforeTheParameter) {
+    EXPECT_EQ(center->sendCarbonEvent({FourCharacterCode("mous"), 5, std::nullopt}), EventParameterNotFoundError);
+    EXPECT_EQ(assertions.failures, Journal{"-[SGHotKeyCenter sendCarbonEvent:] SGHotKeyCenter:148 Unknown event class"});
+}
+
 TEST_F(HotKeyCenter, StatusOfAMissingParameterIsReturnedAtOnce) {
     EXPECT_EQ(center->sendCarbonEvent({EventClassKeyboard, 99, std::nullopt}), EventParameterNotFoundError);
     Event other = event(99, ours(0));
@@ -239,6 +253,12 @@ TEST_F(HotKeyCenter, ForeignSignatureIsAnAssertionFailure) {
 TEST_F(HotKeyCenter, IdZeroIsAnAssertionFailure) {
     EXPECT_EQ(center->sendCarbonEvent(event(5, ours(0))), 0);
     EXPECT_EQ(assertions.failures, Journal{"-[SGHotKeyCenter sendCarbonEvent:] SGHotKeyCenter:161 Invalid hot key id"});
+}
+
+TEST_F(HotKeyCenter, SignatureIsLookedAtBeforeTheId) {
+    EXPECT_EQ(center->sendCarbonEvent(event(5, {FourCharacterCode("ABCD"), 0})), 0);
+    EXPECT_EQ(assertions.failures, (Journal{"-[SGHotKeyCenter sendCarbonEvent:] SGHotKeyCenter:160 Invalid hot key id",
+                                            "-[SGHotKeyCenter sendCarbonEvent:] SGHotKeyCenter:161 Invalid hot key id"}));
 }
 
 TEST_F(HotKeyCenter, UnknownKindIsAnAssertionFailureAndNoError) {

@@ -73,7 +73,11 @@ TEST_F(HotKeyControllerTest, RegistersThePreferencesKeyWhenItWakes) {
 
 TEST_F(HotKeyControllerTest, RegistersBeforeItObserves) {
     setPreferences(number(1), number(0x100000));
+    Combinations before;
+    notifications.whileObserving = [&] { before = events.registered(); };
     controller->awakeFromNib();
+    notifications.whileObserving = nullptr;
+    EXPECT_EQ(before, (Combinations{{1, 0x0100}}));
     EXPECT_EQ(notifications.observerCount(), 1U);
     EXPECT_EQ(notifications.behaviors(Changed), std::vector{DistributedNotifications::Suspension::Coalesce});
     EXPECT_EQ(preferences.journal, Journal{"dictionaryWithContentsOfFile"});
@@ -126,6 +130,16 @@ TEST_F(HotKeyControllerTest, ChangeUnregistersTheOldKeyBeforeItRegistersTheNew) 
     EXPECT_EQ(events.journal, (Journal{"unregister 1+0x100", "register 1+0x100 id=2"}));
     EXPECT_EQ(events.registered().size(), 1U);
     EXPECT_NE(controller->hotkey(), before); // a new record even when nothing changed
+}
+
+TEST_F(HotKeyControllerTest, ChangeUnregistersTheOldKeyBeforeItReadsTheFile) {
+    setPreferences(number(1), number(0x100000));
+    controller->awakeFromNib();
+    preferences.journal.clear();
+    events.hook = [&](const std::string &line) { preferences.journal.push_back(line); };
+    notifications.arrive(Changed);
+    EXPECT_EQ(preferences.journal, (Journal{"unregister 1+0x100", "dictionaryWithContentsOfFile", "register 1+0x100 id=2"}));
+    events.hook = nullptr;
 }
 
 TEST_F(HotKeyControllerTest, ChangeTakesTheFileAsItStands) {

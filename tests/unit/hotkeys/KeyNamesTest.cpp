@@ -39,6 +39,8 @@ TEST(KeyNames, OfTheKeypadHaveThePrefixAndABlank) {
     desk.useLayout({{83, u"1"}, {18, u"1"}});
     EXPECT_EQ(SGKeyCombo(83, 0x100).keyCodeString(), "Pad 1");
     EXPECT_EQ(SGKeyCombo(18, 0x100).keyCodeString(), "1");
+    desk.useLayout({{83, u"e"}});
+    EXPECT_EQ(SGKeyCombo(83, 0x100).keyCodeString(), "Pad E");
 }
 
 TEST(KeyNames, FixedNameComesBeforeTheKeypadAndTheLayout) {
@@ -109,7 +111,7 @@ TEST(KeyNames, DamagedListCountsAsEmpty) {
 
 TEST(SGKeyCodeTranslator, AsksForTheDisplayOfTheKeyWithoutModifiers) {
     KeyDesk desk;
-    desk.layouts.type = 0x1234;
+    desk.layouts.type = 0x12F4;
     desk.useLayout({{5, u"g"}});
     EXPECT_EQ(SGKeyCodeTranslator::currentTranslator()->translateKeyCode(5), "g");
     ASSERT_EQ(desk.layouts.questions.size(), 1U);
@@ -119,7 +121,7 @@ TEST(SGKeyCodeTranslator, AsksForTheDisplayOfTheKeyWithoutModifiers) {
     EXPECT_EQ(question.action, KeyAction::Display);
     EXPECT_EQ(static_cast<int>(question.action), 3);
     EXPECT_EQ(question.modifierKeyState, 0U);
-    EXPECT_EQ(question.keyboardType, 0x34U);
+    EXPECT_EQ(question.keyboardType, 0xF4U);
     EXPECT_EQ(question.options, 0U);
     EXPECT_EQ(question.deadKeyState, 0U);
     EXPECT_EQ(question.room, 4U);

@@ -94,6 +94,18 @@ TEST_F(ActivatePreset, CountsAPanelWithoutAnyFolderAsCancelled) {
     EXPECT_EQ(desk.managersAskedFor, 0);
 }
 
+TEST_F(ActivatePreset, CountsAnEmptyFirstPathAsCancelled) {
+    desk.desk.manager->setBasePath("/before");
+    for (const Lines &filenames : {Lines{""}, Lines{"", "/chosen"}}) {
+        desk.openPanel.filenames = filenames;
+        desk.click(0);
+    }
+    EXPECT_EQ(desk.openPanel.shown.size(), 2U);
+    EXPECT_EQ(desk.managersAskedFor, 0);
+    EXPECT_EQ(desk.desk.manager->contextualDirectory(), "/before");
+    EXPECT_TRUE(desk.desk.workspace.opened.empty());
+}
+
 TEST_F(ActivatePreset, DoesItsStepsInOrder) {
     Lines steps;
     desk.desk.preferences.beforeSynchronize = [&] { steps.emplace_back("synchronize"); };
@@ -145,6 +157,19 @@ TEST_F(ActivatePreset, OutlivesAMenuThatIsRebuiltWhileThePanelIsOpen) {
     };
     desk.controller->activatePreset(desk.menu.itemAtIndex(1)); // the item itself, not a copy
     EXPECT_EQ(desk.in("/chosen"), Lines{"y/"});
+}
+
+TEST_F(ActivatePreset, KeepsTheIndexWhenAnotherItemTakesThePlaceOfTheChosenOne) {
+    const std::optional<PropertyList> before = desk.desk.preferences.disk;
+    desk.openPanel.filenames = Lines{"/chosen"};
+    desk.openPanel.whileShown = [&] {
+        desk.setFile(list({labelled("only")}));
+        desk.desk.notifications.arrive(ORVPresetConfigurationChangedNotification);
+        EXPECT_FALSE(desk.menu.itemAtIndex(1).representedObject.has_value()); // a fixed one
+        desk.desk.preferences.disk = before;                                  // of which the menu does not know
+    };
+    desk.controller->activatePreset(desk.menu.itemAtIndex(1));
+    EXPECT_EQ(desk.in("/chosen"), Lines{"Advert/"});
 }
 
 TEST_F(ActivatePreset, OutlivesAMenuThatIsRebuiltWhileThePromptIsOpen) {

@@ -10,6 +10,13 @@ namespace {
 using Titles = std::vector<std::string>;
 using Journal = std::vector<std::string>;
 
+/// Does something at every change of a menu.
+struct Watch final : MenuObserver {
+    explicit Watch(std::function<void()> action) : changed(std::move(action)) {}
+    void menuDidChange() override { changed(); }
+    std::function<void()> changed;
+};
+
 // What stands in the menu.
 
 TEST(PresetItems, StandOnTopInTheOrderOfThePresets) {
@@ -77,11 +84,7 @@ TEST(PresetItems, AreThereBeforeTheObserverIs) {
     MenuDesk desk;
     desk.setFile(list({labelled("a")}));
     std::size_t observers = 99;
-    struct Watch final : MenuObserver {
-        explicit Watch(std::function<void()> action) : changed(std::move(action)) {}
-        void menuDidChange() override { changed(); }
-        std::function<void()> changed;
-    } watch([&] { observers = desk.desk.notifications.observerCount(); });
+    Watch watch([&] { observers = desk.desk.notifications.observerCount(); });
     desk.menu.addObserver(watch);
     desk.controller->awakeFromNib();
     desk.menu.removeObserver(watch);
@@ -108,6 +111,33 @@ TEST(PresetItems, AreRemovedOnlyWhereTheyStandOnTop) {
     EXPECT_EQ(desk.titles(), (Titles{"a", "Preferences…", "Quit Orvane", "below"}));
 }
 
+TEST(PresetItems, EndAtTheFirstItemOfAnyOtherTag) {
+    for (const int tag : {3, 8, 10, -9}) {
+        MenuDesk desk;
+        MenuItem fixed;
+        fixed.title = "fixed";
+        fixed.tag = tag;
+        desk.menu.insertItemAtIndex(fixed, 0);
+        desk.setFile(list({labelled("a")}));
+        desk.controller->reloadPrefs();
+        desk.controller->reloadPrefs();
+        EXPECT_EQ(desk.titles(), (Titles{"a", "fixed", "Preferences…", "Quit Orvane"})) << tag;
+    }
+}
+
+TEST(PresetItems, AreRemovedBeforeTheFileIsReadAndMadeAfterwards) {
+    MenuDesk desk;
+    desk.setFile(list({labelled("a")}));
+    desk.controller->reloadPrefs();
+    desk.desk.preferences.journal.clear();
+    Journal &journal = desk.desk.preferences.journal;
+    Watch watch([&] { journal.push_back("menu of " + std::to_string(desk.menu.numberOfItems())); });
+    desk.menu.addObserver(watch);
+    desk.controller->reloadPrefs();
+    desk.menu.removeObserver(watch);
+    EXPECT_EQ(journal, (Journal{"menu of 2", "dictionaryWithContentsOfFile", "menu of 3"}));
+}
+
 TEST(PresetItems, DoNotNeedAFixedItemBelowThem) {
     Menu menu;
     MenuDesk desk;
@@ -124,6 +154,8 @@ TEST(PresetItems, AreAlwaysEnabled) {
     MenuDesk desk;
     desk.setFile(list({labelled("a")}));
     desk.controller->reloadPrefs();
+    ASSERT_TRUE(desk.menu.itemAtIndex(0).validate);
+    EXPECT_TRUE(desk.menu.itemAtIndex(0).validate(desk.menu.itemAtIndex(0)));
     EXPECT_TRUE(desk.menu.itemAtIndex(0).isEnabled());
     EXPECT_TRUE(desk.controller->validateMenuItem(desk.menu.itemAtIndex(0)));
     EXPECT_TRUE(desk.controller->validateMenuItem(MenuItem()));
@@ -312,11 +344,7 @@ TEST(StatusItem, IsShownBeforeThePresetItemsAreMade) {
     MenuDesk desk;
     desk.setFile(list({labelled("a")}));
     std::vector<std::size_t> shown;
-    struct Watch final : MenuObserver {
-        explicit Watch(std::function<void()> action) : changed(std::move(action)) {}
-        void menuDidChange() override { changed(); }
-        std::function<void()> changed;
-    } watch([&] { shown.push_back(desk.statusBar.items.size()); });
+    Watch watch([&] { shown.push_back(desk.statusBar.items.size()); });
     desk.menu.addObserver(watch);
     desk.controller->awakeFromNib();
     desk.setFile(list({labelled("b")}), yes(false));
