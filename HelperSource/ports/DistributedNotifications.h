@@ -13,7 +13,8 @@ public:
     using Handler = std::function<void()>;
 
     virtual ~DistributedNotifications() = default;
-    /// Calls `handler` on the main thread for every notification of that name from any sender, until removed.
+    /// Calls `handler` on the main thread for every notification of that name from any sender, until removed; with Coalesce,
+    /// several that have arrived by then may be one call.
     /// `observer` identifies the registration and is never dereferenced; adding the same pair again adds a second call.
     virtual void addObserver(const void *observer, std::string_view name, Suspension behavior, Handler handler) = 0;
     /// Removes all registrations of that observer for that name; does nothing when there is none.

@@ -14,10 +14,10 @@ void NotificationGate::removeObserver(const void *observer, std::string_view nam
     // What is kept for it stays in the row and finds nobody.
 }
 
-void NotificationGate::arrive(std::string_view name) {
+void NotificationGate::arrive(std::string_view name, bool follow) {
     std::vector<Registration> concerned; // a copy: handlers may change the list
     for (const Registration &each : _registrations)
-        if (each.name == name)
+        if (each.name == name && !(follow && each.behavior == Suspension::Coalesce))
             concerned.push_back(each);
     for (const Registration &each : concerned)
         _handle(each);

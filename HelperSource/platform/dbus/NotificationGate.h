@@ -24,8 +24,9 @@ public:
     void removeObserver(const void *observer, std::string_view name);
     [[nodiscard]] bool hasObservers() const { return !_registrations.empty(); }
 
-    /// A notification has arrived: calls those who observe that name, in order of registration.
-    void arrive(std::string_view name);
+    /// A notification has arrived: calls those who observe that name, in order of registration. When another one of that name is
+    /// known to `follow`, this one is not for those who want them coalesced.
+    void arrive(std::string_view name, bool follow = false);
 
     void suspend() { _isSuspended = true; }
     /// Delivers what was kept, in order of arrival, unless a handler suspends again: the rest stays kept then.

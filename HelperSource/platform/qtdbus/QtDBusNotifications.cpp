@@ -1,6 +1,7 @@
 #include "platform/qtdbus/QtDBusNotifications.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace orvane {
@@ -57,8 +58,18 @@ void QtDBusNotifications::_subscribe() {
         QDBus::Block, limitOfExchange);
 }
 
+/// What has come by the time the event loop gets to it is delivered together: somebody who says it a hundred times in a row must not
+/// have a hundred menus built.
 void QtDBusNotifications::_arrive(const QDBusMessage &signal) {
-    _gate.arrive(signal.member().toStdString());
+    _waiting.push_back(signal.member().toStdString());
+    if (_waiting.size() == 1)
+        QMetaObject::invokeMethod(this, &QtDBusNotifications::_deliverWaiting, Qt::QueuedConnection);
+}
+
+void QtDBusNotifications::_deliverWaiting() {
+    const std::vector<std::string> names = std::exchange(_waiting, {});
+    for (auto name = names.begin(); name != names.end(); ++name)
+        _gate.arrive(*name, std::find(std::next(name), names.end(), *name) != names.end());
 }
 
 } // namespace orvane

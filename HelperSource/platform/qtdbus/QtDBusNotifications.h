@@ -7,12 +7,15 @@
 #include <QDBusMessage>
 #include <QObject>
 
+#include <string>
+#include <vector>
+
 namespace orvane {
 
 /// Notifications as D-Bus signals on the session bus, by QtDBus and the program's event loop: path
 /// `/org/orvane/DistributedNotifications`, interface `org.orvane.DistributedNotifications`, the notification's name as member, no
-/// arguments, any sender. After the bus has gone and come back they arrive again; what was sent meanwhile did not exist.
-/// Main thread only.
+/// arguments, any sender. After the bus has gone and come back they arrive again; what was sent meanwhile did not exist. Of those
+/// that wait together, an observer who wants them coalesced gets the last. Main thread only.
 class QtDBusNotifications final : public QObject, public DistributedNotifications {
     Q_OBJECT
 
@@ -38,9 +41,11 @@ private Q_SLOTS:
 
 private:
     void _subscribe();
+    void _deliverWaiting();
 
     QtDBusSession &_session;
     NotificationGate _gate;
+    std::vector<std::string> _waiting; ///< names, in order of arrival
     bool _isSubscribed = false;
 };
 

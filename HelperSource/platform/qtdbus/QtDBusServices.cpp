@@ -86,6 +86,10 @@ void QtDBusServices::_receive(Request request) {
 
 void QtDBusServices::_serve(const Request &request) {
     const bool isBusy = _isServing || (_hooks.isBusy && _hooks.isBusy());
+    if (isBusy && _hooks.showWhatIsOpen) {
+        const QtActivationToken token(request.token);
+        _hooks.showWhatIsOpen();
+    }
     if (_provider == nullptr || isBusy) {
         if (request.answer)
             request.answer(std::nullopt);

@@ -20,8 +20,8 @@ namespace orvane {
 ///
 /// Requests that want the menu go to the services provider, from the event loop; the caller has its answer as soon as the provider
 /// returns or starts handling events of its own, so that no caller waits for a menu. Such a request is dropped while an earlier one
-/// is still with the provider or while `isBusy`: what is on the screen then is what the user works with. Requests that come before
-/// there is a provider wait for it. Main thread only.
+/// is still with the provider or while `isBusy`: what is on the screen then is what the user works with, and comes to the front. Requests
+/// that come before there is a provider wait for it. Main thread only.
 class QtDBusServices final : public QObject, public Services {
     Q_OBJECT
 
@@ -31,7 +31,8 @@ public:
         std::function<void()> requestDone;                        ///< the provider is done with a request: that folder counts no longer
         std::function<void()> showPreferences;
         std::function<void()> quit;
-        std::function<bool()> isBusy; ///< a menu, a prompt or a panel of ours is open
+        std::function<bool()> isBusy;         ///< a menu, a prompt or a panel of ours is open
+        std::function<void()> showWhatIsOpen; ///< instead of a request that is dropped because of that
     };
 
     /// The references must outlive it.

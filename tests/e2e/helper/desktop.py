@@ -62,7 +62,8 @@ def type_text(text):
 
 
 def move(x, y):
-    subprocess.run(["xdotool", "mousemove", "--sync", str(x), str(y)], check=False, timeout=LIMIT)
+    # Not --sync: where the mouse is there already, that waits 15 seconds for it to leave.
+    subprocess.run(["xdotool", "mousemove", str(x), str(y)], check=True, timeout=LIMIT)
 
 
 def click(x, y, button=1):
@@ -182,7 +183,8 @@ class Desktop(unittest.TestCase):
         self.others = []
         self.opened = self.home / "opened"
         self.addCleanup(self._end)
-        move(640, 200)
+        if "DISPLAY" in os.environ:  # not on Wayland
+            move(640, 200)
         # Without it the bus would start whatever file manager is installed.
         self.run_beside("/usr/bin/python3", "-B", str(Path(__file__).with_name("recorder.py")), str(self.opened))
         wait(lambda: "'org.freedesktop.FileManager1'" in bus_names(), "the stand-in for the file manager")
@@ -208,12 +210,12 @@ class Desktop(unittest.TestCase):
         path.chmod(0o755)
         return path
 
-    def start(self, *words, ready=True, **environment):
-        """Starts the helper and waits until it can be asked for something."""
-        log = open(self.home / "helper.log", "ab")
-        self.process = subprocess.Popen([os.environ["ORVANE_TEST_HELPER"], *words], env=self.environment(**environment),
-                                        stdin=subprocess.DEVNULL, stdout=log, stderr=log)
-        log.close()
+    def start(self, *words, ready=True, before=None, **environment):
+        """Starts the helper and waits until it can be asked for something. `before` is run in its process first."""
+        with open(self.home / "helper.log", "ab") as log:
+            self.process = subprocess.Popen([os.environ["ORVANE_TEST_HELPER"], *words], env=self.environment(**environment),
+                                            stdin=subprocess.DEVNULL, stdout=log, stderr=log, preexec_fn=before)
+        self.others.append(self.process)
         if ready:
             wait(lambda: self.process.poll() is not None or f"'{NAME}'" in bus_names(), "the helper to be on the bus")
             self.assertIsNone(self.process.poll(), self.said())
@@ -244,6 +246,18 @@ class Desktop(unittest.TestCase):
         self.assertEqual(answer.returncode, 0, answer.stderr)
         return menu()
 
+    def pop_up_for(self, folder):
+        """The menu at the mouse for a folder that takes the front window's place."""
+        def ask():
+            answer = bus_call("org.freedesktop.Application.ActivateAction", "make-preset-in", f"[<'{folder}'>]", "{}")
+            self.assertEqual(answer.returncode, 0, answer.stderr)
+            try:
+                return wait(popup_menu, "the menu to be up", 2)
+            except TimeIsUp:
+                return None  # a request is dropped while an earlier one is not done yet
+
+        return wait(ask, "the menu to come up")
+
     def wait_for_folder(self, path):
         wait(Path(path).is_dir, f"{path} to be made; the helper said: {self.said()}")
 
@@ -256,8 +270,8 @@ class Desktop(unittest.TestCase):
         self.assertIsNone(self.process.poll(), self.said())
 
     def _end(self):
-        for process in [*self.others, self.process]:
-            if process and process.poll() is None:
+        for process in self.others:
+            if process.poll() is None:
                 process.terminate()
                 try:
                     process.wait(timeout=LIMIT)
