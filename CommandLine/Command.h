@@ -3,6 +3,7 @@
 #include "Options.h"
 
 #include "ports/Clock.h"
+#include "ports/CreationJournal.h"
 #include "ports/DistributedNotifications.h"
 #include "ports/FileSystem.h"
 #include "ports/FinderInformation.h"
@@ -39,7 +40,8 @@ struct CommandContext {
     FinderInformation &finderInformation;
     UserFolders &folders;
     DistributedNotifications &notifications;
-    EnginePorts *engine = nullptr; ///< always set by `main`; `show` and `create` need it
+    EnginePorts *engine = nullptr;        ///< always set by `main`; `show` and `create` need it
+    CreationRecovery *recovery = nullptr; ///< always set by `main`; `recover` needs it
 };
 
 /// A command's words after its own name.
@@ -53,6 +55,7 @@ struct Command {
     const char *help;    ///< whole text of `orvane NAME --help`
     ExitStatus (*run)(CommandContext &context, const CommandArguments &arguments);
     std::span<const OptionRule> (*options)() = nullptr; ///< its options; may be null where none takes a value
+    std::string (*moreHelp)() = nullptr;                ///< what follows the help text on this desktop; may be null
 };
 
 // One function and one help text for each command, both defined in the command's own file.
@@ -65,9 +68,11 @@ ExitStatus runAddCommand(CommandContext &context, const CommandArguments &argume
 ExitStatus runCheckCommand(CommandContext &context, const CommandArguments &arguments);
 ExitStatus runMenuCommand(CommandContext &context, const CommandArguments &arguments);
 ExitStatus runNotifyCommand(CommandContext &context, const CommandArguments &arguments);
+ExitStatus runRecoverCommand(CommandContext &context, const CommandArguments &arguments);
 [[nodiscard]] std::span<const OptionRule> createCommandOptions();
 [[nodiscard]] std::span<const OptionRule> importCommandOptions();
 [[nodiscard]] std::span<const OptionRule> menuCommandOptions();
+[[nodiscard]] std::string menuCommandMoreHelp();
 extern const char ListCommandHelp[];
 extern const char ShowCommandHelp[];
 extern const char CreateCommandHelp[];
@@ -77,6 +82,7 @@ extern const char AddCommandHelp[];
 extern const char CheckCommandHelp[];
 extern const char MenuCommandHelp[];
 extern const char NotifyCommandHelp[];
+extern const char RecoverCommandHelp[];
 
 // Shared by the commands; defined in CommandSupport.cpp.
 

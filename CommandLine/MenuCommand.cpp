@@ -3,8 +3,13 @@
 #include "Options.h"
 #include "ParentFolder.h"
 
+#include "hotkeys/HotKeyAdvice.h"
+#include "platform/posix/PosixHotKeyStatement.h"
+#include "platform/posix/PosixUserFolders.h"
+
 #include <array>
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 
 namespace orvane {
@@ -30,6 +35,16 @@ const char MenuCommandHelp[] = "Usage: orvane menu [--in DIR]\n"
 
 std::span<const OptionRule> menuCommandOptions() {
     return Rules;
+}
+
+/// What the running helper says of its hot key; when none runs, how a key is bound on this desktop.
+std::string menuCommandMoreHelp() {
+    PosixUserFolders folders;
+    if (const auto statement = PosixHotKeyStatement::ofDirectory(folders.stateDirectory())) {
+        return "\nThe running helper says: " + *statement + "\n";
+    }
+    const char *const desktop = std::getenv("XDG_CURRENT_DESKTOP");
+    return "\nOn this desktop: " + ORVHotKeyInstructions(desktop == nullptr ? "" : desktop) + "\n";
 }
 
 ExitStatus runMenuCommand(CommandContext & /*context*/, const CommandArguments &arguments) {

@@ -3,6 +3,8 @@
 #include "CommandSupport.h"
 
 #include "platform/posix/PosixClock.h"
+#include "platform/posix/PosixCreationJournal.h"
+#include "platform/posix/PosixCreationRecovery.h"
 #include "platform/posix/PosixFileSystem.h"
 #include "platform/posix/PosixFinderInformation.h"
 #include "platform/posix/PosixPreferencesStore.h"
@@ -10,10 +12,12 @@
 #include "platform/posix/PosixSystemLog.h"
 #include "platform/posix/PosixUserFolders.h"
 #include "platform/posix/UnistringTextCase.h"
+#include "presets/ORVJournaledFileSystem.h"
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <new>
 #include <span>
 #include <string>
 #include <string_view>
@@ -27,7 +31,7 @@ namespace {
 
 using namespace orvane;
 
-constexpr std::array<Command, 9> Commands = {{
+constexpr std::array<Command, 10> Commands = {{
     {"list", "show the presets", ListCommandHelp, runListCommand},
     {"show", "show one preset: its variables and its tree", ShowCommandHelp, runShowCommand},
     {"create", "make a preset's folder", CreateCommandHelp, runCreateCommand, createCommandOptions},
@@ -35,8 +39,9 @@ constexpr std::array<Command, 9> Commands = {{
     {"export", "write a preset to a file", ExportCommandHelp, runExportCommand},
     {"add", "add the preset in a file", AddCommandHelp, runAddCommand},
     {"check", "look for mistakes in presets", CheckCommandHelp, runCheckCommand},
-    {"menu", "pop the helper's menu up", MenuCommandHelp, runMenuCommand, menuCommandOptions},
+    {"menu", "pop the helper's menu up", MenuCommandHelp, runMenuCommand, menuCommandOptions, menuCommandMoreHelp},
     {"notify", "tell the running helper that the preferences have changed", NotifyCommandHelp, runNotifyCommand},
+    {"recover", "show or remove what a creation left that was killed", RecoverCommandHelp, runRecoverCommand},
 }};
 
 std::string generalHelp() {
@@ -92,8 +97,15 @@ ExitStatus runCommand(const Command &command, const CommandArguments &arguments)
     PosixProcessLauncher processes;
     UnistringTextCase textCase;
     EnginePorts engine{clock, processes, log, textCase};
-    CommandContext context{preferences, fileSystem, finderInformation, folders, notifications, &engine};
-    return command.run(context, arguments);
+    PosixCreationJournal journal(PosixCreationJournal::usualDirectory());
+    PosixCreationRecovery recovery(PosixCreationJournal::usualDirectory());
+    ORVJournaledFileSystem journaled(fileSystem, journal);
+    CommandContext context{preferences, journaled, finderInformation, folders, notifications, &engine, &recovery};
+    const ExitStatus status = command.run(context, arguments);
+    if (journal.hasSeenRemains()) {
+        writeStandardError("orvane: note: an earlier creation was killed half-way; 'orvane recover' shows what it left\n");
+    }
+    return status;
 }
 
 ExitStatus runProgram(CommandArguments words) {
@@ -112,7 +124,9 @@ ExitStatus runProgram(CommandArguments words) {
     }
     words.erase(words.begin());
     const auto rules = command->options == nullptr ? std::span<const OptionRule>() : command->options();
-    return answersGeneralOption(words, rules, command->help, status) ? status : runCommand(*command, words);
+    const bool wantsMore = command->moreHelp != nullptr && generalOptionIn(words, rules) == GeneralOption::Help;
+    const std::string help = wantsMore ? command->help + command->moreHelp() : command->help;
+    return answersGeneralOption(words, rules, help, status) ? status : runCommand(*command, words);
 }
 
 } // namespace
@@ -121,5 +135,10 @@ int main(int count, char **words) {
     if (!standardStreamsAreOpen()) {
         return static_cast<int>(ExitStatus::NotMade);
     }
-    return static_cast<int>(runProgram(CommandArguments(words + (count > 0 ? 1 : 0), words + count)));
+    try {
+        return static_cast<int>(runProgram(CommandArguments(words + (count > 0 ? 1 : 0), words + count)));
+    } catch (const std::bad_alloc &) {
+        static_cast<void>(writeWhole(STDERR_FILENO, "orvane: Out of memory\n"));
+        return static_cast<int>(ExitStatus::NotMade);
+    }
 }

@@ -1,10 +1,11 @@
 #include "ORVHelperAppDelegate.h"
 #include "hotkeys/HotKeyController.h"
 #include "menubar/MenuBarController.h"
-#include "platform/filemanagers/ActiveApplication.h"
 #include "platform/filemanagers/DesktopFrontWindow.h"
 #include "platform/filemanagers/HandedOverFolder.h"
 #include "platform/posix/PosixClock.h"
+#include "platform/posix/PosixCreationJournal.h"
+#include "platform/posix/PosixCreationRecovery.h"
 #include "platform/posix/PosixFileSystem.h"
 #include "platform/posix/PosixPreferencesStore.h"
 #include "platform/posix/PosixProcessLauncher.h"
@@ -19,12 +20,13 @@
 #include "platform/qt/QtMainThread.h"
 #include "platform/qt/QtMenuView.h"
 #include "platform/qt/QtOpenPanel.h"
-#include "platform/qt/QtPopUpMenus.h"
 #include "platform/qt/QtProgressWindow.h"
 #include "platform/qt/QtPromptInterface.h"
 #include "platform/qt/QtReferenceWindow.h"
 #include "platform/qt/QtResources.h"
 #include "platform/qt/QtTermination.h"
+#include "platform/qt/QtTranslations.h"
+#include "platform/qt/QtUnblockedTray.h"
 #include "platform/qt/QtX11Events.h"
 #include "platform/qtdbus/DesktopWorkspace.h"
 #include "platform/qtdbus/QtDBusNotifications.h"
@@ -34,9 +36,11 @@
 #include "platform/qtdbus/QtDBusSystemPreferences.h"
 #include "platform/qtdbus/QtXEmbedStatusItem.h"
 #include "platform/wayland/WaylandPopUpMenus.h"
-#include "platform/x11/X11HotKeyEvents.h"
-#include "platform/x11/X11Keyboard.h"
+#include "presets/ORVJournaledFileSystem.h"
 #include "presets/ORVPresetManager.h"
+#include "wiring/DesktopHotKeys.h"
+#include "wiring/DesktopSession.h"
+#include "wiring/LoggedAssertions.h"
 
 #include <QApplication>
 #include <QCoreApplication>
@@ -44,6 +48,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -65,72 +70,20 @@ constexpr const char *Usage =
     "Shows the preset menu in the status bar, at the hot key, and to other programs. Runs until it is told to quit.\n"
     "A second start shows the menu of the one that is running.\n";
 
-/// Notes a broken invariant and gives up what was being done.
-class LoggedAssertions final : public AssertionHandler {
-public:
-    explicit LoggedAssertions(SystemLog &log) : _log(log) {}
-
-    void handleFailureInMethod(std::string_view method, const void * /*object*/, std::string_view file, int lineNumber,
-                               std::string_view description) override {
-        std::string text = "*** Assertion failure in ";
-        text.append(method).append(", ").append(file).append(":").append(std::to_string(lineNumber)).append(" ").append(description);
-        _log.log(text);
-        throw AssertionFailure(text);
-    }
-
-private:
-    SystemLog &_log;
-};
-
 /// A view of the menu that lives as long as what is handed out of it.
-std::shared_ptr<QMenu> viewOfMenu(Menu &menu) {
+std::shared_ptr<QMenu> viewOfMenu(Menu &menu, std::function<bool(const MenuItem &)> mayPerform) {
     auto view = std::make_shared<QtMenuView>(menu);
+    view->setMayPerform(std::move(mayPerform));
     QMenu *const shown = &view->menu();
     return {std::move(view), shown};
 }
-
-/// For window systems that give no hot keys: every registration is refused.
-class NullHotKeyEvents final : public HotKeyEvents {
-public:
-    EventStatus registerEventHotKey(std::uint32_t, std::uint32_t, EventHotKeyID, EventTargetRef, std::uint32_t, EventHotKeyRef &) override {
-        return EventInternalError;
-    }
-    EventStatus unregisterEventHotKey(EventHotKeyRef) override { return EventInternalError; }
-    EventTargetRef getEventDispatcherTarget() override { return this; }
-    EventStatus installEventHandler(EventTargetRef, EventHandler, std::span<const EventTypeSpec>, void *) override { return EventNoError; }
-};
-
-/// Hot keys as the window system gives them.
-class DesktopHotKeys {
-public:
-    explicit DesktopHotKeys(SystemLog &log) {
-        if (xcb_connection_t *connection = QtX11Events::connection(); connection != nullptr) {
-            _keyboard = X11Keyboard::create(connection);
-        }
-        if (_keyboard != nullptr) {
-            auto grabs = std::make_unique<X11HotKeyEvents>(*_keyboard, log);
-            _filter.emplace([hotKeys = grabs.get()](const xcb_generic_event_t &event) { return hotKeys->handleEvent(event); });
-            _events = std::move(grabs);
-        } else {
-            log.log("hot keys are not available on this window system; bind a key to the command: orvane menu");
-            _events = std::make_unique<NullHotKeyEvents>();
-        }
-    }
-
-    [[nodiscard]] HotKeyEvents &events() { return *_events; }
-
-private:
-    std::unique_ptr<X11Keyboard> _keyboard;
-    std::unique_ptr<HotKeyEvents> _events;
-    std::optional<QtX11Events> _filter;
-};
 
 /// The program: adapters first, in the order in which they need each other, then the core.
 class Helper {
 public:
     Helper(QtApplication &application, std::string resourceFolder) : _application(application), _resources(std::move(resourceFolder)) {
         ORVPresetManager::setSharedPorts(&_managerPorts);
-        SGHotKeyCenter::setSharedPorts(&_hotKeyPorts);
+        SGHotKeyCenter::setSharedPorts(&_hotKeys.centerPorts());
         _hotKeyController.emplace(HotKeyControllerPorts{_notifications, *_popUpMenus, _preferences, *SGHotKeyCenter::sharedCenter()});
         _hotKeyController->setWindow(&_window);
         _hotKeyController->setPopupMenu(&_menu);
@@ -149,10 +102,11 @@ public:
         if (!_loadMainInterface()) {
             return EXIT_FAILURE;
         }
-        const QtTermination termination(_application);
+        const QtTermination termination(_application, [this] { return _progress.nodes(); });
         _menuBarController.awakeFromNib();
         _hotKeyController->awakeFromNib();
         _delegate.applicationDidFinishLaunching();
+        _tellOfRemains();
         return _application.run();
     }
 
@@ -161,11 +115,19 @@ public:
         _services.setServicesProvider(nullptr);
         _delegate.setHotkeyController(nullptr);
         _hotKeyController.reset();
+        _hotKeys.takeStatementBack();
         _statusBar.removeStatusItem(_menuBarController.statusItem());
         _session.close();
     }
 
 private:
+    /// Creations that were killed half-way.
+    void _tellOfRemains() {
+        for (const CreationRemains &remains : PosixCreationRecovery(PosixCreationJournal::usualDirectory()).remains()) {
+            _log.log("the creation of " + remains.topPath + " was ended half-way; 'orvane recover' shows and removes what it left");
+        }
+    }
+
     int _showMenuOfOther() {
         if (_services.activateOther()) {
             return EXIT_SUCCESS;
@@ -188,12 +150,20 @@ private:
         return true;
     }
 
-    std::unique_ptr<PopUpMenus> _makePopUpMenus() {
-        if (QtX11Events::connection() != nullptr) {
-            return std::make_unique<QtPopUpMenus>(_application);
+    /// Whether an item that was chosen in the status bar is to be performed. While a window of ours waits for its answer a preset is
+    /// not: that window comes to the front instead. Everything else goes on, ending the program above all.
+    bool _mayPerform(const MenuItem &item) {
+        if (item.tag != ORVPresetItemTag || QtApplication::modalWindow() == nullptr) {
+            return true;
         }
-        return makeWaylandPopUpMenus(
-            _application, [this] { _activeApplication->noteNow(); }, _log);
+        _showWhatIsOpen();
+        return false;
+    }
+
+    void _showWhatIsOpen() {
+        if (QWidget *const asking = QtApplication::modalWindow()) {
+            _application.bringToFront(*asking);
+        }
     }
 
     /// Hands a tray item of the older kind to the status bar, where there is such a tray.
@@ -201,7 +171,11 @@ private:
         QtDBusStatusBarOptions options;
         options.resourceFolder = _resources.folder();
         options.toolTip = QCoreApplication::translate("Orvane", "Make a folder from a preset");
-        options.makeFallbackItem = [this] { return QtXEmbedStatusItem::make(_resources.folder(), viewOfMenu); };
+        const auto mayPerform = [this](const MenuItem &item) { return _mayPerform(item); };
+        options.mayRun = mayPerform;
+        options.makeFallbackItem = [this, mayPerform] {
+            return QtXEmbedStatusItem::make(_resources.folder(), [mayPerform](Menu &menu) { return viewOfMenu(menu, mayPerform); });
+        };
         options.fallbackIsAvailable = QtXEmbedStatusItem::isAvailable;
         options.statusBarIsMissing = [this] {
             _log.log("this desktop has no status bar (no StatusNotifierItem host and no XEmbed tray); the menu comes up with the hot "
@@ -221,6 +195,7 @@ private:
         hooks.showPreferences = [this] { _menuBarController.showPreferences({}); };
         hooks.quit = [this] { _application.quit(); };
         hooks.isBusy = [] { return QtApplication::modalWindow() != nullptr || QApplication::activePopupWidget() != nullptr; };
+        hooks.showWhatIsOpen = [this] { _showWhatIsOpen(); };
         return hooks;
     }
 
@@ -232,7 +207,9 @@ private:
     PosixSystemLog _log{_folders.stateDirectory()};
     PosixPreferencesStore _preferences{_folders.preferencesFile(), _folders.stateDirectory() + "/preferences.lock", _log};
     PosixClock _clock;
-    PosixFileSystem _fileSystem;
+    PosixFileSystem _disk;
+    PosixCreationJournal _journal{PosixCreationJournal::usualDirectory()};
+    ORVJournaledFileSystem _fileSystem{_disk, _journal};
     PosixProcessLauncher _processes;
     PosixThreadLauncher _threads;
     UnistringTextCase _textCase;
@@ -243,16 +220,17 @@ private:
     QtOpenPanel _openPanel{_application, _folders.stateDirectory() + "/parent-folder"};
     QtCreationProgress _progress{{"/proc/self/exe", ProgressWindowOption}};
     QtReferenceWindow _window;
-    DesktopHotKeys _hotKeys{_log};
+    QtUnblockedTray _unblockedTray;
     QtDBusSession _session{&_log};
+    DesktopHotKeys _hotKeys{{_session, _log, _assertions, _resources, _textCase, _folders.stateDirectory()}};
     QtDBusNotifications _notifications{_session};
     QtDBusStatusBar _statusBar{_statusBarOptions()};
     QtDBusSystemPreferences _systemPreferences{_session, _log};
     DesktopWorkspace _workspace{_session, _log};
-    std::unique_ptr<ActiveApplication> _activeApplication = makeActiveApplication(_log);
+    std::unique_ptr<ActiveApplication> _activeApplication = makeDesktopActiveApplication(_log);
     DesktopFrontWindow _frontWindow{*_activeApplication, _log};
     HandedOverFolder _handedOverFolder{_frontWindow};
-    std::unique_ptr<PopUpMenus> _popUpMenus = _makePopUpMenus();
+    std::unique_ptr<PopUpMenus> _popUpMenus = makeDesktopPopUpMenus(_application, *_activeApplication, _log);
     QtDBusServices _services{_session, _log, _serviceHooks()};
 
     // The core.
@@ -263,7 +241,6 @@ private:
     MenuBarController _menuBarController{{_application, _notifications, _handedOverFolder, _openPanel, _preferences, _statusBar, _log,
                                           _systemPreferences, ORVPresetManager::sharedManager},
                                          _menu};
-    const SGHotKeyCenterPorts _hotKeyPorts{_assertions, _hotKeys.events()};
     std::optional<HotKeyController> _hotKeyController;
     ORVHelperAppDelegate _delegate{_services};
 };
@@ -282,7 +259,8 @@ std::optional<int> answerOptions(std::span<char *const> words) {
         std::puts("orvane-helper " ORVANE_VERSION);
         return EXIT_SUCCESS;
     }
-    std::fprintf(stderr, "orvane-helper: what is '%s'?\n%s", words[words.size() - 1], Usage);
+    const bool isKnown = option == "--help" || option == "--version"; // but takes nothing behind it
+    std::fprintf(stderr, "orvane-helper: what is '%s'?\n%s", words[isKnown ? 2 : 1], Usage);
     return 2;
 }
 
@@ -301,6 +279,7 @@ int main(int count, char **words) {
         std::fputs("orvane-helper: there is no display that it could use\n", stderr);
         return EXIT_FAILURE;
     }
+    QtInstallTranslations(QtResources::folderOfProgram());
     // Never destroyed: a script's thread may be at work with it until the very end.
     auto *const helper = new Helper(application, QtResources::folderOfProgram());
     const int status = helper->run();

@@ -1,5 +1,6 @@
 # Sources of the core that belong to the hot key.
 target_sources(core PRIVATE
+  ${CMAKE_CURRENT_LIST_DIR}/HotKeyAdvice.cpp
   ${CMAKE_CURRENT_LIST_DIR}/HotKeyController.cpp
   ${CMAKE_CURRENT_LIST_DIR}/SGHotKey.cpp
   ${CMAKE_CURRENT_LIST_DIR}/SGHotKeyCenter.cpp

@@ -6,6 +6,7 @@
 #include "presets/ORVUTF16.h"
 
 #include <cerrno>
+#include <new>
 #include <utility>
 
 // Creation of file nodes: names, modes, and the making of a hierarchy from its base on.
@@ -89,7 +90,7 @@ bool ORVPresetManager::_createNode(const PropertyListValue &node, std::string_vi
     }
     CreationRun run{*this, replacePairs, survey};
     CreationWalk walk(run, *writer, stringByAppendingPathComponent(basePath, ""));
-    const bool made = walk.make({&node, 1});
+    const bool made = _makeOrRunOutOfMemory(walk, node, topPath);
     const bool wasStopped = !made && writer->lastError() == EINTR;
     if (!made && run.dependsOnOrder && !wasStopped) {
         return _createNodeAgain(node, basePath, replacePairs, std::move(writer));
@@ -104,6 +105,16 @@ bool ORVPresetManager::_createNode(const PropertyListValue &node, std::string_vi
     writer.reset();
     _ports.fileSystem.forgetContents();
     return made;
+}
+
+/// Want of memory is a failure like any other: what has been made is taken away.
+bool ORVPresetManager::_makeOrRunOutOfMemory(CreationWalk &walk, const PropertyListValue &node, const std::string &topPath) {
+    try {
+        return walk.make({&node, 1});
+    } catch (const std::bad_alloc &) {
+        _setFileCreationError("Unable to create directory " + topPath + ".");
+        return false;
+    }
 }
 
 /// What two threads could not decide, one does.

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
+#include <new>
 #include <utility>
 
 namespace orvane {
@@ -210,7 +211,7 @@ void ORVPresetManager::CreationWalk::_makeParts(SharedParts &shared) {
     _shared = &shared;
     for (_part = shared.next++; _part < shared.parts.size() && !_isInVain(); _part = shared.next++) {
         const Part &part = shared.parts[_part];
-        if (_goTo(shared, part.folder) && make(part.nodes)) {
+        if (_makePart(shared, part)) {
             continue;
         }
         const std::lock_guard lock(shared.monitor);
@@ -221,6 +222,15 @@ void ORVPresetManager::CreationWalk::_makeParts(SharedParts &shared) {
         return;
     }
     static_cast<void>(_goTo(shared, FolderAhead::InCurrent)); // only upwards
+}
+
+bool ORVPresetManager::CreationWalk::_makePart(const SharedParts &shared, const Part &part) {
+    try {
+        return _goTo(shared, part.folder) && make(part.nodes);
+    } catch (const std::bad_alloc &) { // a single thread may get by with what there is
+        _run.dependsOnOrder = true;
+        return false;
+    }
 }
 
 /// Goes to a folder made ahead, or to the one in which they were made.

@@ -100,6 +100,7 @@ private:
     [[nodiscard]] bool _cut(std::span<const PropertyListValue> children, std::size_t folder, std::size_t wanted, SharedParts &shared);
     [[nodiscard]] bool _haveDistinctNames(std::span<const PropertyListValue> nodes);
     void _makeParts(SharedParts &shared);
+    [[nodiscard]] bool _makePart(const SharedParts &shared, const Part &part);
     [[nodiscard]] bool _goTo(const SharedParts &shared, std::size_t folder);
     [[nodiscard]] bool _finishAhead(const SharedParts &shared);
     [[nodiscard]] bool _isInVain() const;

@@ -96,7 +96,7 @@ again=("$(readlink -f "${BASH_SOURCE[0]}")")
 user=()
 if [ "$(id -u)" -eq 0 ]; then
     user=(setpriv --reuid=nobody --regid=nogroup --clear-groups --inh-caps=-all)
-    program=$(command -v "$1" || true)
+    program=$(type -P "$1" || true)
     # What lies in a folder that nobody may enter is copied.
     if [ -n "$program" ] && ! "${user[@]}" test -x "$program"; then
         install -m 755 "$program" "$scratch/command"

@@ -3,9 +3,11 @@ orvane_add_test(NAME hotkeys_test LABEL unit
   SOURCES
     unit/hotkeys/HotKeyCenterTest.cpp
     unit/hotkeys/HotKeyControllerTest.cpp
+    unit/hotkeys/HotKeyStatementTest.cpp
     unit/hotkeys/HotKeyTest.cpp
     unit/hotkeys/KeyCodesFileTest.cpp
     unit/hotkeys/KeyComboTest.cpp
     unit/hotkeys/KeyNamesTest.cpp
-  LIBRARIES platform_propertylist)
+    ${PROJECT_SOURCE_DIR}/HelperSource/wiring/StatedHotKeys.cpp
+  LIBRARIES platform_posix platform_propertylist)
 target_compile_definitions(hotkeys_test PRIVATE ORVANE_KEY_CODES="${CMAKE_SOURCE_DIR}/resources/SGKeyCodes.plist")

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <new>
 #include <utility>
 
 #include <fcntl.h>
@@ -54,7 +55,12 @@ bool PosixFolderCursor::enter(std::string_view name, Index item, const Options &
     if (anchored && !folder) {
         return false;
     }
-    _path.resize(parent.pathEnd);
+    const std::size_t parentEnd = parent.pathEnd;
+    if (!_hasRoomFor(parentEnd + name.size() + 1)) {
+        errno = ENOMEM;
+        return false;
+    }
+    _path.resize(parentEnd);
     _path.append(name).push_back('/');
     _levels.push_back({item, _path.size(), options});
     _levels.back().options.anchored = anchored;
@@ -63,6 +69,24 @@ bool PosixFolderCursor::enter(std::string_view name, Index item, const Options &
         _closeAnchorsBut(OpenAnchors);
     }
     return true;
+}
+
+/// Sees to it that one more folder, whose path has so many bytes, needs no memory.
+bool PosixFolderCursor::_hasRoomFor(std::size_t pathBytes) {
+    try {
+        if (_path.capacity() < pathBytes) {
+            _path.reserve(2 * pathBytes);
+        }
+        if (_levels.size() == _levels.capacity()) {
+            _levels.reserve(2 * _levels.size());
+        }
+        if (_anchors.size() == _anchors.capacity()) {
+            _anchors.reserve(2 * _anchors.size());
+        }
+        return true;
+    } catch (const std::bad_alloc &) {
+        return false;
+    }
 }
 
 FileDescriptor PosixFolderCursor::leave() {

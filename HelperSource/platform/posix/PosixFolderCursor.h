@@ -74,6 +74,7 @@ private:
     };
 
     [[nodiscard]] FileDescriptor _open(std::string_view name);
+    [[nodiscard]] bool _hasRoomFor(std::size_t pathBytes);
     void _closeAnchorsBut(std::size_t count);
     void _reopenLast(int below, std::size_t levels);
 

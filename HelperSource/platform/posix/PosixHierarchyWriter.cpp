@@ -110,12 +110,13 @@ PosixHierarchyWriter::ModePlan PosixHierarchyWriter::_planMode(std::optional<uns
     return {create, final, create != final || (create & _traits.umask) != 0 || _cursor.options().hasDefaultACL};
 }
 
-/// Puts a file or link on the list of what was made.
+/// Puts a file or link on the list of what was made. What does not fit there is taken away again.
 bool PosixHierarchyWriter::_note(std::string_view name) {
     if (_items.add(_cursor.item(), name, 0) != PosixMadeItems::None) {
         return true;
     }
     errno = ENOMEM;
+    _drop(name);
     return false;
 }
 

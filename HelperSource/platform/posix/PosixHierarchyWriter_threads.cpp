@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <new>
 #include <utility>
 
 #include <fcntl.h>
@@ -78,7 +79,14 @@ TwoThreads PosixHierarchyWriter::makeOnTwoThreads(std::span<const FolderAhead> a
     second.join();
     _isSecond = false;
     shared.middle = _items.end();
-    _append(other);
+    try {
+        _shared.reserve(_shared.size() + 1);
+        _append(other);
+    } catch (const std::bad_alloc &) { // what is not on the list could not be taken away later
+        other.removeEverythingMade();
+        _error = ENOMEM;
+        return TwoThreads::Failed;
+    }
     shared.end = _items.end();
     _shared.push_back(shared);
     return TwoThreads::Done;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <new>
 
 namespace orvane {
 
@@ -14,16 +15,31 @@ PosixMadeItems::Index PosixMadeItems::add(Index parent, std::string_view name, s
         return None;
     }
     const auto item = static_cast<Index>(_entries.size());
-    _entries.push_back({parent, static_cast<std::uint32_t>(_names.size()), static_cast<std::uint16_t>(name.size()), flags});
-    _names.append(name);
+    const std::size_t nameStart = _names.size();
+    try {
+        _names.append(name);
+        _entries.push_back({parent, static_cast<std::uint32_t>(nameStart), static_cast<std::uint16_t>(name.size()), flags});
+    } catch (const std::bad_alloc &) {
+        _names.resize(nameStart);
+        return None;
+    }
     if (!_table.empty()) {
+        _enterInTable(item);
+    }
+    return item;
+}
+
+/// The table can be built anew at any time, so that want of memory costs no more than that.
+void PosixMadeItems::_enterInTable(Index item) {
+    try {
         if (_entries.size() * 2 > _table.size()) {
             _buildTable(_table.size() * 2);
         } else {
             _enter(item);
         }
+    } catch (const std::bad_alloc &) {
+        _table.clear();
     }
-    return item;
 }
 
 void PosixMadeItems::append(const PosixMadeItems &other, std::span<const Index> known) {
@@ -31,6 +47,8 @@ void PosixMadeItems::append(const PosixMadeItems &other, std::span<const Index> 
     const Index shift = end() - first; // may be "negative", which wraps around and back
     const auto nameShift = static_cast<std::uint32_t>(_names.size());
     _entries.reserve(_entries.size() + other._entries.size());
+    _names.reserve(_names.size() + other._names.size());
+    _identities.reserve(_identities.size() + other._identities.size());
     for (Index item = first; item < other.end(); ++item) {
         Entry entry = other._entries[item];
         entry.parent = entry.parent < first ? known[entry.parent] : entry.parent + shift;

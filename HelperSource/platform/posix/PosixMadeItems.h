@@ -37,7 +37,8 @@ public:
 
     PosixMadeItems();
 
-    /// Adds an item; `name` at most 65,535 bytes (file systems take 255). None when two billion bytes of names are full.
+    /// Adds an item; `name` at most 65,535 bytes (file systems take 255). None when two billion bytes of
+    /// names are full, or memory is.
     Index add(Index parent, std::string_view name, std::uint8_t flags);
     /// Adds the entries of another list behind its own, but for the first ones: its root and those that follow stand for the
     /// entries `known` here, at least one.
@@ -80,6 +81,7 @@ private:
     [[nodiscard]] static std::size_t _hash(Index parent, std::string_view name);
     void _buildTable(std::size_t slots);
     void _enter(Index item);
+    void _enterInTable(Index item);
     [[nodiscard]] std::size_t _slotOf(Index item) const;
 
     std::vector<Entry> _entries;

@@ -12,6 +12,8 @@ namespace orvane {
 
 namespace {
 
+constexpr int MostLost = 100; ///< lock files taken away while they are locked, before that counts as impossible
+
 void pauseFor(std::chrono::milliseconds time) {
     timespec left{time.count() / 1000, static_cast<long>(time.count() % 1000) * 1'000'000};
     while (::nanosleep(&left, &left) != 0 && errno == EINTR) {
@@ -68,6 +70,7 @@ bool PosixPreferencesLock::acquire(std::chrono::milliseconds limit, std::string 
     _isHeldElsewhere = false;
     const auto deadline = std::chrono::steady_clock::now() + limit;
     std::chrono::milliseconds wait{1};
+    int lost = 0;
     while (true) {
         if (!_file && !_open(why)) {
             return false;
@@ -78,7 +81,11 @@ bool PosixPreferencesLock::acquire(std::chrono::milliseconds limit, std::string 
                 return true;
             }
             _file.reset();
-            continue;
+            if (++lost < MostLost) {
+                continue;
+            }
+            why = "the lock file " + _path + " is never the one that was opened";
+            return false;
         }
         if (errno != EWOULDBLOCK && errno != EINTR) {
             why = "the lock file " + _path + " cannot be locked: " + std::strerror(errno);

@@ -71,7 +71,8 @@ bool PosixPreferencesReplacement::begin(const std::string &target) {
 }
 
 /// Every program locks its temporary file as long as it works on it, which tells live ones from leftovers. False with EEXIST
-/// when the name is taken, be it between making and locking.
+/// when the name is taken, be it between making and locking. A file that cannot be locked or looked at is taken
+/// away again.
 bool PosixPreferencesReplacement::_create(const std::string &name) {
     constexpr int flags = O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW;
     _file = FileDescriptor(uninterrupted([&] { return ::openat(_folder.get(), name.c_str(), flags, 0600); }));
@@ -79,7 +80,16 @@ bool PosixPreferencesReplacement::_create(const std::string &name) {
         return false;
     }
     struct stat status {};
-    if (::flock(_file.get(), LOCK_EX | LOCK_NB) != 0 || ::fstat(_file.get(), &status) != 0 || status.st_nlink == 0) {
+    const bool isLocked = uninterrupted([&] { return ::flock(_file.get(), LOCK_EX | LOCK_NB); }) == 0;
+    const bool isTaken = !isLocked && errno == EWOULDBLOCK; // by somebody who holds it for a leftover and will remove it
+    if (!isTaken && (!isLocked || ::fstat(_file.get(), &status) != 0)) {
+        const int error = errno;
+        ::unlinkat(_folder.get(), name.c_str(), 0);
+        _file.reset();
+        errno = error;
+        return false;
+    }
+    if (isTaken || status.st_nlink == 0) {
         _file.reset();
         errno = EEXIST;
         return false;

@@ -2,6 +2,9 @@
 target_sources(platform_posix PRIVATE
   PosixChildReaper.cpp
   PosixClock.cpp
+  PosixCreationJournal.cpp
+  PosixCreationRecovery.cpp
+  PosixHotKeyStatement.cpp
   PosixMainThread.cpp
   PosixProcessLauncher.cpp
   PosixSystemLog.cpp

@@ -55,15 +55,23 @@ public:
             below.setTopMargin(fontMetrics().height() * 0.5);
             cursor.insertBlock(below, QTextCharFormat());
         }
-        cursor.insertText(message, QTextCharFormat());
-        _fit();
+        // One paragraph, whatever it holds: the room above stands between title and message only.
+        cursor.insertText(QString(message).replace(QLatin1Char('\n'), QChar::LineSeparator), QTextCharFormat());
+        _fit(bold);
+        setTextCursor(QTextCursor(document())); // long texts are read from their beginning
     }
 
 private:
-    void _fit() {
+    void _fit(const QTextCharFormat &title) {
         const int character = fontMetrics().averageCharWidth();
+        QFont bold = font();
+        bold.setWeight(static_cast<QFont::Weight>(title.fontWeight()));
+        const QFontMetrics metrics(bold); // the wider ones
+        int ideal = 0;
+        for (const QString &line : toPlainText().split(QLatin1Char('\n'))) {
+            ideal = std::max(ideal, metrics.horizontalAdvance(line.left(MostCharacters * 2)) + 1);
+        }
         document()->setTextWidth(-1);
-        const int ideal = static_cast<int>(document()->idealWidth()) + 1;
         const int width = std::clamp(ideal, LeastCharacters * character, MostCharacters * character);
         document()->setTextWidth(width);
         const int height = static_cast<int>(document()->size().height()) + 1;
@@ -88,6 +96,7 @@ public:
         auto *const text = new AlertText(this);
         text->setObjectName(QStringLiteral("alertText"));
         text->setTexts(title, message);
+        text->setAccessibleName(QCoreApplication::translate("Orvane", "Message"));
         auto *const buttons = new QDialogButtonBox(this);
         _button = buttons->addButton(QCoreApplication::translate("Orvane", "OK"), QDialogButtonBox::AcceptRole);
         _button->setObjectName(QStringLiteral("alertButton"));

@@ -121,6 +121,7 @@ bool QtApplication::isQuitting() const {
 }
 
 void QtApplication::bringToFront(QWidget &window) {
+    window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
     window.show();
     window.raise();
     window.activateWindow();

@@ -34,6 +34,8 @@ public:
     /// Any thread.
     void advanced(std::size_t nodes) override;
     void startedOver() override { _nodes = 0; }
+    /// So many nodes the present creation has made; 0 between creations. Any thread.
+    [[nodiscard]] std::uint64_t nodes() const { return _nodes; }
 
 private:
     void _begin();

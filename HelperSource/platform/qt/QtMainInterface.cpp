@@ -1,9 +1,10 @@
 #include "platform/qt/QtMainInterface.h"
 
+#include "platform/qt/QtInterfaceLoader.h"
+
 #include <QAction>
 #include <QFile>
 #include <QMenu>
-#include <QUiLoader>
 
 #include <memory>
 
@@ -31,7 +32,7 @@ bool QtMainInterface::load(const std::string &path, Menu &menu, const Actions &a
         why = path + ": " + file.errorString().toStdString();
         return false;
     }
-    QUiLoader loader;
+    QtInterfaceLoader loader;
     const std::unique_ptr<QWidget> root(loader.load(&file));
     if (root == nullptr) {
         why = path + ": " + loader.errorString().toStdString();

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QEvent>
 #include <QObject>
@@ -37,8 +38,22 @@ public:
         return true;
     }
 
+    void holdUntilEventIsHandled(std::shared_ptr<const void> object) {
+        (new Holder(std::move(object), this))->deleteLater();
+        // After a nested loop Qt looks at what was put off there only when some other event is posted: have it look before it sleeps.
+        QAbstractEventDispatcher *const dispatcher = QAbstractEventDispatcher::instance();
+        if (dispatcher != nullptr && !_looksBeforeSleep) {
+            _looksBeforeSleep = connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, this, [this] {
+                if (!children().isEmpty()) {
+                    QCoreApplication::sendPostedEvents();
+                }
+            });
+        }
+    }
+
 private:
     QtMainThread &_mainThread;
+    QMetaObject::Connection _looksBeforeSleep;
 };
 
 QtMainThread::QtMainThread() : _receiver(std::make_unique<Receiver>(*this)) {}
@@ -68,7 +83,7 @@ void QtMainThread::releaseAfterCurrentEvent(std::shared_ptr<const void> object) 
     } else if (_deferred != nullptr) {
         _deferred->push_back(std::move(object));
     } else {
-        (new Holder(std::move(object), _receiver.get()))->deleteLater();
+        _receiver->holdUntilEventIsHandled(std::move(object));
     }
 }
 

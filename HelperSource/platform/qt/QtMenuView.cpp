@@ -45,6 +45,13 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override {
+        if (event->key() == Qt::Key_Up && activeAction() == nullptr) {
+            // QMenu takes the last item then as well, but leaves a long menu where it is, with that item out of sight.
+            QKeyEvent end(QEvent::KeyPress, Qt::Key_End, Qt::NoModifier);
+            QMenu::keyPressEvent(&end);
+            event->accept();
+            return;
+        }
         const QString text = event->text();
         const bool isLetter = !text.isEmpty() && text.at(0).isPrint() && !(event->modifiers() & (Qt::ControlModifier | Qt::MetaModifier));
         const bool continues = _sinceKey.isValid() && _sinceKey.elapsed() < TypingPauseInMilliseconds && !_typed.isEmpty();
@@ -113,7 +120,9 @@ void QtMenuView::_rebuildIfStale() {
 
 void QtMenuView::_rebuild() {
     _isStale = false;
-    _view->clear();
+    // The old ones go last: a menu that is empty even for a moment goes from the screen.
+    const QList<QAction *> old = _view->actions();
+    const QString highlighted = _view->activeAction() == nullptr ? QString() : plainTitle(*_view->activeAction());
     QList<QAction *> actions;
     actions.reserve(static_cast<qsizetype>(_menu.numberOfItems()));
     for (std::size_t i = 0; i < _menu.numberOfItems(); ++i) {
@@ -128,6 +137,11 @@ void QtMenuView::_rebuild() {
         });
     }
     _view->addActions(actions);
+    qDeleteAll(old);
+    const auto same = std::find_if(actions.begin(), actions.end(), [&](const QAction *each) { return plainTitle(*each) == highlighted; });
+    if (_view->isVisible() && !highlighted.isEmpty() && same != actions.end()) {
+        _view->setActiveAction(*same);
+    }
 }
 
 QAction *QtMenuView::_actionFor(const MenuItem &item) const {
@@ -167,7 +181,7 @@ void QtMenuView::performChosen() {
     }
     const MenuItem item = std::move(*_chosen);
     _chosen.reset();
-    if (_stillHolds(item) && item.isEnabled() && item.action) {
+    if (_stillHolds(item) && item.isEnabled() && item.action && (!_mayPerform || _mayPerform(item))) {
         item.action(item);
     }
 }

@@ -2,8 +2,10 @@
 
 #include "ports/Menu.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 class QAction;
@@ -27,6 +29,8 @@ public:
     /// `performsChosen` was set to false.
     [[nodiscard]] QMenu &menu();
     void setPerformsChosen(bool performs) { _performsChosen = performs; }
+    /// Asked before a chosen item is performed; false ignores the choice. Without one every choice counts.
+    void setMayPerform(std::function<bool(const MenuItem &)> mayPerform) { _mayPerform = std::move(mayPerform); }
     /// Performs what the user chose since the last call, if anything; nothing when the item has gone from the menu meanwhile.
     void performChosen();
 
@@ -43,6 +47,7 @@ private:
     Menu &_menu;
     std::unique_ptr<View> _view;
     std::optional<MenuItem> _chosen;
+    std::function<bool(const MenuItem &)> _mayPerform;
     bool _performsChosen = true;
     bool _isStale = false; ///< the menu has changed since `_rebuild`
 };

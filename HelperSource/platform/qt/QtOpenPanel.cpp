@@ -8,7 +8,10 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QHeaderView>
 #include <QSaveFile>
+#include <QScreen>
+#include <QTreeView>
 #include <QWindow>
 
 namespace orvane {
@@ -17,6 +20,9 @@ namespace {
 
 /// Longest path that the system takes (PATH_MAX of Linux).
 constexpr qint64 LongestPath = 4096;
+
+/// So wide that names and dates of Qt's own panel stand there whole.
+constexpr int CharactersWide = 110;
 
 QString nearestFolder(const QString &path) {
     QString folder = path;
@@ -39,6 +45,12 @@ void prepare(QFileDialog &panel, const OpenPanelSettings &settings) {
     panel.setOption(QFileDialog::ReadOnly, !settings.canCreateDirectories); // no new folders, and no renaming either
     panel.setWindowTitle(QtTextOf(settings.title));
     panel.setLabelText(QFileDialog::Accept, QtTextOf(settings.prompt));
+    constexpr int DateColumn = 3;
+    if (auto *const details = panel.findChild<QTreeView *>(QStringLiteral("treeView"))) { // of Qt's own panel: dates stand there whole
+        details->header()->setStretchLastSection(false);
+        details->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+        details->header()->setSectionResizeMode(DateColumn, QHeaderView::ResizeToContents);
+    }
 }
 
 } // namespace
@@ -57,6 +69,8 @@ std::optional<std::vector<std::string>> QtOpenPanel::runModal(const OpenPanelSet
     const QString last = _lastFolder();
     panel.setDirectory(last.isEmpty() ? QDir::homePath() : last);
     panel.setModal(true);
+    const QSize room = panel.screen()->availableGeometry().size() * 4 / 5;
+    panel.resize(panel.sizeHint().expandedTo(QSize(CharactersWide * panel.fontMetrics().averageCharWidth(), 0)).boundedTo(room));
     _isUp = true;
     _application.bringToFront(panel);
     const int result = panel.exec();

@@ -2,6 +2,7 @@
 
 #include "platform/qt/QtMenuView.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include <QApplication>
@@ -16,6 +17,16 @@ namespace {
 QRect primaryScreen() {
     const QScreen *const screen = QGuiApplication::primaryScreen();
     return screen == nullptr ? QRect() : screen->geometry();
+}
+
+/// The point, or the one nearest to it on the screen that the pointer is on: Qt puts a menu on the screen that its corner is on.
+QPoint onPointersScreen(const QPoint &point) {
+    const QScreen *const screen = QGuiApplication::screenAt(QCursor::pos());
+    if (screen == nullptr) {
+        return point;
+    }
+    const QRect area = screen->geometry();
+    return {std::clamp(point.x(), area.left(), area.right()), std::clamp(point.y(), area.top(), area.bottom())};
 }
 
 } // namespace
@@ -45,7 +56,7 @@ void QtPopUpMenus::popUpContextMenu(Menu &menu, const SyntheticEvent &event, Ref
     _isUp = true;
     QtMenuView view(menu);
     view.setPerformsChosen(false);
-    view.menu().exec(QtPointOf(event.location));
+    view.menu().exec(onPointersScreen(QtPointOf(event.location)));
     _isUp = false;
     if (!_application.isQuitting()) {
         view.performChosen();

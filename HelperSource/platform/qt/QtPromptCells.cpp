@@ -135,11 +135,11 @@ void QtPromptCells::_paintField(QPainter &painter, const QStyleOptionViewItem &o
         frame.state |= QStyle::State_HasFocus | QStyle::State_KeyboardFocusChange;
     }
     style->drawPrimitive(QStyle::PE_PanelLineEdit, &frame, &painter, nullptr);
-    const int inset = frame.lineWidth + 4; // QLineEdit's own margin of 2 at each side, and its text's of 2
-    const QRect area = frame.rect.adjusted(inset, 0, -inset, 0);
+    // Where the field that is typed into has its text, so that it does not jump: 2 is QLineEdit's own margin.
+    const QRect area = style->subElementRect(QStyle::SE_LineEditContents, &frame, nullptr).adjusted(2, 0, -2, 0);
     painter.setPen(option.palette.color(QPalette::Text));
     const Qt::Alignment side = text.isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft;
-    painter.drawText(area, static_cast<int>(side | Qt::AlignVCenter) | Qt::TextSingleLine,
+    painter.drawText(area, static_cast<int>(side | Qt::AlignVCenter | Qt::AlignAbsolute) | Qt::TextSingleLine,
                      QtIsolated(option.fontMetrics.elidedText(text, Qt::ElideMiddle, area.width())));
 }
 

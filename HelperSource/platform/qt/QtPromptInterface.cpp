@@ -1,6 +1,7 @@
 #include "platform/qt/QtPromptInterface.h"
 
 #include "platform/qt/QtFolderNameView.h"
+#include "platform/qt/QtInterfaceLoader.h"
 #include "platform/qt/QtPromptTable.h"
 #include "platform/qt/QtPromptWindow.h"
 #include "platform/qt/QtText.h"
@@ -8,18 +9,15 @@
 #include <utility>
 
 #include <QFile>
-#include <QUiLoader>
 
 namespace orvane {
 
 namespace {
 
 /// Makes our own classes where the file names them, and the window as the one that speaks the port.
-class PromptLoader final : public QUiLoader {
+class PromptLoader final : public QtInterfaceLoader {
 public:
-    explicit PromptLoader(QtApplication &application) : _application(application) {
-        clearPluginPaths(); // foreign widgets have no business here
-    }
+    explicit PromptLoader(QtApplication &application) : _application(application) {}
 
     QWidget *createWidget(const QString &className, QWidget *parent, const QString &name) override {
         QWidget *made = nullptr;

@@ -20,7 +20,7 @@ constexpr int OtherKeyCode = 0xFFFF;
 /// So many rows are shown without scrolling.
 constexpr int MostRowsShown = 12;
 // Widths in average characters.
-constexpr int WidestName = 28;
+constexpr int WidestName = 36;
 constexpr int NarrowestValue = 30;
 constexpr int WidestValue = 56;
 
@@ -34,6 +34,7 @@ public:
     }
 };
 
+/// The keypad's Enter counts as Return, as everywhere on this desktop.
 bool isReturn(const QKeyEvent &event) {
     return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
 }
@@ -235,7 +236,7 @@ void QtPromptTable::_tellChanged() const {
 // Keys, mouse, sizes --------------------------------------------------------------------------------------------------
 
 void QtPromptTable::keyPressEvent(QKeyEvent *event) {
-    if (_owner == nullptr || (isReturn(*event) && selectedRow() < 0)) {
+    if (_owner == nullptr) {
         QTableView::keyPressEvent(event);
         return;
     }

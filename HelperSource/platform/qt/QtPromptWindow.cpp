@@ -27,13 +27,16 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// The disk is asked once the user has paused for so long.
+/// While the user types, the disk is asked at most once in this time.
 constexpr auto PauseBeforeCheck = 120ms;
 
 // Values are marked with characters that no text holds (Unicode's noncharacters), to find them again in the name.
 constexpr char16_t ValueBegins = u'\uFDD0';
 constexpr char16_t EditedValueBegins = u'\uFDD1';
 constexpr char16_t ValueEnds = u'\uFDD2';
+
+constexpr std::array Problems = {PromptProblem::BlankName, PromptProblem::AlreadyExists, PromptProblem::NameTooLong,
+                                 PromptProblem::ImpossibleName};
 
 /// Takes the marks out of a name and tells where they stood. Values inside values count as one.
 QString withoutMarks(const QString &marked, QList<QtNamePart> &parts) {
@@ -48,6 +51,9 @@ QString withoutMarks(const QString &marked, QList<QtNamePart> &parts) {
         } else if (character == ValueEnds && depth > 0) {
             if (--depth == 0) {
                 parts.back().length = name.size() - parts.back().start;
+                if (parts.back().length == 0) { // an empty value shows nothing that could be highlighted
+                    parts.removeLast();
+                }
             }
         } else {
             name += character;
@@ -109,6 +115,9 @@ void QtPromptWindow::_connectButtons() {
     QPushButton *const abort = buttons->button(QDialogButtonBox::Cancel);
     finish->setDefault(true);
     abort->setAutoDefault(false);
+    for (QPushButton *const button : {finish, abort}) {
+        button->setIcon({}); // as in the alerts
+    }
     // Clicking a button takes no focus from the field: what is typed is committed by OK itself, and never by Cancel.
     finish->setFocusPolicy(Qt::TabFocus);
     abort->setFocusPolicy(Qt::TabFocus);
@@ -122,7 +131,14 @@ void QtPromptWindow::_fitToContents() {
     // What does not always stand there keeps its room, so that nothing moves when it appears.
     if (_problem != nullptr) {
         _problem->setTextFormat(Qt::PlainText);
+        _problem->setAlignment((isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter |
+                               Qt::AlignAbsolute); // beside its icon
         _problem->setFixedHeight(std::max(_problem->fontMetrics().height(), style()->pixelMetric(QStyle::PM_SmallIconSize)));
+        int widest = 0;
+        for (const PromptProblem problem : Problems) {
+            widest = std::max(widest, _problem->fontMetrics().horizontalAdvance(textOf(problem)));
+        }
+        _problem->setMinimumWidth(widest + 2 * _problem->margin() + 2);
     }
     if (_problemIcon != nullptr) {
         const int size = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);
@@ -280,7 +296,9 @@ void QtPromptWindow::_refresh() {
     if (_name != nullptr) {
         _refreshName(_rowsAsTyped());
     }
-    _problemCheck.start();
+    if (!_problemCheck.isActive()) {
+        _problemCheck.start();
+    }
 }
 
 void QtPromptWindow::_refreshName(const std::vector<PromptValueRow> &rows) {

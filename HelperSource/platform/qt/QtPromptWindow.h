@@ -65,7 +65,7 @@ private:
     QLabel *_problem = nullptr;
     QLabel *_problemIcon = nullptr;
     QTimer _appearance;     ///< shows a window that was ordered front, at the latest with the next event
-    QTimer _problemCheck;   ///< asks the disk once the user pauses
+    QTimer _problemCheck;   ///< asks the disk, now and then while the user types
     QSize _natural;         ///< what the contents ask for
     bool _hasFrame = false; ///< a saved frame was applied
     bool _isInSession = false;

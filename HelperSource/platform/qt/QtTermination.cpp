@@ -3,8 +3,12 @@
 #include <array>
 #include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
+#include <thread>
+#include <utility>
 
+#include <poll.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
 
@@ -17,25 +21,87 @@ namespace orvane {
 namespace {
 
 constexpr std::array<int, 3> Signals = {SIGTERM, SIGINT, SIGHUP};
+/// How long an end in order may take.
+constexpr std::chrono::milliseconds PatienceWithMainThread{3000};
 
-/// What the handler writes to, for a handler may touch nothing else.
+/// What the handler touches, for it may touch nothing else: the two that are woken, and the signal that came first.
 std::atomic<int> wakeDescriptor = -1;
+std::atomic<int> watchDescriptor = -1;
+std::atomic<int> firstSignal = 0;
 static_assert(std::atomic<int>::is_always_lock_free);
 
-extern "C" void orvaneNoteSignal(int /*signal*/) {
-    const int saved = errno;
+void wake(int descriptor) {
     const std::uint64_t one = 1;
-    if (::write(wakeDescriptor.load(), &one, sizeof one) < 0) {
-        // The counter is full: the main thread has been told already.
+    if (::write(descriptor, &one, sizeof one) < 0) {
+        // The counter is full: who is to be woken has been told already.
     }
+}
+
+extern "C" void orvaneNoteSignal(int signal) {
+    const int saved = errno;
+    int none = 0;
+    firstSignal.compare_exchange_strong(none, signal);
+    wake(wakeDescriptor.load());
+    wake(watchDescriptor.load());
     errno = saved;
 }
+
+/// Waits on a thread of its own for a signal, and then for the main thread to end the event loop; ends the process when that takes
+/// too long. No signal is ever handled on that thread.
+class Watch {
+public:
+    explicit Watch(QtTermination::Progress progress) : _progress(std::move(progress)) {
+        watchDescriptor = _signalled;
+        sigset_t all{};
+        sigset_t before{};
+        sigfillset(&all);
+        ::pthread_sigmask(SIG_SETMASK, &all, &before);
+        _thread = std::thread([this] { _watch(); });
+        ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    }
+    Watch(const Watch &) = delete;
+    Watch &operator=(const Watch &) = delete;
+    /// The handlers must have been taken away before.
+    ~Watch() {
+        wake(_over);
+        _thread.join();
+        watchDescriptor = -1;
+        ::close(_signalled);
+        ::close(_over);
+    }
+
+private:
+    void _watch() {
+        std::array<pollfd, 2> either = {pollfd{_signalled, POLLIN, 0}, pollfd{_over, POLLIN, 0}};
+        while (::poll(either.data(), either.size(), -1) < 0 && errno == EINTR) {
+        }
+        std::uint64_t seen = 0;
+        do {
+            seen = _progress ? _progress() : 0;
+            if (either[1].revents != 0 || _isOverWithin(PatienceWithMainThread)) {
+                return;
+            }
+        } while (_progress && _progress() != seen);
+        ::_exit(128 + firstSignal.load());
+    }
+
+    [[nodiscard]] bool _isOverWithin(std::chrono::milliseconds time) const {
+        pollfd over{_over, POLLIN, 0};
+        return ::poll(&over, 1, static_cast<int>(time.count())) != 0;
+    }
+
+    const QtTermination::Progress _progress;
+    const int _signalled = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    const int _over = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    std::thread _thread;
+};
 
 } // namespace
 
 /// The members in the order of their making; they go in the opposite one.
 struct QtTermination::Parts {
-    Parts() {
+    explicit Parts(Progress progress) : watch(std::move(progress)) {
+        firstSignal = 0;
         for (std::size_t i = 0; i < Signals.size(); ++i) {
             struct sigaction action {};
             action.sa_handler = orvaneNoteSignal;
@@ -71,11 +137,13 @@ struct QtTermination::Parts {
     }
 
     std::array<struct sigaction, Signals.size()> previous{};
+    Watch watch;
     QSocketNotifier notifier{openDescriptor(), QSocketNotifier::Read};
     QObject context;
 };
 
-QtTermination::QtTermination(QtApplication &application) : _application(application), _parts(std::make_unique<Parts>()) {
+QtTermination::QtTermination(QtApplication &application, Progress progress)
+    : _application(application), _parts(std::make_unique<Parts>(std::move(progress))) {
     QObject::connect(&_parts->notifier, &QSocketNotifier::activated, &_parts->context, [this] { _signalled(); });
     const auto dontAsk = [](QSessionManager &session) { session.setRestartHint(QSessionManager::RestartNever); };
     QObject::connect(qGuiApp, &QGuiApplication::commitDataRequest, &_parts->context, dontAsk, Qt::DirectConnection);

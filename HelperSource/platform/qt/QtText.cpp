@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include <QChar>
+#include <QGuiApplication>
 #include <QList>
 
 namespace orvane {
@@ -56,7 +57,7 @@ QString QtSingleLine(const QString &text) {
 
 QString QtIsolated(const QString &text) {
     const QList<uint> characters = text.toUcs4();
-    if (std::none_of(characters.begin(), characters.end(), changesOrder)) {
+    if (!QGuiApplication::isRightToLeft() && std::none_of(characters.begin(), characters.end(), changesOrder)) {
         return text;
     }
     return QChar(FirstStrongIsolate) + text + QChar(PopDirectionalIsolate);

@@ -1,4 +1,4 @@
-#include "platform/wayland/HotKeyAdvice.h"
+#include "hotkeys/HotKeyAdvice.h"
 #include "platform/wayland/KGlobalAccelHotKeys.h"
 #include "platform/wayland/PortalHotKeys.h"
 #include "platform/wayland/SwayHotKeys.h"

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QEnterEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -17,8 +18,15 @@ namespace orvane {
 
 namespace {
 
-/// Time in which the compositor says where the pointer is: five times what sway and KWin took on a slow machine.
+/// Time in which the compositor says where the pointer is, from when there is something to enter: five times what sway and KWin took on
+/// a slow machine.
 constexpr int PatienceInMilliseconds = 350;
+/// An answer that takes longer comes from a compositor that has much else to do; milliseconds.
+constexpr int BusyAnswer = 40;
+/// How often it is given more time then.
+constexpr int MostRounds = 5;
+/// Time in which there is something to enter; what a machine that has much else to do may take.
+constexpr int PatienceWithPainting = 2000;
 /// Distance that the menu keeps from the screen's edges.
 constexpr int EdgeGap = 4;
 /// Of the soft shadow around the menu, in pixels.
@@ -78,6 +86,7 @@ protected:
     }
     void paintEvent(QPaintEvent * /*event*/) override {
         if (_panel == nullptr) {
+            _owner._painted();
             return;
         }
         QPainter painter(this);
@@ -133,6 +142,8 @@ void LayerShellPopUpMenus::_open(Menu &menu, const QPoint &offset) {
     _menu = &menu;
     _offset = offset;
     _shown = nullptr;
+    _isPainted = false;
+    _rounds = MostRounds;
     for (QScreen *const screen : QGuiApplication::screens()) {
         _cover(*screen);
     }
@@ -140,7 +151,7 @@ void LayerShellPopUpMenus::_open(Menu &menu, const QPoint &offset) {
         _chooser = std::make_unique<MenuChooser>(menu, [this](std::optional<MenuItem> chosen) { _end(std::move(chosen)); });
         return;
     }
-    _patience.start(PatienceInMilliseconds);
+    _patience.start(PatienceWithPainting);
 }
 
 void LayerShellPopUpMenus::_cover(QScreen &screen) {
@@ -166,8 +177,26 @@ void LayerShellPopUpMenus::_show(Overlay &overlay, std::optional<QPoint> pointer
     });
 }
 
+void LayerShellPopUpMenus::_painted() {
+    if (_shown == nullptr && !_isPainted) {
+        _isPainted = true;
+        _patience.start(PatienceInMilliseconds);
+    }
+}
+
 void LayerShellPopUpMenus::_showWithoutPointer() {
     if (_shown != nullptr || _overlays.empty()) {
+        return;
+    }
+    // A compositor that has much to do may not have got to the overlays yet. What it says of the pointer comes before its answer here,
+    // and is handled when the timer runs out once more.
+    if (_rounds > 0) {
+        QElapsedTimer clock;
+        clock.start();
+        _shell->finishRequests();
+        const bool isBusy = clock.elapsed() > BusyAnswer;
+        _rounds = isBusy ? _rounds - 1 : 0;
+        _patience.start(isBusy ? PatienceInMilliseconds : BusyAnswer);
         return;
     }
     const auto active = std::find_if(_overlays.begin(), _overlays.end(), [](const auto &overlay) { return overlay->isActiveWindow(); });

@@ -29,6 +29,7 @@ private:
 
     void _cover(QScreen &screen);
     void _show(Overlay &overlay, std::optional<QPoint> pointer);
+    void _painted();
     void _showWithoutPointer();
     void _lost(const Overlay &overlay);
 
@@ -39,6 +40,8 @@ private:
     Menu *_menu = nullptr;
     QPoint _offset;
     const Overlay *_shown = nullptr; ///< the one with the menu
+    bool _isPainted = false;         ///< an overlay is, so that the pointer can enter it
+    int _rounds = 0;                 ///< how often the compositor may still be given more time
 };
 
 } // namespace orvane

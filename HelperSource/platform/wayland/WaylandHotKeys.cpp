@@ -22,6 +22,9 @@ void WaylandHotKeys::_state(std::string statement) {
         _statement = std::move(statement);
         _log.log(_statement);
     }
+    if (stated) {
+        stated(_statement);
+    }
 }
 
 int WaylandHotKeys::_freeSlot() const {
@@ -70,6 +73,9 @@ EventStatus WaylandHotKeys::unregisterEventHotKey(EventHotKeyRef hotKey) {
     }
     (*found)->service->giveBack((*found)->slot);
     _registrations.erase(found);
+    if (stated) {
+        stated({});
+    }
     return EventNoError;
 }
 

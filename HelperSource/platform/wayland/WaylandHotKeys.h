@@ -5,6 +5,7 @@
 #include "ports/HotKeyEvents.h"
 #include "ports/SystemLog.h"
 
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -26,6 +27,8 @@ public:
     WaylandHotKeys &operator=(const WaylandHotKeys &) = delete;
     ~WaylandHotKeys() override;
 
+    /// Called with `statement` after each attempt to take a key, and with an empty one when a key is given back. May be empty.
+    std::function<void(const std::string &statement)> stated;
     /// How the hot key stands, in a sentence or two for the user; what to do where there is none.
     [[nodiscard]] const std::string &statement() const { return _statement; }
 

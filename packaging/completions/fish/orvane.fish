@@ -4,7 +4,7 @@ function __orvane_presets
     orvane list 2>/dev/null | string replace --regex '^ *[0-9]+  ' ''
 end
 
-set -l commands list show create import export add check menu notify
+set -l commands list show create import export add check menu notify recover
 
 complete -c orvane -f
 complete -c orvane -l help -d 'Show help'
@@ -18,6 +18,7 @@ complete -c orvane -n "not __fish_seen_subcommand_from $commands" -a add -d 'Add
 complete -c orvane -n "not __fish_seen_subcommand_from $commands" -a check -d 'Look for mistakes in presets'
 complete -c orvane -n "not __fish_seen_subcommand_from $commands" -a menu -d 'Pop up the menu of the helper'
 complete -c orvane -n "not __fish_seen_subcommand_from $commands" -a notify -d 'Tell the running helper of changes'
+complete -c orvane -n "not __fish_seen_subcommand_from $commands" -a recover -d 'What killed creations left'
 
 complete -c orvane -n '__fish_seen_subcommand_from list show create check' -l json -d 'Print JSON'
 complete -c orvane -n '__fish_seen_subcommand_from show create export check' -a '(__orvane_presets)' -d Preset
@@ -30,5 +31,7 @@ complete -c orvane -n '__fish_seen_subcommand_from import' -l label -x -d 'Label
 complete -c orvane -n '__fish_seen_subcommand_from import' -l variable -x -d 'TEXT=NAME'
 complete -c orvane -n '__fish_seen_subcommand_from import' -l with-content -d 'Copy the contents of files'
 complete -c orvane -n '__fish_seen_subcommand_from import' -a '(__fish_complete_directories)'
+complete -c orvane -n '__fish_seen_subcommand_from recover' -l remove -d 'Remove what was made'
+complete -c orvane -n '__fish_seen_subcommand_from recover' -l keep -d 'Keep everything'
 complete -c orvane -n '__fish_seen_subcommand_from export' -l force -d 'Replace an existing file'
 complete -c orvane -n '__fish_seen_subcommand_from export add check' -F

@@ -1,6 +1,7 @@
 // Pictures of every window, light and dark, and what makes them look right: nothing is cut off, all stands on the screen, texts can be
-// read against what lies below them. Run at 100 % and at 200 %.
+// read against what lies below them, the keyboard and a screen reader reach everything. Run at 100 % and at 200 %, and on a small screen.
 
+#include "LooksSupport.h"
 #include "QtPromptDesk.h"
 
 #include "platform/qt/QtAlerts.h"
@@ -12,110 +13,61 @@
 
 #include <gtest/gtest.h>
 
-#include <QAbstractButton>
+#include <QAccessible>
 #include <QApplication>
+#include <QDialogButtonBox>
 #include <QDir>
 #include <QFileDialog>
-#include <QHash>
 #include <QLabel>
 #include <QMenu>
+#include <QProgressBar>
+#include <QPushButton>
 #include <QScreen>
+#include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTextEdit>
-#include <QTranslator>
 
 namespace orvane::test {
 namespace {
 
-QPalette darkPalette() {
-    QPalette dark;
-    for (const auto &[role, colour] : std::initializer_list<std::pair<QPalette::ColorRole, QColor>>{
-             {QPalette::Window, QColor(43, 43, 46)},
-             {QPalette::WindowText, QColor(230, 230, 232)},
-             {QPalette::Base, QColor(30, 30, 32)},
-             {QPalette::AlternateBase, QColor(38, 38, 40)},
-             {QPalette::Text, QColor(230, 230, 232)},
-             {QPalette::Button, QColor(56, 56, 60)},
-             {QPalette::ButtonText, QColor(230, 230, 232)},
-             {QPalette::Highlight, QColor(61, 132, 224)},
-             {QPalette::HighlightedText, Qt::white},
-             {QPalette::ToolTipBase, QColor(56, 56, 60)},
-             {QPalette::ToolTipText, QColor(230, 230, 232)},
-             {QPalette::PlaceholderText, QColor(150, 150, 154)},
-         }) {
-        dark.setColor(role, colour);
-    }
-    return dark;
+/// How a desktop is set.
+enum class Setting { Light, Dark, RightToLeft };
+
+std::string nameOf(Setting setting) {
+    return setting == Setting::Light ? "light" : setting == Setting::Dark ? "dark" : "right-to-left";
 }
 
-/// Texts of another language, longer than the English ones.
-class German final : public QTranslator {
-public:
-    [[nodiscard]] bool isEmpty() const override { return false; }
-    [[nodiscard]] QString translate(const char *context, const char *source, const char * /*note*/, int /*number*/) const override {
-        static const QHash<QString, QString> texts = {
-            {QStringLiteral("New Folder from Preset"), QStringLiteral("Neuer Ordner nach einer Vorlage")},
-            {QStringLiteral("An item of this name already exists."), QStringLiteral("Ein Objekt dieses Namens ist bereits vorhanden.")},
-            {QStringLiteral("Creating the new folder…"), QStringLiteral("Der neue Ordner wird angelegt …")},
-            {QStringLiteral("Items so far: %1"), QStringLiteral("Bisher angelegte Objekte: %1")},
-            {QStringLiteral("&Cancel"), QStringLiteral("&Abbrechen")},
-            {QStringLiteral("Cancel"), QStringLiteral("Abbrechen")},
-        };
-        static_cast<void>(context);
-        return texts.value(QString::fromUtf8(source));
-    }
-};
-
-/// Relative luminance and contrast (WCAG 2.1).
-double luminance(const QColor &colour) {
-    const auto linear = [](double value) { return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4); };
-    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
-}
-double contrast(const QColor &one, const QColor &other) {
-    const double a = luminance(one) + 0.05;
-    const double b = luminance(other) + 0.05;
-    return std::max(a, b) / std::min(a, b);
-}
-QColor over(const QColor &below, QColor tint, int alpha) {
-    const double share = alpha / 255.0;
-    return QColor::fromRgbF(static_cast<float>(below.redF() * (1 - share) + tint.redF() * share),
-                            static_cast<float>(below.greenF() * (1 - share) + tint.greenF() * share),
-                            static_cast<float>(below.blueF() * (1 - share) + tint.blueF() * share));
-}
-
-/// Every label and button has the room that its text needs, and the window stands on the screen.
-void expectNothingIsCut(const QWidget &window) {
-    EXPECT_TRUE(window.screen()->availableGeometry().contains(window.geometry()));
-    for (const QLabel *label : window.findChildren<QLabel *>()) {
-        EXPECT_TRUE(!label->isVisible() || (label->width() >= label->sizeHint().width() || label->wordWrap()))
-            << label->text().toStdString();
-        EXPECT_TRUE(!label->isVisible() || label->height() >= label->fontMetrics().height() || label->text().isEmpty());
-    }
-    for (const QAbstractButton *button : window.findChildren<QAbstractButton *>()) {
-        EXPECT_TRUE(!button->isVisible() || button->width() >= button->minimumSizeHint().width()) << button->text().toStdString();
-    }
-}
-
-class Looks : public testing::TestWithParam<bool> {
+class Looks : public testing::TestWithParam<Setting> {
 protected:
     Looks() : _before(QApplication::palette()) {
-        if (GetParam()) {
+        if (GetParam() == Setting::Dark) {
             QApplication::setPalette(darkPalette());
+        } else if (GetParam() == Setting::RightToLeft) {
+            QApplication::setLayoutDirection(Qt::RightToLeft);
         }
     }
-    ~Looks() override { QApplication::setPalette(_before); }
+    ~Looks() override {
+        QApplication::setPalette(_before);
+        QApplication::setLayoutDirection(Qt::LeftToRight);
+    }
 
-    /// What is in the picture, light or dark, the scale.
+    /// What is in the picture, the setting, the scale or the screen when they are unusual.
     [[nodiscard]] static std::string picture(const std::string &what) {
-        const int percent = static_cast<int>(std::lround(QGuiApplication::primaryScreen()->devicePixelRatio() * 100));
-        return what + (GetParam() ? "-dark" : "-light") + (percent == 100 ? "" : "-" + std::to_string(percent));
+        const QScreen *const screen = QGuiApplication::primaryScreen();
+        const int percent = static_cast<int>(std::lround(screen->devicePixelRatio() * 100));
+        const bool isSmall = screen->geometry().width() < 800;
+        return what + "-" + nameOf(GetParam()) + (percent == 100 ? "" : "-" + std::to_string(percent)) + (isSmall ? "-small" : "");
     }
     static void take(const char *window, const std::string &what) {
         ASSERT_NE(shownWindow(window), nullptr);
         expectNothingIsCut(*shownWindow(window));
+        expectEverythingHasAName(*shownWindow(window));
         EXPECT_TRUE(takePicture(*shownWindow(window), picture(what)));
     }
     static bool isPainted(const char *window) { return isActive(window) && shownWindow(window)->windowHandle()->isExposed(); }
+    static bool saysProblem(const char *part) {
+        return child<QLabel>(PromptWindowName, "problem")->text().contains(QString::fromUtf8(part));
+    }
 
     User user;
 
@@ -125,27 +77,50 @@ private:
 
 TEST_P(Looks, Prompt) {
     PromptDesk desk;
-    user.when([] { return isPainted(PromptWindowName); }, [] { xdotool("type --delay 2 --args 1 'Acme & Söhne' key Tab"); }, "the prompt");
-    user.when([] { return promptTable()->editedRow() == 1; }, [] { xdotool("type --delay 2 --args 1 'Winter'"); }, "the second row");
-    user.when([] { return promptField()->text() == QLatin1String("Winter"); }, [] {}, "the text");
-    user.then([] { take(PromptWindowName, "prompt"); });
-    user.then([] { xdotool("key Escape Escape"); });
+    user.when([] { return isPainted(PromptWindowName); },
+              [] {
+                  promptField()->insert(QStringLiteral("Acme & Söhne"));
+                  xdotool("key Tab");
+              },
+              "the prompt");
+    user.when([] { return promptTable()->editedRow() == 1; }, [] { promptField()->insert(QStringLiteral("Winter")); }, "the second row");
+    user.when([] { return promptField()->text() == QLatin1String("Winter") && !saysProblem("name"); },
+              [] {
+                  take(PromptWindowName, "prompt");
+                  EXPECT_TRUE(promptField()->hasFocus());
+                  const auto *const buttons = child<QDialogButtonBox>(PromptWindowName, "buttonBox");
+                  EXPECT_TRUE(buttons->button(QDialogButtonBox::Ok)->isDefault());
+                  EXPECT_FALSE(buttons->button(QDialogButtonBox::Cancel)->isDefault());
+                  xdotool("key Escape");
+              },
+              "the text");
+    user.when([] { return promptTable()->editedRow() < 0; },
+              [] {
+                  expectTabReachesEverything(*shownWindow(PromptWindowName));
+                  xdotool("key Escape");
+              },
+              "the end of typing");
     EXPECT_FALSE(desk.createFolder("{Client} – {Project} {auto number}"));
 }
 
 TEST_P(Looks, PromptWithAProblemInGerman) {
-    German german;
-    QCoreApplication::installTranslator(&german);
-    {
-        PromptDesk desk;
-        desk.fileSystem.addFolder("/jobs/Frühjahr");
-        user.when([] { return isPainted(PromptWindowName); }, [] { promptField()->setText(QStringLiteral("Frühjahr")); }, "the prompt");
-        user.when([] { return !child<QLabel>(PromptWindowName, "problem")->text().isEmpty(); }, [] {}, "the problem");
-        user.then([] { take(PromptWindowName, "prompt-problem"); });
-        user.then([] { xdotool("key Escape Escape"); });
-        EXPECT_FALSE(desk.createFolder("{Projektbezeichnung des Auftraggebers}"));
-    }
-    QCoreApplication::removeTranslator(&german);
+    const German german;
+    PromptDesk desk;
+    desk.fileSystem.addFolder("/jobs/Frühjahr");
+    user.when([] { return isPainted(PromptWindowName); }, [] { promptField()->setText(QStringLiteral("Frühjahr")); }, "the prompt");
+    user.when([] { return saysProblem("bereits vorhanden"); },
+              [] {
+                  take(PromptWindowName, "prompt-problem");
+                  promptField()->setText(QString(400, QLatin1Char('x')));
+              },
+              "the problem");
+    user.when([] { return saysProblem("zulässige Länge"); },
+              [] {
+                  expectNothingIsCut(*shownWindow(PromptWindowName));
+                  xdotool("key Escape Escape");
+              },
+              "the next problem");
+    EXPECT_FALSE(desk.createFolder("{Projektbezeichnung des Auftraggebers}"));
 }
 
 TEST_P(Looks, PromptWithManyRowsAndLongAndRightToLeftTexts) {
@@ -169,9 +144,16 @@ TEST_P(Looks, PromptWithManyRowsAndLongAndRightToLeftTexts) {
               "the second row");
     user.when([] { return promptTable()->editedRow() == 2; }, [] { promptField()->setText(QString(300, QLatin1Char('w'))); },
               "the third row");
-    user.when([] { return promptField()->text().size() == 300; }, [] {}, "the text");
-    user.then([] { take(PromptWindowName, "prompt-many"); });
-    user.then([] { xdotool("key Escape Escape"); });
+    user.when([] { return saysProblem("too long"); },
+              [] {
+                  take(PromptWindowName, "prompt-many");
+                  // What does not fit stands whole in the tool tip.
+                  const QAbstractItemModel &rows = *promptTable()->model();
+                  EXPECT_TRUE(rows.index(0, 0).data(Qt::ToolTipRole).toString().contains(QLatin1String("ever type twice in a row")));
+                  EXPECT_TRUE(rows.index(0, 1).data(Qt::ToolTipRole).toString().contains(QLatin1String("so that it does not fit")));
+                  xdotool("key Escape Escape");
+              },
+              "the problem");
     EXPECT_FALSE(desk.createFolder(name));
 }
 
@@ -188,9 +170,17 @@ TEST_P(Looks, TextsCanBeReadOnTheirGround) {
 TEST_P(Looks, Alert) {
     QtMainThread mainThread;
     QtAlerts alerts(application(), mainThread);
-    user.when([] { return isPainted("alert"); }, [] {}, "the alert");
-    user.then([] { take("alert", "alert"); });
-    user.then([] { xdotool("key Return"); });
+    user.when([] { return isPainted("alert"); },
+              [] {
+                  take("alert", "alert");
+                  EXPECT_TRUE(child<QPushButton>("alert", "alertButton")->isDefault());
+                  EXPECT_TRUE(child<QPushButton>("alert", "alertButton")->hasFocus());
+                  expectTabReachesEverything(*shownWindow("alert"));
+                  const auto *const text = child<QTextEdit>("alert", "alertText");
+                  EXPECT_LE(std::abs(text->height() - text->document()->size().height()), 2) << "no more room than the text takes";
+                  xdotool("key Return");
+              },
+              "the alert");
     alerts.runAlertPanel(
         "Unable to create “Acme & Söhne – Winter 7”",
         "The folder “/home/user/Jobs/2024/Film” cannot be written to: the disk is full. What had been made was removed again.");
@@ -203,9 +193,15 @@ TEST_P(Looks, LongAlert) {
     for (int i = 0; i < 200; ++i) {
         message += "Line " + std::to_string(i) + " of what a script wrote: /a/path/without/any/blank/" + std::string(60, 'x') + "\n";
     }
-    user.when([] { return isPainted("alert"); }, [] {}, "the alert");
-    user.then([] { take("alert", "alert-long"); });
-    user.then([] { xdotool("key Return"); });
+    user.when([] { return isPainted("alert"); },
+              [] {
+                  take("alert", "alert-long");
+                  EXPECT_EQ(child<QTextEdit>("alert", "alertText")->verticalScrollBar()->value(), 0) << "it is read from its beginning";
+                  expectTabReachesEverything(*shownWindow("alert"));
+                  child<QPushButton>("alert", "alertButton")->setFocus();
+                  xdotool("key Return");
+              },
+              "the alert");
     alerts.runAlertPanel("The script failed", message);
 }
 
@@ -218,9 +214,14 @@ TEST_P(Looks, OpenPanel) {
     QtOpenPanel panel(application(), {});
     user.when([] { return isPainted("openPanel"); },
               [&] { dynamic_cast<QFileDialog *>(shownWindow("openPanel"))->setDirectory(home.path()); }, "the panel");
-    user.when([] { return QApplication::focusWidget() != nullptr; }, [] {}, "the folder");
-    user.then([] { take("openPanel", "panel"); });
-    user.then([] { xdotool("key Escape"); });
+    user.when([] { return QApplication::focusWidget() != nullptr; },
+              [] {
+                  take("openPanel", "panel");
+                  EXPECT_TRUE(child<QDialogButtonBox>("openPanel", "buttonBox")->button(QDialogButtonBox::Open)->isDefault());
+                  expectTabReachesEverything(*shownWindow("openPanel"));
+                  xdotool("key Escape");
+              },
+              "the folder");
     EXPECT_FALSE(panel
                      .runModal({.title = "Orvane: Choose Parent Folder",
                                 .prompt = "Choose",
@@ -258,20 +259,23 @@ TEST_P(Looks, MenuOfPresets) {
 }
 
 TEST_P(Looks, Progress) {
-    German german;
-    QCoreApplication::installTranslator(&german);
-    {
-        QtProgressWindow window;
-        window.setNodes(12345);
-        window.show();
-        ASSERT_TRUE(waitUntil([&] { return window.windowHandle()->isExposed(); }));
-        user.then([&] { take("progressWindow", "progress"); });
-        EXPECT_TRUE(waitUntil([&] { return user.hasFinished(); }));
-    }
-    QCoreApplication::removeTranslator(&german);
+    const German german;
+    QtProgressWindow window;
+    window.setNodes(12345);
+    window.show();
+    ASSERT_TRUE(waitUntil([&] { return window.windowHandle()->isExposed(); }));
+    user.then([&] {
+        expectNothingIsCut(window);
+        EXPECT_EQ(QAccessible::queryAccessibleInterface(window.findChild<QProgressBar *>())->text(QAccessible::Name),
+                  QStringLiteral("Der neue Ordner wird angelegt …"));
+        EXPECT_TRUE(takePicture(window, picture("progress")));
+    });
+    EXPECT_TRUE(waitUntil([&] { return user.hasFinished(); }));
 }
 
-INSTANTIATE_TEST_SUITE_P(Colours, Looks, testing::Bool(), [](const auto &instance) { return instance.param ? "Dark" : "Light"; });
+INSTANTIATE_TEST_SUITE_P(Settings, Looks, testing::Values(Setting::Light, Setting::Dark, Setting::RightToLeft), [](const auto &instance) {
+    return std::string(instance.param == Setting::Light ? "Light" : instance.param == Setting::Dark ? "Dark" : "RightToLeft");
+});
 
 } // namespace
 } // namespace orvane::test

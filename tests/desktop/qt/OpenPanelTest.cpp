@@ -26,6 +26,18 @@ const OpenPanelSettings ParentFolder = {.title = "Orvane: Choose Parent Folder",
                                         .canChooseDirectories = true,
                                         .canCreateDirectories = true};
 
+/// The present folder, as long as it lives.
+class WorkingFolder {
+public:
+    explicit WorkingFolder(const QString &folder) : _before(QDir::currentPath()) { EXPECT_TRUE(QDir::setCurrent(folder)); }
+    WorkingFolder(const WorkingFolder &) = delete;
+    WorkingFolder &operator=(const WorkingFolder &) = delete;
+    ~WorkingFolder() { EXPECT_TRUE(QDir::setCurrent(_before)); }
+
+private:
+    const QString _before;
+};
+
 class OpenPanelTest : public testing::Test {
 protected:
     OpenPanelTest() {
@@ -58,7 +70,7 @@ protected:
 
 TEST_F(OpenPanelTest, ShowsTitleAndButtonAndOffersFoldersOnly) {
     QtOpenPanel openPanel(application(), {});
-    QDir::setCurrent(home.path());
+    const WorkingFolder elsewhere(home.path());
     cancelLooking([&] {
         EXPECT_EQ(panel()->windowTitle(), QLatin1String("Orvane: Choose Parent Folder"));
         const auto *const buttons = panel()->findChild<QDialogButtonBox *>(QStringLiteral("buttonBox"));

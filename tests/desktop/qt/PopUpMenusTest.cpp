@@ -157,6 +157,7 @@ TEST_F(PopUp, RequestWhileAWindowWaitsForAnAnswerBringsThatWindowUp) {
     asking.setObjectName(QStringLiteral("asking"));
     asking.setModal(true);
     asking.show();
+    ASSERT_TRUE(waitUntil([] { return isActive("asking"); })); // else it may come up after the other program
     const OtherProgram other;
     popUp();
     EXPECT_EQ(shownMenu(), nullptr);

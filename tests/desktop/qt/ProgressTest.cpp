@@ -5,7 +5,17 @@
 #include "platform/qt/QtCreationProgress.h"
 #include "platform/qt/QtProgressWindow.h"
 
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <string_view>
 #include <thread>
+
+#include <poll.h>
+#include <unistd.h>
+
+#include <xcb/xcb.h>
 
 #include <gtest/gtest.h>
 
@@ -22,6 +32,47 @@ const std::vector<std::string> WindowCommand = {"/proc/self/exe", "--progress-wi
 /// Whether another process of ours shows the window.
 bool windowIsUp() {
     return !outputOf("xdotool search --onlyvisible --name '^Orvane$' 2>/dev/null").empty();
+}
+
+/// Whether the window's program answers a window manager that asks if it is still alive (EWMH 1.5, _NET_WM_PING), within 20 s. Handles
+/// no events of this program.
+bool answersPing(xcb_window_t window) {
+    const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(xcb_connect(nullptr, nullptr), &xcb_disconnect);
+    xcb_connection_t *const c = connection.get();
+    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(c)).data->root;
+    const auto atom = [c](std::string_view name) {
+        xcb_intern_atom_reply_t *const reply =
+            xcb_intern_atom_reply(c, xcb_intern_atom(c, 0, static_cast<std::uint16_t>(name.size()), name.data()), nullptr);
+        const xcb_atom_t found = reply->atom;
+        std::free(reply);
+        return found;
+    };
+    const std::uint32_t events = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_STRUCTURE_NOTIFY; // the answer goes to the root window
+    xcb_change_window_attributes(c, root, XCB_CW_EVENT_MASK, &events);
+    constexpr std::uint32_t Mark = 4711; // stands for the time; comes back
+    xcb_client_message_event_t question{};
+    question.response_type = XCB_CLIENT_MESSAGE;
+    question.format = 32;
+    question.window = window;
+    question.type = atom("WM_PROTOCOLS");
+    question.data.data32[0] = atom("_NET_WM_PING");
+    question.data.data32[1] = Mark;
+    question.data.data32[2] = window;
+    xcb_send_event(c, 0, window, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char *>(&question));
+    xcb_flush(c);
+    for (pollfd arrival{xcb_get_file_descriptor(c), POLLIN, 0}; ::poll(&arrival, 1, 20000) == 1;) {
+        while (xcb_generic_event_t *const event = xcb_poll_for_event(c)) {
+            xcb_client_message_event_t answer{};
+            const bool isMessage = (event->response_type & 0x7F) == XCB_CLIENT_MESSAGE;
+            std::memcpy(&answer, event, sizeof answer);
+            std::free(event);
+            if (isMessage && answer.window == root && answer.type == question.type && answer.data.data32[0] == question.data.data32[0] &&
+                answer.data.data32[1] == Mark && answer.data.data32[2] == window) {
+                return true;
+            }
+        }
+    }
+    return false;
 }
 
 /// Keeps the main thread from handling events, as a creation does, until the condition holds or 10 s are over.
@@ -63,8 +114,9 @@ TEST(CreationProgressWindow, IsAlwaysReadyToAnswerTheDesktop) {
     QtCreationProgress progress(WindowCommand);
     progress.advanced(1);
     ASSERT_TRUE(createUntil([] {}, windowIsUp));
-    // The main thread is busy; that the window is moved and closed is the other process's work.
+    // The main thread is busy; that the window answers, is moved and closed is the other process's work.
     const std::string number = outputOf("xdotool search --onlyvisible --name '^Orvane$'");
+    EXPECT_TRUE(answersPing(static_cast<xcb_window_t>(std::stoul(number))));
     xdotool("windowmove --sync " + number + " 50 60");
     xdotool("windowclose " + number);
     EXPECT_TRUE(createUntil([] {}, [] { return !windowIsUp(); }));

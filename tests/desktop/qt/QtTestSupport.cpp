@@ -234,16 +234,24 @@ OtherProgram::OtherProgram() {
     std::array<char *, 2> arguments{program.data(), nullptr};
     EXPECT_EQ(::posix_spawnp(&_process, program.data(), nullptr, nullptr, arguments.data(), environ), 0);
     EXPECT_TRUE(waitUntil([this] { return isActive(); }));
+    _window = activeWindow();
 }
 
 OtherProgram::~OtherProgram() {
     ::kill(_process, SIGTERM);
     ::waitpid(_process, nullptr, 0);
+    // Until the window manager has seen it: what it does about the keyboard then must not hit the next window that comes up.
+    EXPECT_TRUE(waitUntil([this] {
+        char number[32] = {};
+        std::snprintf(number, sizeof number, "0x%lx", _window);
+        return outputOf("xprop -root _NET_CLIENT_LIST 2>/dev/null").find(number) == std::string::npos;
+    }));
 }
 
 bool OtherProgram::isActive() const {
     const unsigned long window = activeWindow();
-    return window != 0 &&
+    // openbox goes on naming a window that is gone, and the server gives the next program's the same number: the server must agree.
+    return window != 0 && outputOf("xdotool getwindowfocus -f 2>/dev/null") == std::to_string(window) &&
            outputOf("xprop -id " + std::to_string(window) + " _NET_WM_PID 2>/dev/null").find(" = " + std::to_string(_process)) !=
                std::string::npos;
 }

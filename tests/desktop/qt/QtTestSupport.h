@@ -123,6 +123,7 @@ public:
 
 private:
     int _process = -1;
+    unsigned long _window = 0;
 };
 
 } // namespace orvane::test

@@ -9,7 +9,13 @@
 #include "platform/qt/QtReferenceWindow.h"
 #include "platform/qt/QtTermination.h"
 
+#include <atomic>
+#include <chrono>
 #include <csignal>
+#include <functional>
+#include <thread>
+
+#include <unistd.h>
 
 #include <gtest/gtest.h>
 
@@ -174,6 +180,53 @@ TEST(TerminationSignals, SecondOneEndsAProgramThatHangs) {
     program.signal(SIGTERM);
     ASSERT_EQ(program.line(), "hangs");
     program.signal(SIGTERM);
+    EXPECT_EQ(program.status(), 128 + SIGTERM);
+}
+
+/// Says "hangs" and then keeps the main thread in something that handles no events.
+int hang(QtApplication &application, const QtTermination::Progress &progress, const std::function<void()> &step) {
+    const QtTermination termination(application, progress);
+    QTimer::singleShot(0, [&] {
+        say("hangs");
+        for (;;) {
+            step();
+        }
+    });
+    return application.run();
+}
+
+const Program hanging("hanging", [](QtApplication &application) { return hang(application, {}, [] {}); });
+
+TEST(TerminationSignals, EachOfThemEndsAProgramWhoseMainThreadNeverComesBackAfterThreeSeconds) {
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        RunningProgram program("hanging");
+        ASSERT_EQ(program.line(), "hangs");
+        const auto begin = std::chrono::steady_clock::now();
+        program.signal(signal);
+        EXPECT_EQ(program.status(), 128 + signal);
+        EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(2900));
+    }
+}
+
+const Program working("working", [](QtApplication &application) {
+    std::atomic<std::uint64_t> nodes = 0;
+    std::thread([&] { // a main thread that works for longer than is waited for, and then not any more
+        for (int tenths = 0; tenths < 45; ++tenths) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(100));
+            ++nodes;
+        }
+        say("worked");
+    })
+        .detach();
+    return hang(
+        application, [&] { return nodes.load(); }, [] { ::usleep(1000); });
+});
+
+TEST(TerminationSignals, MainThreadThatGetsOnWithItsWorkIsWaitedFor) {
+    RunningProgram program("working");
+    ASSERT_EQ(program.line(), "hangs");
+    program.signal(SIGTERM);
+    EXPECT_EQ(program.line(), "worked");
     EXPECT_EQ(program.status(), 128 + SIGTERM);
 }
 

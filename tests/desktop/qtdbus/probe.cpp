@@ -221,7 +221,8 @@ private:
                               .requestDone = [] { say("done"); },
                               .showPreferences = [] { say("preferences"); },
                               .quit = [] { say("quit"); },
-                              .isBusy = {}}};
+                              .isBusy = {},
+                              .showWhatIsOpen = {}}};
     DesktopWorkspace _workspace{_session, _log, {.bus = 2000, .program = 1500}};
     QtDBusSystemPreferences _preferences{_session, _log};
     Provider _provider;

@@ -1,7 +1,7 @@
 // What hot keys make of what the desktop's services answer: by services that stand in for the real ones on a bus of their own.
 // The sentence that counts for the user is the statement.
 #include "desktop/wayland/HotKeyDesk.h"
-#include "platform/wayland/HotKeyAdvice.h"
+#include "hotkeys/HotKeyAdvice.h"
 #include "platform/wayland/KeyboardMap.h"
 #include "platform/wayland/SwayConfiguration.h"
 

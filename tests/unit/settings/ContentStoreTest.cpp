@@ -1,4 +1,4 @@
-#include "PosixContentStore.h"
+#include "PosixSupportFolder.h"
 
 #include "TemporaryFolder.h"
 
@@ -15,7 +15,7 @@ class Contents : public testing::Test {
 protected:
     test::TemporaryFolder folder;
     PosixFinderInformation finderInformation;
-    PosixContentStore store{folder / "Orvane", finderInformation};
+    PosixSupportFolder store{folder / "Orvane", finderInformation};
     test::PresetMaker make;
     std::string problem;
 };
@@ -99,7 +99,7 @@ TEST_F(Contents, APresetGoesThroughAFileToAnotherStore) {
     ASSERT_TRUE(store.writePresetFile(preset, folder / "out.orvpreset", false, warnings, problem)) << problem;
     EXPECT_TRUE(warnings.empty());
     folder.write("Other/File Content/a.txt", "something else");
-    PosixContentStore other(folder / "Other", finderInformation);
+    PosixSupportFolder other(folder / "Other", finderInformation);
     const auto incoming = other.readPresetFile(folder / "out.orvpreset", problem);
     ASSERT_TRUE(incoming.has_value()) << problem;
     EXPECT_EQ(incoming->script, "run.sh");

@@ -1,4 +1,4 @@
-#include "platform/wayland/HotKeyAdvice.h"
+#include "hotkeys/HotKeyAdvice.h"
 
 #include <algorithm>
 #include <cctype>
@@ -36,8 +36,12 @@ std::string gnomeCommands(const std::string &command) {
 } // namespace
 
 std::string ORVHotKeyAdvice(std::string_view currentDesktop, std::string_view command) {
+    return "This desktop gives programs no hot keys of their own. " + ORVHotKeyInstructions(currentDesktop, command);
+}
+
+std::string ORVHotKeyInstructions(std::string_view currentDesktop, std::string_view command) {
     const std::string bound(command);
-    const std::string start = "This desktop gives programs no hot keys of their own. Bind a key to the command '" + bound + "': ";
+    const std::string start = "Bind a key to the command '" + bound + "': ";
     if (isNamed(currentDesktop, "GNOME") || isNamed(currentDesktop, "Unity")) {
         return start + gnomeCommands(bound);
     }

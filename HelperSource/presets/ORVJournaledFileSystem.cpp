@@ -1,0 +1,124 @@
+#include "presets/ORVJournaledFileSystem.h"
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace orvane {
+
+namespace {
+
+using Entry = CreationJournal::Entry;
+using Kind = CreationJournal::Kind;
+using FolderNumber = CreationJournal::FolderNumber;
+
+/// Notes each item and hands it on. `_way` holds the numbers of the folders that the writer is in, the base first.
+class NotingWriter final : public HierarchyWriter {
+public:
+    NotingWriter(HierarchyWriter &writer, Entry &entry, FolderNumber folder) : _writer(writer), _entry(entry), _way{folder} {}
+
+    [[nodiscard]] bool enterFolder(std::string_view name) override {
+        const FolderNumber folder = _entry.aboutToMake(Kind::Folder, _way.back(), name);
+        _way.reserve(_way.size() + 1);
+        const bool entered = _writer.enterFolder(name);
+        _entry.isDone();
+        if (entered) {
+            _way.push_back(folder);
+        }
+        return entered;
+    }
+    void leaveFolder(const ItemAttributes &attributes) override {
+        _writer.leaveFolder(attributes);
+        _entry.isDone();
+        if (_way.size() > 1) {
+            _way.pop_back();
+        }
+    }
+    [[nodiscard]] bool copyItem(std::string_view name, const ContentSource &source, const ItemAttributes &attributes) override {
+        _entry.aboutToMake(Kind::Copy, _way.back(), name);
+        const bool done = _writer.copyItem(name, source, attributes);
+        _entry.isDone();
+        return done;
+    }
+    [[nodiscard]] bool makeEmptyFile(std::string_view name, const ItemAttributes &attributes) override {
+        _entry.aboutToMake(Kind::File, _way.back(), name);
+        const bool done = _writer.makeEmptyFile(name, attributes);
+        _entry.isDone();
+        return done;
+    }
+    [[nodiscard]] TwoThreads makeOnTwoThreads(std::span<const FolderAhead> ahead,
+                                              const std::function<void(HierarchyWriter &writer)> &work) override {
+        std::vector<FolderNumber> numbers;
+        numbers.reserve(ahead.size());
+        for (const FolderAhead &each : ahead) {
+            const FolderNumber parent = each.parent == FolderAhead::InCurrent ? _way.back() : numbers[each.parent];
+            numbers.push_back(_entry.aboutToMake(Kind::Folder, parent, each.name));
+        }
+        const FolderNumber folder = _way.back();
+        const TwoThreads result = _writer.makeOnTwoThreads(ahead, [&](HierarchyWriter &writer) {
+            NotingWriter noting(writer, _entry, folder);
+            work(noting);
+        });
+        _entry.isDone();
+        return result;
+    }
+    void removeEverythingMade() override { _writer.removeEverythingMade(); }
+    [[nodiscard]] int lastError() const override { return _writer.lastError(); }
+
+private:
+    HierarchyWriter &_writer;
+    Entry &_entry;
+    std::vector<FolderNumber> _way;
+};
+
+/// The one that stands for the whole hierarchy: its entry ends when the top folder has been left, or everything was removed.
+class NotedHierarchy final : public HierarchyWriter {
+public:
+    NotedHierarchy(std::unique_ptr<HierarchyWriter> writer, std::unique_ptr<Entry> entry)
+        : _writer(std::move(writer)), _entry(std::move(entry)), _noting(*_writer, *_entry, CreationJournal::Base) {}
+
+    [[nodiscard]] bool enterFolder(std::string_view name) override {
+        const bool entered = _target().enterFolder(name);
+        _depth += entered ? 1 : 0;
+        return entered;
+    }
+    void leaveFolder(const ItemAttributes &attributes) override {
+        _target().leaveFolder(attributes);
+        if (_depth > 0 && --_depth == 0) {
+            _entry.reset();
+        }
+    }
+    [[nodiscard]] bool copyItem(std::string_view name, const ContentSource &source, const ItemAttributes &attributes) override {
+        return _target().copyItem(name, source, attributes);
+    }
+    [[nodiscard]] bool makeEmptyFile(std::string_view name, const ItemAttributes &attributes) override {
+        return _target().makeEmptyFile(name, attributes);
+    }
+    [[nodiscard]] TwoThreads makeOnTwoThreads(std::span<const FolderAhead> ahead,
+                                              const std::function<void(HierarchyWriter &writer)> &work) override {
+        return _target().makeOnTwoThreads(ahead, work);
+    }
+    void removeEverythingMade() override {
+        _writer->removeEverythingMade();
+        _entry.reset();
+    }
+    [[nodiscard]] int lastError() const override { return _writer->lastError(); }
+
+private:
+    [[nodiscard]] HierarchyWriter &_target() { return _entry ? static_cast<HierarchyWriter &>(_noting) : *_writer; }
+
+    std::unique_ptr<HierarchyWriter> _writer;
+    std::unique_ptr<Entry> _entry;
+    NotingWriter _noting;
+    std::size_t _depth = 0;
+};
+
+} // namespace
+
+std::unique_ptr<HierarchyWriter> ORVJournaledFileSystem::beginHierarchy(std::string_view basePath) {
+    std::unique_ptr<HierarchyWriter> writer = _fileSystem.beginHierarchy(basePath);
+    std::unique_ptr<Entry> entry = writer ? _journal.begin(basePath) : nullptr;
+    return entry ? std::make_unique<NotedHierarchy>(std::move(writer), std::move(entry)) : std::move(writer);
+}
+
+} // namespace orvane

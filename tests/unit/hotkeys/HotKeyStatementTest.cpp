@@ -1,0 +1,121 @@
+// What users are told of their hot key: by the helper, in the file where other programs find it, and what to do instead.
+#include "fakes/FakeHotKeyEvents.h"
+#include "hotkeys/HotKeyAdvice.h"
+#include "platform/posix/PosixHotKeyStatement.h"
+#include "wiring/StatedHotKeys.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace orvane::test {
+namespace {
+
+class HotKeyStatement : public testing::Test {
+protected:
+    void SetUp() override {
+        std::string pattern = testing::TempDir() + "orvane-statement.XXXXXX";
+        ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
+        folder = pattern;
+    }
+    void TearDown() override { std::filesystem::remove_all(folder); }
+    void writeFile(const std::string &text) const { std::ofstream(folder + "/hot-key", std::ios::binary) << text; }
+    [[nodiscard]] std::optional<std::string> read() const { return PosixHotKeyStatement::ofDirectory(folder); }
+
+    std::string folder;
+};
+
+TEST_F(HotKeyStatement, IsThereForOthersWhileItsHelperRuns) {
+    EXPECT_EQ(read(), std::nullopt);
+    {
+        PosixHotKeyStatement statement(folder);
+        EXPECT_EQ(read(), std::nullopt);
+        statement.say("The key works.\nReally.");
+        EXPECT_EQ(read(), "The key works.\nReally.");
+        statement.say("The key does not work.");
+        EXPECT_EQ(read(), "The key does not work.");
+    }
+    EXPECT_EQ(read(), std::nullopt);
+    EXPECT_TRUE(std::filesystem::is_empty(folder));
+}
+
+TEST_F(HotKeyStatement, AnEmptyOneTakesItBack) {
+    PosixHotKeyStatement statement(folder);
+    statement.say("The key works.");
+    statement.say({});
+    EXPECT_EQ(read(), std::nullopt);
+    statement.say({});
+    statement.say("Again.");
+    EXPECT_EQ(read(), "Again.");
+}
+
+TEST_F(HotKeyStatement, OfAHelperThatIsGoneDoesNotCount) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+        ::_exit(0);
+    }
+    ASSERT_EQ(::waitpid(child, nullptr, 0), child);
+    writeFile(std::to_string(child) + "\nThe key works.\n");
+    EXPECT_EQ(read(), std::nullopt);
+}
+
+TEST_F(HotKeyStatement, WhateverElseIsInTheFileIsNone) {
+    for (const char *const text : {"", "\n", "12", "x\nThe key works.\n", "-1\nThe key works.\n", "0\nThe key works.\n",
+                                   "99999999999999999999\nThe key works.\n", "1 \nThe key works.\n"}) {
+        writeFile(text);
+        EXPECT_EQ(read(), std::nullopt) << text;
+    }
+    writeFile(std::to_string(::getpid()) + "\n\n\n");
+    EXPECT_EQ(read(), std::nullopt);
+}
+
+TEST_F(HotKeyStatement, AFolderThatIsMissingIsNoError) {
+    PosixHotKeyStatement statement(folder + "/missing");
+    statement.say("The key works.");
+    EXPECT_EQ(PosixHotKeyStatement::ofDirectory(folder + "/missing"), std::nullopt);
+}
+
+class StatedHotKeysTest : public testing::Test {
+protected:
+    EventStatus take(std::uint32_t keyCode) {
+        return keys.registerEventHotKey(keyCode, 0x1200, {FourCharacterCode("SGHk"), 1}, keys.getEventDispatcherTarget(), 0, reference);
+    }
+
+    FakeHotKeyEvents events;
+    std::vector<std::string> statements;
+    StatedHotKeys keys{events, [this](const std::string &statement) { statements.push_back(statement); }};
+    EventHotKeyRef reference = nullptr;
+};
+
+TEST_F(StatedHotKeysTest, SaysThatAKeyWorksAndNothingOnceItIsGivenBack) {
+    ASSERT_EQ(take(4), EventNoError);
+    ASSERT_NE(reference, nullptr);
+    EXPECT_EQ(keys.unregisterEventHotKey(reference), EventNoError);
+    ASSERT_EQ(statements.size(), 2U);
+    EXPECT_TRUE(statements[0].ends_with(" works.")) << statements[0];
+    EXPECT_EQ(statements[1], "");
+}
+
+TEST_F(StatedHotKeysTest, SaysWhyAKeyIsRefusedAndWhatToDo) {
+    events.takenElsewhere.insert({4, 0x1200});
+    ASSERT_EQ(take(4), EventHotKeyExistsError);
+    ASSERT_EQ(statements.size(), 1U);
+    EXPECT_NE(statements[0].find("does not work: another program has it."), std::string::npos) << statements[0];
+    EXPECT_NE(statements[0].find("'orvane menu'"), std::string::npos) << statements[0];
+}
+
+TEST(HotKeyInstructions, AreThoseOfTheDesktopWithoutSayingThatItGivesNoKeys) {
+    EXPECT_TRUE(ORVHotKeyInstructions("KDE").starts_with("Bind a key to the command 'orvane menu': in System Settings"));
+    EXPECT_EQ(ORVHotKeyAdvice("ubuntu:GNOME"), "This desktop gives programs no hot keys of their own. " + ORVHotKeyInstructions("GNOME"));
+    EXPECT_NE(ORVHotKeyInstructions(""), ORVHotKeyInstructions("sway"));
+}
+
+} // namespace
+} // namespace orvane::test
