@@ -410,16 +410,6 @@
     </message>
     <message>
         <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
-        <source>&amp;Open</source>
-        <translation>Ö&amp;ffnen</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
-        <source>Remo&amp;ve</source>
-        <translation>Entfern&amp;en</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
         <source>%1 cannot be opened.</source>
         <translation>%1 kann nicht geöffnet werden.</translation>
     </message>
@@ -495,6 +485,16 @@
     </message>
     <message>
         <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
+        <source>Open the content file</source>
+        <translation>Inhaltsdatei öffnen</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
+        <source>No content file</source>
+        <translation>Keine Inhaltsdatei</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
         <source>Change Permissions</source>
         <translation>Rechte ändern</translation>
     </message>
@@ -562,6 +562,11 @@
         <location filename="../../PreferencePane/window/PresetEditor.cpp"/>
         <source>Makes the preset in a temporary folder with the sample values and opens it. The script is not run and no counter counts on; the folder goes when this program ends.</source>
         <translation>Legt die Vorlage mit den Beispielwerten in einem temporären Ordner an und öffnet ihn. Das Skript wird nicht ausgeführt und kein Zähler zählt weiter; der Ordner verschwindet mit dem Ende dieses Programms.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/PresetEditor.cpp"/>
+        <source>About the preset</source>
+        <translation>Zur Vorlage</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetEditor.cpp"/>
@@ -769,6 +774,11 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
         <location filename="../../PreferencePane/window/PresetsPage.cpp"/>
         <source>&amp;Import Folder…</source>
         <translation>Ordner &amp;importieren …</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/PresetsPage.cpp"/>
+        <source>The presets cannot be shown</source>
+        <translation>Die Vorlagen können nicht angezeigt werden</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetsPage.cpp"/>
@@ -1014,6 +1024,11 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
         <location filename="../../PreferencePane/window/ScriptPanel.cpp"/>
         <source>&amp;Choose…</source>
         <translation>&amp;Wählen …</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/ScriptPanel.cpp"/>
+        <source>&amp;Open</source>
+        <translation>Ö&amp;ffnen</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/ScriptPanel.cpp"/>

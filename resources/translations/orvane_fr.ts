@@ -410,16 +410,6 @@
     </message>
     <message>
         <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
-        <source>&amp;Open</source>
-        <translation>&amp;Ouvrir</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
-        <source>Remo&amp;ve</source>
-        <translation>Reti&amp;rer</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
         <source>%1 cannot be opened.</source>
         <translation>%1 ne peut pas être ouvert.</translation>
     </message>
@@ -495,6 +485,16 @@
     </message>
     <message>
         <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
+        <source>Open the content file</source>
+        <translation>Ouvrir le fichier de contenu</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
+        <source>No content file</source>
+        <translation>Aucun fichier de contenu</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
         <source>Change Permissions</source>
         <translation>Modifier les droits</translation>
     </message>
@@ -562,6 +562,11 @@
         <location filename="../../PreferencePane/window/PresetEditor.cpp"/>
         <source>Makes the preset in a temporary folder with the sample values and opens it. The script is not run and no counter counts on; the folder goes when this program ends.</source>
         <translation>Crée le modèle dans un dossier temporaire avec les valeurs d’exemple et l’ouvre. Le script n’est pas exécuté et aucun compteur n’avance ; le dossier disparaît à la fin de ce programme.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/PresetEditor.cpp"/>
+        <source>About the preset</source>
+        <translation>À propos du modèle</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetEditor.cpp"/>
@@ -769,6 +774,11 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
         <location filename="../../PreferencePane/window/PresetsPage.cpp"/>
         <source>&amp;Import Folder…</source>
         <translation>&amp;Importer un dossier…</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/PresetsPage.cpp"/>
+        <source>The presets cannot be shown</source>
+        <translation>Les modèles ne peuvent pas être affichés</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetsPage.cpp"/>
@@ -1014,6 +1024,11 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
         <location filename="../../PreferencePane/window/ScriptPanel.cpp"/>
         <source>&amp;Choose…</source>
         <translation>&amp;Choisir…</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/ScriptPanel.cpp"/>
+        <source>&amp;Open</source>
+        <translation>&amp;Ouvrir</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/ScriptPanel.cpp"/>

@@ -20,6 +20,7 @@ orvane_add_desktop_test(NAME desktop_qt_windows
   LIBRARIES qt_test_support)
 orvane_add_desktop_test(NAME desktop_qt_windows_xfwm4 PROGRAM desktop_qt_windows DESKTOP_ARGUMENTS --wm xfwm4)
 
-orvane_add_desktop_test(NAME desktop_qt_looks SOURCES desktop/qt/LooksTest.cpp LIBRARIES qt_test_support)
+orvane_add_desktop_test(NAME desktop_qt_looks SOURCES desktop/qt/LooksTest.cpp desktop/qt/LooksSupport.cpp LIBRARIES qt_test_support)
 orvane_add_desktop_test(NAME desktop_qt_looks_double PROGRAM desktop_qt_looks
   DESKTOP_ARGUMENTS --size 2560x1600 ENVIRONMENT QT_SCALE_FACTOR=2)
+orvane_add_desktop_test(NAME desktop_qt_looks_small PROGRAM desktop_qt_looks DESKTOP_ARGUMENTS --size 640x480)

@@ -9,10 +9,10 @@
 namespace orvane {
 
 /// The support folder on disk.
-class PosixContentStore final : public ContentStore {
+class PosixSupportFolder final : public ContentStore {
 public:
     /// `supportPath` is the support folder; it is made when something is stored. The port is borrowed.
-    PosixContentStore(std::string supportPath, FinderInformation &finderInformation);
+    PosixSupportFolder(std::string supportPath, FinderInformation &finderInformation);
 
     [[nodiscard]] std::optional<std::string> addContent(const std::string &path, std::string &problem) override;
     [[nodiscard]] std::optional<std::string> addScript(const std::string &path, std::string &problem) override;

@@ -1,4 +1,4 @@
-#include "PosixContentStore.h"
+#include "PosixSupportFolder.h"
 
 #include "FolderImport.h"
 #include "FolderWalk.h"
@@ -39,19 +39,19 @@ bool isDirectlyIn(const std::string &folder, const std::string &path) {
 
 } // namespace
 
-PosixContentStore::PosixContentStore(std::string supportPath, FinderInformation &finderInformation)
+PosixSupportFolder::PosixSupportFolder(std::string supportPath, FinderInformation &finderInformation)
     : _supportPath(std::move(supportPath)), _finderInformation(finderInformation) {}
 
-std::string PosixContentStore::pathOfContent(std::string_view name) const {
+std::string PosixSupportFolder::pathOfContent(std::string_view name) const {
     return stringByAppendingPathComponent(stringByAppendingPathComponent(_supportPath, ORVFileContentFolder), name);
 }
 
-std::string PosixContentStore::pathOfScript(std::string_view name) const {
+std::string PosixSupportFolder::pathOfScript(std::string_view name) const {
     return stringByAppendingPathComponent(stringByAppendingPathComponent(_supportPath, ORVScriptsFolder), name);
 }
 
-std::optional<std::string> PosixContentStore::_add(const std::string &folder, const std::string &path, bool isScript,
-                                                   std::string &problem) {
+std::optional<std::string> PosixSupportFolder::_add(const std::string &folder, const std::string &path, bool isScript,
+                                                    std::string &problem) {
     const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     struct stat status {};
     if (!file || ::fstat(file.get(), &status) != 0) {
@@ -87,15 +87,15 @@ std::optional<std::string> PosixContentStore::_add(const std::string &folder, co
     return stored;
 }
 
-std::optional<std::string> PosixContentStore::addContent(const std::string &path, std::string &problem) {
+std::optional<std::string> PosixSupportFolder::addContent(const std::string &path, std::string &problem) {
     return _add(stringByAppendingPathComponent(_supportPath, ORVFileContentFolder), path, false, problem);
 }
 
-std::optional<std::string> PosixContentStore::addScript(const std::string &path, std::string &problem) {
+std::optional<std::string> PosixSupportFolder::addScript(const std::string &path, std::string &problem) {
     return _add(stringByAppendingPathComponent(_supportPath, ORVScriptsFolder), path, true, problem);
 }
 
-std::optional<IncomingPreset> PosixContentStore::importFolder(const FolderImportRequest &request, std::string &problem) {
+std::optional<IncomingPreset> PosixSupportFolder::importFolder(const FolderImportRequest &request, std::string &problem) {
     FolderImportOptions options;
     options.folder = request.folder;
     options.name = lastPathComponent(request.folder);
@@ -116,7 +116,7 @@ std::optional<IncomingPreset> PosixContentStore::importFolder(const FolderImport
     return IncomingPreset{std::move(imported->preset), {}, std::move(imported->warnings)};
 }
 
-std::optional<IncomingPreset> PosixContentStore::readPresetFile(const std::string &path, std::string &problem) {
+std::optional<IncomingPreset> PosixSupportFolder::readPresetFile(const std::string &path, std::string &problem) {
     const auto document = path == "-" ? std::nullopt : readPropertyListFile(path, problem); // which would be standard input
     const auto parts = document ? ORVUnpackPreset(*document, problem) : std::nullopt;
     if (!parts) {
@@ -134,8 +134,8 @@ std::optional<IncomingPreset> PosixContentStore::readPresetFile(const std::strin
     return incoming;
 }
 
-bool PosixContentStore::writePresetFile(const PropertyList &preset, const std::string &path, bool replaces,
-                                        std::vector<std::string> &warnings, std::string &problem) {
+bool PosixSupportFolder::writePresetFile(const PropertyList &preset, const std::string &path, bool replaces,
+                                         std::vector<std::string> &warnings, std::string &problem) {
     struct stat status {};
     if (!preset.root().isDictionary() || (::stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode))) {
         problem = preset.root().isDictionary() ? "it is not an ordinary file" : "the preset is no dictionary";

@@ -1,0 +1,174 @@
+#include "window/PresetListModel.h"
+
+#include "window/Icons.h"
+#include "window/Page.h"
+
+#include "platform/qt/QtText.h"
+
+#include <QCoreApplication>
+#include <QMimeData>
+#include <QUrl>
+
+#include <algorithm>
+#include <cstdint>
+
+namespace orvane {
+
+namespace {
+
+const QString PresetsMediaType = QStringLiteral("application/x-orvane-preset-ids");
+
+} // namespace
+
+PresetListModel::PresetListModel(SettingsContext &context, QObject *parent)
+    : QAbstractListModel(parent), _context(context), _document(context.presets) {
+    _document.addObserver(*this);
+}
+
+PresetListModel::~PresetListModel() {
+    _document.removeObserver(*this);
+}
+
+ItemID PresetListModel::presetOfIndex(const QModelIndex &index) const {
+    return index.isValid() ? _document.presetAt(static_cast<std::size_t>(index.row())) : NoItem;
+}
+
+QModelIndex PresetListModel::indexOfPreset(ItemID preset) const {
+    return preset != NoItem && _document.contains(preset) && _document.isPreset(preset) ? index(static_cast<int>(_document.indexOf(preset)))
+                                                                                        : QModelIndex();
+}
+
+int PresetListModel::rowCount(const QModelIndex &parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(_document.numberOfPresets());
+}
+
+QVariant PresetListModel::data(const QModelIndex &index, int role) const {
+    const ItemID preset = presetOfIndex(index);
+    if (preset == NoItem) {
+        return {};
+    }
+    const QString label = QtTextOf(_document.label(preset));
+    switch (role) {
+    case Qt::DisplayRole:
+        return label.isEmpty() ? translated("(no name)") : QtSingleLine(label);
+    case Qt::EditRole:
+    case Qt::ToolTipRole:
+        return label;
+    case Qt::DecorationRole: {
+        static const QIcon folder = iconFor(Icon::Folder);
+        return folder;
+    }
+    default:
+        return {};
+    }
+}
+
+Qt::ItemFlags PresetListModel::flags(const QModelIndex &index) const {
+    if (!index.isValid()) {
+        return Qt::ItemIsDropEnabled; // between the rows
+    }
+    const Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsDragEnabled | Qt::ItemNeverHasChildren;
+    return _document.isEditable(presetOfIndex(index)) ? flags | Qt::ItemIsEditable : flags;
+}
+
+bool PresetListModel::setData(const QModelIndex &index, const QVariant &value, int role) {
+    const std::string text = QtUtf8Of(value.toString());
+    if (!index.isValid() || role != Qt::EditRole) {
+        return false;
+    }
+    if (!_context.store.canStoreText(text)) {
+        _context.showMessage(translated("The preferences cannot hold this text."), true);
+        return false;
+    }
+    _document.renamePreset(presetOfIndex(index), text);
+    _context.history.endMerging();
+    return true;
+}
+
+QStringList PresetListModel::mimeTypes() const {
+    return {PresetsMediaType, QStringLiteral("text/uri-list")};
+}
+
+QMimeData *PresetListModel::mimeData(const QModelIndexList &indexes) const {
+    QByteArray bytes = QByteArray::number(QCoreApplication::applicationPid());
+    for (const QModelIndex &index : indexes) {
+        bytes += ' ' + QByteArray::number(static_cast<std::uint32_t>(presetOfIndex(index)));
+    }
+    auto *const data = new QMimeData;
+    data->setData(PresetsMediaType, bytes);
+    return data;
+}
+
+bool PresetListModel::dropMimeData(const QMimeData *data, Qt::DropAction action, int row, int /*column*/, const QModelIndex &parent) {
+    if (data == nullptr || action == Qt::IgnoreAction) {
+        return false;
+    }
+    const int at = row >= 0 ? row : parent.isValid() ? parent.row() : rowCount();
+    const QList<QByteArray> words = data->data(PresetsMediaType).split(' ');
+    if (words.front().toLongLong() == QCoreApplication::applicationPid()) {
+        std::vector<ItemID> presets;
+        for (const QByteArray &word : words.mid(1)) {
+            const auto preset = static_cast<ItemID>(word.toUInt());
+            if (_document.contains(preset)) {
+                presets.push_back(preset);
+            }
+        }
+        _document.movePresets(presets, static_cast<std::size_t>(at));
+        Q_EMIT presetsMoved(presets);
+        return true;
+    }
+    QStringList paths;
+    for (const QUrl &url : data->urls()) {
+        if (url.isLocalFile()) {
+            paths.append(url.toLocalFile());
+        }
+    }
+    if (!paths.isEmpty()) {
+        Q_EMIT filesDropped(paths, at);
+    }
+    return !paths.isEmpty();
+}
+
+void PresetListModel::itemsWillBeInserted(ItemID parent, std::size_t first, std::size_t count) {
+    if (parent == PresetList) {
+        beginInsertRows({}, static_cast<int>(first), static_cast<int>(first + count) - 1);
+    }
+}
+
+void PresetListModel::itemsWereInserted(ItemID parent, std::size_t /*first*/, std::size_t /*count*/) {
+    if (parent == PresetList) {
+        endInsertRows();
+    }
+}
+
+void PresetListModel::itemsWillBeRemoved(ItemID parent, std::size_t first, std::size_t count) {
+    if (parent == PresetList) {
+        beginRemoveRows({}, static_cast<int>(first), static_cast<int>(first + count) - 1);
+    }
+}
+
+void PresetListModel::itemsWereRemoved(ItemID parent, std::size_t /*first*/, std::size_t /*count*/) {
+    if (parent == PresetList) {
+        endRemoveRows();
+    }
+}
+
+void PresetListModel::itemWillMove(ItemID oldParent, std::size_t from, ItemID /*newParent*/, std::size_t to) {
+    const int row = static_cast<int>(from);
+    _isMoving = oldParent == PresetList && beginMoveRows({}, row, row, {}, static_cast<int>(to));
+}
+
+void PresetListModel::itemDidMove(ItemID /*oldParent*/, std::size_t /*from*/, ItemID /*newParent*/, std::size_t /*to*/) {
+    if (std::exchange(_isMoving, false)) {
+        endMoveRows();
+    }
+}
+
+void PresetListModel::itemDidChange(ItemID item, std::string_view key) {
+    if (key == "label" && _document.isPreset(item)) {
+        const QModelIndex changed = indexOfPreset(item);
+        Q_EMIT dataChanged(changed, changed);
+    }
+}
+
+} // namespace orvane

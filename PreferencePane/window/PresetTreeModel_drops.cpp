@@ -1,0 +1,216 @@
+#include "window/PresetTreeModel.h"
+
+#include "window/Page.h"
+
+#include "model/NodeText.h"
+#include "platform/qt/QtText.h"
+
+#include <QByteArray>
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QMimeData>
+#include <QUrl>
+
+#include <array>
+#include <cstdint>
+
+// Items on their way: in the clipboard and under the pointer. Within one window they are told by their ids and can be moved; elsewhere
+// by their text. Files of a file manager become content files.
+
+namespace orvane {
+
+namespace {
+
+const QString ItemsMediaType = QStringLiteral("application/x-orvane-items");
+const QString NodesMediaType = QString::fromLatin1(NodeTextMediaType);
+constexpr std::size_t Last = SIZE_MAX;
+
+QByteArray bytesOfItems(const std::vector<ItemID> &items) {
+    QByteArray bytes = QByteArray::number(QCoreApplication::applicationPid());
+    for (const ItemID item : items) {
+        bytes += ' ' + QByteArray::number(static_cast<std::uint32_t>(item));
+    }
+    return bytes;
+}
+
+/// Items of this very program; none for anything else.
+std::vector<ItemID> itemsOfMimeData(const QMimeData &data, const PresetDocument &document) {
+    const QList<QByteArray> words = data.data(ItemsMediaType).split(' ');
+    std::vector<ItemID> items;
+    if (words.front().toLongLong() != QCoreApplication::applicationPid()) {
+        return items;
+    }
+    for (const QByteArray &word : words.mid(1)) {
+        const auto item = static_cast<ItemID>(word.toUInt());
+        if (document.contains(item) && document.isNode(item)) {
+            items.push_back(item);
+        }
+    }
+    return items;
+}
+
+std::optional<PropertyList> nodesOfMimeData(const QMimeData &data, PropertyListTextForm &form) {
+    if (data.hasFormat(NodesMediaType)) {
+        return nodesOfText(data.data(NodesMediaType).toStdString(), form);
+    }
+    return data.hasText() && !data.hasUrls() ? nodesOfText(QtUtf8Of(data.text()), form) : std::nullopt;
+}
+
+} // namespace
+
+QMimeData *PresetTreeModel::mimeDataOfItems(const std::vector<ItemID> &items, bool isDrag) const {
+    const auto text = textOfNodes(_document, items, _context.form);
+    if (!text) {
+        return nullptr;
+    }
+    auto *const data = new QMimeData;
+    data->setData(NodesMediaType, QByteArray::fromStdString(*text));
+    if (isDrag) {
+        data->setData(ItemsMediaType, bytesOfItems(items));
+    } else {
+        data->setText(QtTextOf(*text));
+    }
+    return data;
+}
+
+QStringList PresetTreeModel::mimeTypes() const {
+    return {ItemsMediaType, NodesMediaType, QStringLiteral("text/uri-list")};
+}
+
+QMimeData *PresetTreeModel::mimeData(const QModelIndexList &indexes) const {
+    std::vector<ItemID> items;
+    for (const QModelIndex &index : indexes) {
+        if (const ItemID item = itemOfIndex(index); index.column() == Name && _document.isNode(item)) {
+            items.push_back(item);
+        }
+    }
+    return items.empty() ? nullptr : mimeDataOfItems(items, true);
+}
+
+bool PresetTreeModel::canInsertMimeData(const QMimeData &data, ItemID parent, bool move) const {
+    if (parent == NoItem || !_document.canInsert(parent)) {
+        return false;
+    }
+    if (const auto items = itemsOfMimeData(data, _document); move && !items.empty()) {
+        return _document.canMove(items, parent);
+    }
+    if (data.hasFormat(NodesMediaType)) {
+        return true;
+    }
+    for (const QUrl &url : data.urls()) {
+        if (url.isLocalFile()) {
+            return true;
+        }
+    }
+    return nodesOfMimeData(data, _context.form).has_value();
+}
+
+std::vector<ItemID> PresetTreeModel::insertMimeData(const QMimeData &data, ItemID parent, int row, bool move) {
+    const std::size_t at = row < 0 ? Last : static_cast<std::size_t>(row);
+    if (!canInsertMimeData(data, parent, move)) {
+        return {};
+    }
+    if (auto items = itemsOfMimeData(data, _document); move && !items.empty()) {
+        _document.moveNodes(items, parent, at);
+        return items;
+    }
+    if (const auto nodes = nodesOfMimeData(data, _context.form)) {
+        return _document.insertNodes(*nodes, parent, at, "Paste");
+    }
+    return _insertFiles(data, parent, at);
+}
+
+bool PresetTreeModel::canDropMimeData(const QMimeData *data, Qt::DropAction action, int row, int /*column*/,
+                                      const QModelIndex &parent) const {
+    // Beside the top-level folder there is no place; a view asks for it below the last row.
+    const ItemID folder = parent.isValid() ? itemOfIndex(parent) : _preset == NoItem ? NoItem : _document.treeOf(_preset);
+    static_cast<void>(row);
+    return data != nullptr && canInsertMimeData(*data, folder, action == Qt::MoveAction);
+}
+
+bool PresetTreeModel::dropMimeData(const QMimeData *data, Qt::DropAction action, int row, int /*column*/, const QModelIndex &parent) {
+    if (data == nullptr || _preset == NoItem || action == Qt::IgnoreAction) {
+        return false;
+    }
+    const ItemID folder = parent.isValid() ? itemOfIndex(parent) : _document.treeOf(_preset);
+    const auto items = insertMimeData(*data, folder, parent.isValid() ? row : -1, action == Qt::MoveAction);
+    if (!items.empty()) {
+        Q_EMIT itemsDropped(items);
+    }
+    return !items.empty();
+}
+
+/// One node for a file or folder on disk, its contents stored; nothing, after a message, when that is impossible.
+std::optional<PropertyList> PresetTreeModel::_nodeOfPath(const std::string &path) {
+    std::string problem;
+    const QString shown = QtTextOf(path);
+    if (QFileInfo(QFile::decodeName(path.c_str())).isDir()) {
+        FolderImportRequest request;
+        request.folder = path;
+        request.withContent = true;
+        const auto imported = _context.contents.importFolder(request, problem);
+        if (!imported) {
+            _context.showMessage(translated("%1 cannot be added: %2").arg(shown, QtTextOf(problem)), true);
+            return std::nullopt;
+        }
+        if (!imported->warnings.empty()) {
+            _context.showMessage(QtTextOf(imported->warnings.front()), true);
+        }
+        const PropertyListValue *name = imported->preset.root().find("directoryName");
+        const PropertyListValue *tree = imported->preset.root().find("fileHierarchy");
+        PropertyListBuilder builder;
+        static_cast<void>(builder.adopt(imported->preset));
+        std::vector<PropertyListEntry> entries{{"filename", name == nullptr ? builder.string({}) : *name},
+                                               {"isFolder", PropertyListValue::ofBoolean(true)}};
+        if (tree != nullptr) {
+            for (const PropertyListEntry &entry : tree->dictionary()) {
+                if (entry.key != "filename" && entry.key != "isFolder") {
+                    entries.push_back(entry);
+                }
+            }
+        }
+        const std::array<PropertyListValue, 1> node{builder.dictionary(entries)};
+        return builder.finish(builder.array(node));
+    }
+    const auto stored = _context.contents.addContent(path, problem);
+    if (!stored) {
+        _context.showMessage(translated("%1 cannot be added: %2").arg(shown, QtTextOf(problem)), true);
+        return std::nullopt;
+    }
+    PropertyListBuilder builder;
+    // A file's own braces are no variables.
+    const std::string name = ORVEscapeBraces(path.substr(path.rfind('/') + 1));
+    const std::array<PropertyListEntry, 3> entries{{{"filename", builder.string(name)},
+                                                    {"isFolder", PropertyListValue::ofBoolean(false)},
+                                                    {"contentFilename", builder.string(*stored)}}};
+    const std::array<PropertyListValue, 1> node{builder.dictionary(entries)};
+    return builder.finish(builder.array(node));
+}
+
+std::vector<ItemID> PresetTreeModel::_insertFiles(const QMimeData &data, ItemID parent, std::size_t at) {
+    std::vector<PropertyList> nodes;
+    for (const QUrl &url : data.urls()) {
+        if (url.isLocalFile()) {
+            const QString path = QFileInfo(url.toLocalFile()).absoluteFilePath();
+            if (auto node = _nodeOfPath(QFile::encodeName(path).toStdString())) {
+                nodes.push_back(std::move(*node));
+            }
+        }
+    }
+    std::vector<ItemID> made;
+    if (nodes.empty()) {
+        return made;
+    }
+    const EditHistory::Step step(_context.history, "Add Files");
+    for (const PropertyList &node : nodes) {
+        for (const ItemID item : _document.insertNodes(node, parent, at, "Add Files")) {
+            made.push_back(item);
+            at = at == Last ? Last : at + 1;
+        }
+    }
+    _context.resourcesDidChange();
+    return made;
+}
+
+} // namespace orvane

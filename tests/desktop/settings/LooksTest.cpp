@@ -1,0 +1,132 @@
+// Pictures of the settings window in its states, light and dark, and what makes them look right. Run at 100 % and at 200 %.
+
+#include "SettingsWindowDesk.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QComboBox>
+#include <QLabel>
+#include <QListWidget>
+#include <QPalette>
+#include <QTabWidget>
+#include <QToolButton>
+
+namespace orvane::test {
+namespace {
+
+QPalette darkPalette() {
+    QPalette dark;
+    for (const auto &[role, colour] : std::initializer_list<std::pair<QPalette::ColorRole, QColor>>{
+             {QPalette::Window, QColor(43, 43, 46)},
+             {QPalette::WindowText, QColor(230, 230, 232)},
+             {QPalette::Base, QColor(30, 30, 32)},
+             {QPalette::AlternateBase, QColor(36, 36, 39)},
+             {QPalette::Text, QColor(230, 230, 232)},
+             {QPalette::Button, QColor(56, 56, 60)},
+             {QPalette::ButtonText, QColor(230, 230, 232)},
+             {QPalette::Highlight, QColor(61, 132, 224)},
+             {QPalette::HighlightedText, Qt::white},
+             {QPalette::ToolTipBase, QColor(56, 56, 60)},
+             {QPalette::ToolTipText, QColor(230, 230, 232)},
+             {QPalette::PlaceholderText, QColor(150, 150, 154)},
+         }) {
+        dark.setColor(role, colour);
+    }
+    return dark;
+}
+
+class SettingsLooks : public SettingsWindowTest {
+protected:
+    ~SettingsLooks() override { QApplication::setPalette(QPalette()); }
+
+    void showFilm() {
+        start();
+        window->openPaths({QtTextOf(paths.resourceFolder + "/presets/film-production/film-production.orvpreset")});
+        const PresetDocument &document = context().presets;
+        ASSERT_GT(document.numberOfPresets(), 0U);
+        QApplication::processEvents();
+    }
+    void picture(const std::string &name) {
+        QApplication::processEvents();
+        window->repaint();
+        QApplication::processEvents();
+        EXPECT_TRUE(waitUntil([&] { return takePicture(*window, "settings-" + name); }));
+    }
+    /// Everything that can be used has a name that is read out, and stands inside the window.
+    void expectUsable() {
+        for (const QWidget *each : window->findChildren<QWidget *>()) {
+            const bool takesKeys = each->focusPolicy() != Qt::NoFocus && each->isVisible() && each->isEnabled();
+            if (!takesKeys || qobject_cast<const QComboBox *>(each->parentWidget()) != nullptr) {
+                continue;
+            }
+            const auto *const button = qobject_cast<const QAbstractButton *>(each);
+            const bool hasText = button != nullptr && !button->text().isEmpty();
+            const bool isInner = each->objectName().startsWith(QStringLiteral("qt_")) || qobject_cast<const QTabBar *>(each) != nullptr;
+            EXPECT_TRUE(hasText || isInner || !each->accessibleName().isEmpty())
+                << each->metaObject()->className() << " " << each->objectName().toStdString();
+        }
+    }
+};
+
+TEST_F(SettingsLooks, TheEmptyStateInvites) {
+    start();
+    expectUsable();
+    picture("empty");
+}
+
+TEST_F(SettingsLooks, AFilmProduction) {
+    showFilm();
+    expectUsable();
+    tree().selectItems({context().presets.childAt(item(""), 0)});
+    picture("film");
+    widget<QTabWidget>("presetTabs")->setCurrentIndex(1);
+    picture("film-preview");
+    widget<QTabWidget>("presetTabs")->setCurrentIndex(2);
+    picture("film-variables");
+    widget<QTabWidget>("presetTabs")->setCurrentIndex(3);
+    picture("film-script");
+    for (const auto page : {SettingsWindow::Counters, SettingsWindow::General}) {
+        window->showPage(page);
+        picture("page-" + std::to_string(page));
+    }
+}
+
+TEST_F(SettingsLooks, Dark) {
+    QApplication::setPalette(darkPalette());
+    showFilm();
+    tree().selectItems({context().presets.childAt(item(""), 0)});
+    picture("film-dark");
+    widget<QTabWidget>("presetTabs")->setCurrentIndex(2);
+    picture("film-variables-dark");
+}
+
+TEST_F(SettingsLooks, SmallWindowsAndLongNames) {
+    writePresets({"One", "A label that is so long that nobody would think of it as a label any more, but somebody did"});
+    start();
+    window->resize(760, 480);
+    EXPECT_LE(window->width(), 780);
+    EXPECT_LE(window->height(), 500);
+    list().setCurrentIndex(list().model()->index(1, 0));
+    context().presets.setDirectoryName(context().presets.presetAt(1), "{Client} with a very long name {AutoNumber} and {Open at the end {");
+    context().presets.renameNode(item("A"), std::string(120, 'x') + "{Variable at the end of a very long name}");
+    context().presets.renameNode(item("B"), "{A:B} \\{kept\\} {Client}");
+    auto *const problems = widget<QListWidget>("problemList");
+    EXPECT_TRUE(waitUntil([&] { return problems->count() > 3; }));
+    picture("small");
+}
+
+TEST_F(SettingsLooks, MessagesStandInTheWindow) {
+    writePresets({"One"});
+    start();
+    context().presets.renamePreset(context().presets.presetAt(0), "Mine");
+    changeOnDisk(">One<", ">Theirs<");
+    ASSERT_TRUE(waitUntil([this] { return bar("conflictBar").isVisible(); }));
+    picture("conflict");
+    crash();
+    writeFile(preferencesFile(), "damaged");
+    start();
+    picture("unreadable");
+}
+
+} // namespace
+} // namespace orvane::test

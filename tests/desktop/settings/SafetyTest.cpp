@@ -1,0 +1,154 @@
+// The settings window beside other programs that write the preferences, beside files that cannot be read, and after a crash.
+
+#include "SettingsWindowDesk.h"
+
+#include <QApplication>
+#include <QProcess>
+
+#include <array>
+#include <filesystem>
+
+namespace orvane::test {
+namespace {
+
+using Labels = std::vector<std::string>;
+
+TEST_F(SettingsWindowTest, WhatAnotherProgramAddsIsTakenOverBesideWhatWasEdited) {
+    writePresets({"One", "Two"});
+    start();
+    changeOnDisk(">Two<", ">Zwei<");
+    context().presets.renamePreset(context().presets.presetAt(0), "Eins");
+    EXPECT_TRUE(waitUntil([this] { return diskLabels() == Labels{"Eins", "Zwei"}; }));
+    EXPECT_EQ(context().presets.label(context().presets.presetAt(1)), "Zwei");
+    EXPECT_TRUE(bar("conflictBar").isHidden());
+}
+
+TEST_F(SettingsWindowTest, TheSameChangedTwiceIsAskedAboutAndNothingIsWrittenUntilThen) {
+    writePresets({"One"});
+    start();
+    context().presets.renamePreset(context().presets.presetAt(0), "Mine");
+    changeOnDisk(">One<", ">Theirs<");
+    ASSERT_TRUE(waitUntil([this] { return bar("conflictBar").isVisible(); }));
+    EXPECT_TRUE(bar("conflictBar").text().contains(QStringLiteral("Theirs"))) << QtUtf8Of(bar("conflictBar").text());
+    EXPECT_EQ(diskLabels(), Labels{"Theirs"});
+    QTest::mouseClick(widget<QPushButton>("keepMine"), Qt::LeftButton);
+    EXPECT_TRUE(waitUntil([this] { return diskLabels() == Labels{"Mine"}; }));
+    EXPECT_TRUE(bar("conflictBar").isHidden());
+}
+
+TEST_F(SettingsWindowTest, TheOthersChangeCanBeTakenInstead) {
+    writePresets({"One"});
+    start();
+    context().presets.renamePreset(context().presets.presetAt(0), "Mine");
+    changeOnDisk(">One<", ">Theirs<");
+    ASSERT_TRUE(waitUntil([this] { return bar("conflictBar").isVisible(); }));
+    QTest::mouseClick(widget<QPushButton>("takeTheirs"), Qt::LeftButton);
+    EXPECT_TRUE(waitUntil([this] { return context().presets.label(context().presets.presetAt(0)) == "Theirs"; }));
+    EXPECT_EQ(diskLabels(), Labels{"Theirs"});
+}
+
+TEST_F(SettingsWindowTest, AnUnreadableFileIsShownAsSuchAndNeverReplaced) {
+    const std::string damaged = "<plist><dict><key>ORVPresets</key>";
+    writeFile(preferencesFile(), damaged);
+    start();
+    ASSERT_TRUE(bar("fileBar").isVisible());
+    EXPECT_TRUE(bar("fileBar").text().contains(QtTextOf(preferencesFile())));
+    EXPECT_FALSE(widget<QWidget>("presetsPage")->isEnabled());
+    QTest::keyClick(window.get(), Qt::Key_N, Qt::ControlModifier);
+    EXPECT_EQ(context().presets.numberOfPresets(), 0U);
+    stop();
+    EXPECT_EQ(readFile(preferencesFile()), damaged);
+}
+
+TEST_F(SettingsWindowTest, AFileThatWasRepairedIsReadAgain) {
+    writeFile(preferencesFile(), "damaged");
+    start();
+    ASSERT_TRUE(bar("fileBar").isVisible());
+    writePresets({"One"});
+    EXPECT_TRUE(waitUntil([this] { return context().presets.numberOfPresets() == 1; }));
+    EXPECT_TRUE(bar("fileBar").isHidden());
+    EXPECT_TRUE(widget<QWidget>("presetsPage")->isEnabled());
+    EXPECT_TRUE(widget<QLineEdit>("presetLabel")->isEnabled());
+}
+
+TEST_F(SettingsWindowTest, EditsThatCouldNotBeSavedAreOfferedAfterACrash) {
+    writePresets({"One"});
+    start();
+    context().presets.renamePreset(context().presets.presetAt(0), "Mine");
+    changeOnDisk(">One<", ">Theirs<");
+    ASSERT_TRUE(waitUntil([this] { return bar("conflictBar").isVisible(); }));
+    ASSERT_TRUE(waitUntil([this] { return std::filesystem::exists(paths.stateFolder + "/unsaved"); }));
+    crash();
+    changeOnDisk(">Theirs<", ">One<");
+    start();
+    ASSERT_TRUE(bar("recoveryBar").isVisible());
+    QTest::mouseClick(widget<QPushButton>("restoreEdits"), Qt::LeftButton);
+    EXPECT_TRUE(waitUntil([this] { return diskLabels() == Labels{"Mine"}; }));
+    EXPECT_TRUE(bar("recoveryBar").isHidden());
+}
+
+TEST_F(SettingsWindowTest, ClosingSavesAtOnceAndKeepsTheWindowsSize) {
+    writePresets({"One"});
+    start();
+    window->resize(900, 560);
+    const QSize size = window->size();
+    context().presets.renamePreset(context().presets.presetAt(0), "Last words");
+    stop();
+    EXPECT_EQ(diskLabels(), Labels{"Last words"});
+    start();
+    EXPECT_EQ(window->size(), size);
+}
+
+// Round trip ----------------------------------------------------------------------------------------------------------------
+
+/// Paths below a folder, folders with a slash behind them, in order.
+std::vector<std::string> namesBelow(const std::filesystem::path &folder) {
+    std::vector<std::string> names;
+    for (const auto &each : std::filesystem::recursive_directory_iterator(folder)) {
+        names.push_back(each.path().lexically_relative(folder).string() + (each.is_directory() ? "/" : ""));
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+TEST_F(SettingsWindowTest, APresetMadeInTheWindowGivesItsFoldersOnDisk) {
+    writeFile(path("/in/plan.txt"), "The plan\n");
+    start();
+    key(Qt::Key_N, Qt::ControlModifier);
+    keys(QStringLiteral("Round trip"));
+    key(Qt::Key_Tab);
+    key(Qt::Key_A, Qt::ControlModifier);
+    keys(QStringLiteral("{Client} {AutoJob}"));
+    tree().setFocus();
+    for (const char *name : {"Footage", "Sound {Client}"}) {
+        key(Qt::Key_Return);
+        ASSERT_TRUE(waitUntil([this] { return editor() != nullptr; }));
+        keys(QtTextOf(name));
+        key(Qt::Key_Return);
+        ASSERT_TRUE(waitUntil([this] { return editor() == nullptr; }));
+    }
+    tree().selectItems({item("Footage")});
+    tree().addFilesAtPaths({QtTextOf(path("/in/plan.txt"))});
+    const std::array items{item("Footage/plan.txt")};
+    ASSERT_TRUE(context().presets.setPermissions(items, "640"));
+    stop();
+
+    const std::string target = path("/out");
+    std::filesystem::create_directories(target);
+    QProcess orvane;
+    orvane.start(QtTextOf(environment("ORVANE_TEST_PROGRAM")),
+                 {QStringLiteral("create"), QStringLiteral("Round trip"), QStringLiteral("--in"), QtTextOf(target), QStringLiteral("--set"),
+                  QStringLiteral("Client=ACME"), QStringLiteral("--set"), QStringLiteral("AutoJob=7"), QStringLiteral("--no-open")});
+    ASSERT_TRUE(orvane.waitForFinished(30000));
+    ASSERT_EQ(orvane.exitCode(), 0) << orvane.readAllStandardError().toStdString();
+    EXPECT_EQ(namesBelow(target),
+              (std::vector<std::string>{"ACME 7/", "ACME 7/Footage/", "ACME 7/Footage/plan.txt", "ACME 7/Sound ACME/"}));
+    EXPECT_EQ(readFile(target + "/ACME 7/Footage/plan.txt"), "The plan\n");
+    EXPECT_EQ(std::filesystem::status(target + "/ACME 7/Footage/plan.txt").permissions(), std::filesystem::perms(0640));
+
+    start(); // the counter of that creation is shown now
+    EXPECT_EQ(context().counters.value("AutoJob"), "7");
+}
+
+} // namespace
+} // namespace orvane::test
