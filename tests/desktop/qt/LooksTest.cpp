@@ -64,7 +64,11 @@ protected:
         expectEverythingHasAName(*shownWindow(window));
         EXPECT_TRUE(takePicture(*shownWindow(window), picture(what)));
     }
-    static bool isPainted(const char *window) { return isActive(window) && shownWindow(window)->windowHandle()->isExposed(); }
+    /// Shown, and where the window manager puts it.
+    static bool isPainted(const char *window) {
+        return isActive(window) && shownWindow(window)->windowHandle()->isExposed() &&
+               shownWindow(window)->screen()->availableGeometry().contains(shownWindow(window)->frameGeometry());
+    }
     static bool saysProblem(const char *part) {
         return child<QLabel>(PromptWindowName, "problem")->text().contains(QString::fromUtf8(part));
     }

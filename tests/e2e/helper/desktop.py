@@ -139,6 +139,36 @@ def difference(before, after, top=0):
     return min(columns), min(rows), max(columns) - min(columns) + 1, max(rows) - min(rows) + 1
 
 
+def stays(before):
+    """Whether what appeared at the bottom of the screen is at its place: trays grow and move for a new icon."""
+    place = difference(before, screen(), HEIGHT - 40)
+    return place is not None and holds(lambda: difference(before, screen(), HEIGHT - 40) == place, 0.4)
+
+
+def open_menu(before, place):
+    """Clicks the icon, and once more where the tray was not ready for the first click."""
+
+    def is_open():
+        return (difference(before, screen()) or (0, 0, 0, 0))[3] > 60
+
+    click(*place())
+    try:
+        return wait(is_open, "the menu to be open", 8)
+    except TimeIsUp:
+        click(*place())
+        return wait(is_open, "the menu to be open")
+
+
+def click_for_menu(place):
+    """Clicks the icon, and once more where the tray was not ready for the first click; the menu."""
+    click(*place())
+    try:
+        return wait(popup_menu, "the menu to be up", 8)
+    except TimeIsUp:
+        click(*place())
+        return menu()
+
+
 def picture(name):
     """Leaves a picture of the screen in the build folder."""
     folder = os.environ.get("ORVANE_TEST_SCREENSHOTS")

@@ -14,7 +14,7 @@ import gi
 gi.require_version("Gio", "2.0")
 from gi.repository import Gio, GLib  # noqa: E402 (after the version)
 
-from desktop import LIMIT, NAME, Desktop, output, wait
+from desktop import LIMIT, NAME, Desktop, geometry, output, wait
 
 BUS = ("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus")
 WATCHER = "org.kde.StatusNotifierWatcher"
@@ -148,6 +148,12 @@ def embedded_icons():
             if "_XEMBED_INFO" in output("xprop", "-id", found.group(1)) and "IsViewable" in output("xwininfo", "-id", found.group(1)):
                 icons.append(int(found.group(1), 16))
     return icons
+
+
+def middle_of_icon():
+    """Where to click on the helper's icon in a tray that has it."""
+    x, y, width, height = geometry(embedded_icons()[0])
+    return x + width // 2, y + height // 2
 
 
 def ticks(process):

@@ -3,7 +3,7 @@
 import os
 
 from desktop import *
-from neighbours import DesktopWithOwnBus, Tray, embedded_icons, labels, names, ticks
+from neighbours import DesktopWithOwnBus, Tray, embedded_icons, labels, middle_of_icon, names, ticks
 
 CALM = 3  # ticks that a program may take within two seconds that does nothing; one that spins takes 200
 
@@ -30,9 +30,7 @@ class Bus(DesktopWithOwnBus):
         wait(lambda: len(embedded_icons()) == 1, "the icon in the tray")
 
     def click_icon(self):
-        x, y, width, height = geometry(embedded_icons()[0])
-        click(x + width // 2, y + height // 2)
-        return menu()
+        return click_for_menu(middle_of_icon)
 
     def assert_calm(self):
         before = ticks(self.process)

@@ -1,7 +1,7 @@
 """A thousand presets, and labels of every kind: over the bus, on the screen, and with the keyboard to the very last."""
 
 from desktop import *
-from neighbours import FIXED, Tray, embedded_icons, labels
+from neighbours import FIXED, Tray, embedded_icons, labels, middle_of_icon
 
 PANEL = "Orvane: Choose Parent Folder"
 ODD = ["Rock & Roll && more", "snake_case __name__", "left\tright", "two\nlines", "Fest 🎬 film 👩‍👩‍👧 flag 🇩🇪", "פרויקט חדש (1)",
@@ -21,9 +21,7 @@ class LongMenu(Desktop):
         wait(lambda: labels(self.process)[-2:] == FIXED and embedded_icons(), "menu and icon")
 
     def click_icon(self):
-        x, y, width, height = geometry(embedded_icons()[0])
-        click(x + width // 2, y + height // 2)
-        return menu()
+        return click_for_menu(middle_of_icon)
 
     def test_labels_over_the_bus(self):
         self.start_with(ODD)

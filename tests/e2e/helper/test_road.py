@@ -17,7 +17,7 @@ class Road(Desktop):
     def icon(self, before):
         """Middle of what appeared at the bottom of the screen."""
         box = wait(lambda: difference(before, screen(), HEIGHT - 40), "the icon in the tray")
-        wait(lambda: holds(lambda: difference(before, screen(), HEIGHT - 40) is not None, 0.2), "the icon to stay")
+        wait(lambda: stays(before), "the icon to stay")
         x, y, width, height = difference(before, screen(), HEIGHT - 40) or box
         return x + width // 2, y + height // 2
 
@@ -28,8 +28,7 @@ class Road(Desktop):
         self.start()
         x, y = self.icon(before)
         picture("tray-icon")
-        click(x, y)
-        wait(lambda: (difference(before, screen()) or (0, 0, 0, 0))[3] > 60, "the menu to be open")
+        open_menu(before, lambda: (x, y))
         picture("tray-menu")
         keys("Down", "Down", "Return")
         active("Orvane: Choose Parent Folder")

@@ -1,7 +1,7 @@
 """Users who double-click, choose twice, close windows by their frames, pull the tray away and type nonsense."""
 
 from desktop import *
-from neighbours import Tray, choose, embedded_icons, labels
+from neighbours import Tray, choose, embedded_icons, labels, middle_of_icon
 
 PROMPT, PANEL, ALERT = "New Folder from Preset", "Orvane: Choose Parent Folder", "^Orvane$"
 
@@ -16,8 +16,7 @@ class RoughHandling(Desktop):
         wait(lambda: len(labels(self.process)) == len(presets) + 2 and embedded_icons(), "menu and icon")
 
     def icon(self):
-        x, y, width, height = geometry(embedded_icons()[0])
-        return x + width // 2, y + height // 2
+        return middle_of_icon()
 
     def open_prompt(self, *names):
         self.pop_up_for(self.projects)
@@ -37,8 +36,7 @@ class RoughHandling(Desktop):
         if popup_menu():
             keys("Escape")
         wait(lambda: not popup_menu(), "the menu to go")
-        click(x, y)
-        menu()
+        click_for_menu(self.icon)
         keys("Down", "Return")
         active(PANEL)
         keys("Escape")
@@ -84,8 +82,7 @@ class RoughHandling(Desktop):
 
     def test_the_tray_goes_while_its_menu_is_open(self):
         self.start_in_tray([preset("Plain", "Plain folder")])
-        click(*self.icon())
-        menu()
+        click_for_menu(self.icon)
         self.tray.kill()
         wait(lambda: not embedded_icons(), "the icon to go")
         self.assert_alive()
@@ -94,8 +91,7 @@ class RoughHandling(Desktop):
             wait(lambda: not popup_menu(), "the menu to go")
         self.tray.start()
         wait(embedded_icons, "the icon to be back")
-        click(*self.icon())
-        menu()
+        click_for_menu(self.icon)
         keys("Escape")
         self.assert_alive()
 

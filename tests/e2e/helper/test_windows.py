@@ -14,7 +14,7 @@ class Windows(Desktop):
         """What appeared at the bottom of the screen: left edge, upper edge, and its pixels row by row. A panel that lists windows, too,
         moves it."""
         wait(lambda: difference(before, screen(), HEIGHT - 40), "the icon in the tray")
-        wait(lambda: holds(lambda: difference(before, screen(), HEIGHT - 40) is not None, 0.2), "the icon to stay")
+        wait(lambda: stays(before), "the icon to stay")
         now = screen()
         x, y, width, height = difference(before, now, HEIGHT - 40)
         return x, y, [now[((y + row) * WIDTH + x) * 3:((y + row) * WIDTH + x + width) * 3] for row in range(height)]
@@ -42,8 +42,7 @@ class Windows(Desktop):
     def choose_in_tray(self, icon, *names):
         wait(lambda: self.find(icon) == (time.sleep(0.2), self.find(icon))[1], "the icon to stay where it is")
         before = screen()
-        click(*self.find(icon))
-        wait(lambda: (difference(before, screen()) or (0, 0, 0, 0))[3] > 60, "the menu to be open")
+        open_menu(before, lambda: self.find(icon))
         keys(*names)
 
     def prompt(self):
