@@ -52,6 +52,7 @@ if [ "${ORVANE_DESKTOP_STAGE-}" = 2 ]; then
     else
         export NO_AT_BRIDGE=1
     fi
+    export DESKTOP_TRAY=$tray # for tests that differ by it
     case $tray in
     trayer) trayer --edge bottom --height 32 >"$DESKTOP_SCRATCH/tray.log" 2>&1 & ;;
     xfce4-panel)

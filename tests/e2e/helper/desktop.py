@@ -139,6 +139,19 @@ def difference(before, after, top=0):
     return min(columns), min(rows), max(columns) - min(columns) + 1, max(rows) - min(rows) + 1
 
 
+def screen_with_tray():
+    """The screen as soon as the tray at its bottom is drawn, the helper's icon not yet in it. Some are drawn with their first icon."""
+
+    def strip():
+        return screen()[(HEIGHT - 40) * WIDTH * 3:]
+
+    if os.environ["DESKTOP_TRAY"] == "trayer":
+        return screen()
+    wait(lambda: any(strip()), "the tray to be drawn")
+    wait(lambda: (lambda now: holds(lambda: strip() == now, 0.3))(strip()), "the tray to be ready")
+    return screen()
+
+
 def stays(before):
     """Whether what appeared at the bottom of the screen is at its place: trays grow and move for a new icon."""
     place = difference(before, screen(), HEIGHT - 40)

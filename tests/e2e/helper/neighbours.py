@@ -14,7 +14,7 @@ import gi
 gi.require_version("Gio", "2.0")
 from gi.repository import Gio, GLib  # noqa: E402 (after the version)
 
-from desktop import LIMIT, NAME, Desktop, geometry, output, wait
+from desktop import HEIGHT, LIMIT, NAME, Desktop, difference, geometry, output, screen, stays, wait
 
 BUS = ("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus")
 WATCHER = "org.kde.StatusNotifierWatcher"
@@ -148,6 +148,14 @@ def embedded_icons():
             if "_XEMBED_INFO" in output("xprop", "-id", found.group(1)) and "IsViewable" in output("xwininfo", "-id", found.group(1)):
                 icons.append(int(found.group(1), 16))
     return icons
+
+
+def place_of_icon(before):
+    """Where the helper's icon is at the bottom of the screen, once it stays there: x, y, width, height."""
+    wait(lambda: difference(before, screen(), HEIGHT - 40), "the icon in the tray")
+    wait(lambda: stays(before), "the icon to stay")
+    icons = embedded_icons()
+    return geometry(icons[0]) if icons else difference(before, screen(), HEIGHT - 40)
 
 
 def middle_of_icon():

@@ -2,6 +2,7 @@
 
 import stat
 from desktop import *
+from neighbours import place_of_icon
 
 
 class Road(Desktop):
@@ -16,15 +17,13 @@ class Road(Desktop):
 
     def icon(self, before):
         """Middle of what appeared at the bottom of the screen."""
-        box = wait(lambda: difference(before, screen(), HEIGHT - 40), "the icon in the tray")
-        wait(lambda: stays(before), "the icon to stay")
-        x, y, width, height = difference(before, screen(), HEIGHT - 40) or box
+        x, y, width, height = place_of_icon(before)
         return x + width // 2, y + height // 2
 
     def test_a_click_on_the_icon_and_a_few_keys_make_the_folder(self):
         self.note_script()
         self.write_preferences([preset("Photo", "{Shoot}"), self.film()], ORVAutomaticVars={"AutoJob": "41"})
-        before = screen()
+        before = screen_with_tray()
         self.start()
         x, y = self.icon(before)
         picture("tray-icon")

@@ -3,6 +3,7 @@
 import signal
 import time
 from desktop import *
+from neighbours import place_of_icon
 
 PROMPT = "^New Folder from Preset$"
 PANEL = "^Orvane: Choose Parent Folder$"
@@ -13,10 +14,8 @@ class Windows(Desktop):
     def icon(self, before):
         """What appeared at the bottom of the screen: left edge, upper edge, and its pixels row by row. A panel that lists windows, too,
         moves it."""
-        wait(lambda: difference(before, screen(), HEIGHT - 40), "the icon in the tray")
-        wait(lambda: stays(before), "the icon to stay")
+        x, y, width, height = place_of_icon(before)
         now = screen()
-        x, y, width, height = difference(before, now, HEIGHT - 40)
         return x, y, [now[((y + row) * WIDTH + x) * 3:((y + row) * WIDTH + x + width) * 3] for row in range(height)]
 
     @staticmethod
@@ -35,7 +34,7 @@ class Windows(Desktop):
     def begin(self, *presets):
         """A helper in the tray; its icon."""
         self.write_preferences(presets or [preset("Film", "{Client}"), preset("Photo", "{Shoot}")])
-        before = screen()
+        before = screen_with_tray()
         self.start()
         return self.icon(before)
 
