@@ -42,6 +42,7 @@ void prepare(QFileDialog &panel, const OpenPanelSettings &settings) {
     const bool directoriesOnly = settings.canChooseDirectories && !settings.canChooseFiles;
     panel.setFileMode(directoriesOnly ? QFileDialog::Directory : QFileDialog::ExistingFile);
     panel.setOption(QFileDialog::ShowDirsOnly, directoriesOnly);
+    panel.setSupportedSchemes({QStringLiteral("file")}); // folders are made here, not on another computer's share by its address
     panel.setOption(QFileDialog::ReadOnly, !settings.canCreateDirectories); // no new folders, and no renaming either
     panel.setWindowTitle(QtTextOf(settings.title));
     panel.setLabelText(QFileDialog::Accept, QtTextOf(settings.prompt));
@@ -76,7 +77,7 @@ std::optional<std::vector<std::string>> QtOpenPanel::runModal(const OpenPanelSet
     const int result = panel.exec();
     _isUp = false;
     const QStringList chosen = panel.selectedFiles();
-    if (result != QDialog::Accepted || chosen.isEmpty()) {
+    if (result != QDialog::Accepted || chosen.isEmpty() || !QDir::isAbsolutePath(chosen.front())) {
         return {};
     }
     _remember(settings.canChooseDirectories ? chosen.front() : QFileInfo(chosen.front()).path());
