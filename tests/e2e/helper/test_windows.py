@@ -135,7 +135,7 @@ class Windows(Desktop):
         took = time.monotonic() - begin
         for index in range(1000):
             (self.projects / f"try {index}").rmdir()
-        branches = max(30, min(150, round(3 / took)))
+        branches = max(150, min(300, round(6 / took)))
         leaves = [node(f"leaf {index}", []) for index in range(1000)]
         return preset("Huge", "{Client}", [node(f"branch {index}", leaves) for index in range(branches)]), branches * 1001
 
