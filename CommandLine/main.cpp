@@ -87,10 +87,12 @@ bool standardStreamsAreOpen() {
 }
 
 ExitStatus runCommand(const Command &command, const CommandArguments &arguments) {
+    const mode_t umask = umaskOfSingleThread();
     PosixUserFolders folders;
     PosixSystemLog log(folders.stateDirectory());
     PosixPreferencesStore preferences(folders.preferencesFile(), folders.stateDirectory() + "/preferences.lock", log);
-    PosixFileSystem fileSystem;
+    PosixFileSystem fileSystem(umask);
+    fileSystem.setLog(log);
     PosixFinderInformation finderInformation;
     BusProgramNotifications notifications;
     PosixClock clock;

@@ -24,6 +24,17 @@ bool hasControlCharacter(std::string_view text) {
     return std::any_of(text.begin(), text.end(), [](char c) { return (c >= 0 && c < ' ') || c == '\x7f'; });
 }
 
+/// Whether there is one half of a surrogate pair, which stands there as three bytes of its own (U+D800 to U+DFFF: a byte ED,
+/// then one from A0 on).
+bool hasUnpairedSurrogate(std::string_view text) {
+    for (std::size_t at = text.find('\xED'); at != std::string_view::npos; at = text.find('\xED', at + 1)) {
+        if (at + 1 < text.size() && static_cast<unsigned char>(text[at + 1]) >= 0xA0) {
+            return true;
+        }
+    }
+    return false;
+}
+
 std::string cleaned(std::string_view text) {
     return ORVPresetManager::cleanFilesystemEntities(text);
 }
@@ -149,6 +160,9 @@ struct NameCheck {
         } else if (hasControlCharacter(literal)) {
             add(Severity::Warning, "the name holds a control character, such as a line feed");
         }
+        if (hasUnpairedSurrogate(literal)) {
+            add(Severity::Warning, "the name holds half of a surrogate pair, which is no character: many programs cannot show such a name");
+        }
         if (literal.find_first_of(":/") == std::string::npos) {
             return;
         }
@@ -167,6 +181,27 @@ std::vector<ORVNameProblem> checkName(std::string_view name, const ORVVariableUs
     NameCheck check{name, variables, isTopFolder};
     check.checkAll();
     return std::move(check.problems);
+}
+
+/// What becomes of two items of one name. A folder goes into one that is there; a file, and a folder to be copied, which is a
+/// file in the tree, empties a file that is there, and cannot be made over anything else.
+ORVNameProblem problemOfSameName(ORVSiblingKind first, ORVSiblingKind second, std::vector<std::string> arguments) {
+    using Kind = ORVSiblingKind;
+    if (first == Kind::Folder && second == Kind::Folder) {
+        return {Severity::Warning, "'%1' is also the name of children[%2]: both become one folder", std::move(arguments)};
+    }
+    if (first == Kind::CopiedFolder && second == Kind::Folder) {
+        return {Severity::Warning,
+                "'%1' is also the name of children[%2], a folder that is copied: both become one folder, in which a file that both hold "
+                "is empty",
+                std::move(arguments)};
+    }
+    if (first == Kind::Folder || first == Kind::CopiedFolder || second == Kind::Folder) {
+        return {Severity::Error, "'%1' is also the name of children[%2]: the creation will fail", std::move(arguments)};
+    }
+    const bool losesSomething = first != Kind::EmptyFile || second != Kind::EmptyFile;
+    return {losesSomething ? Severity::Error : Severity::Warning, "'%1' is also the name of children[%2]: they become one empty file",
+            std::move(arguments)};
 }
 
 std::string withBlanksReplaced(std::string text) {
@@ -217,22 +252,13 @@ std::vector<ORVVariableProblem> ORVVariableUse::problems(bool hasScript, TextCas
     return result;
 }
 
-std::optional<ORVNameProblem> ORVSiblingNames::add(std::string_view filename, std::size_t index, bool isFolder, bool holdsSomething,
+std::optional<ORVNameProblem> ORVSiblingNames::add(std::string_view filename, std::size_t index, ORVSiblingKind kind,
                                                    const ORVVariableUse &variables, TextCase &textCase) {
     const std::string name = cleaned(variables.isEmpty() ? std::string(filename) : ORVUnescapeBraces(filename));
-    const auto [same, isNew] = _names.try_emplace(name, Sibling{index, isFolder, holdsSomething});
+    const auto [same, isNew] = _names.try_emplace(name, Sibling{index, kind});
     const auto [sameInUpperCase, isNewInUpperCase] = _namesInUpperCase.try_emplace(textCase.uppercase(name), index);
     if (!isNew) {
-        const Sibling &first = same->second;
-        std::vector<std::string> arguments{name, std::to_string(first.index)};
-        if (isFolder && first.isFolder) {
-            return ORVNameProblem{Severity::Warning, "'%1' is also the name of children[%2]: both become one folder", arguments};
-        }
-        if (isFolder || first.isFolder) {
-            return ORVNameProblem{Severity::Error, "'%1' is also the name of children[%2]: the creation will fail", arguments};
-        }
-        return ORVNameProblem{holdsSomething || first.holdsSomething ? Severity::Error : Severity::Warning,
-                              "'%1' is also the name of children[%2]: they become one empty file", arguments};
+        return problemOfSameName(same->second.kind, kind, {name, std::to_string(same->second.index)});
     }
     if (!isNewInUpperCase) {
         return ORVNameProblem{Severity::Warning,

@@ -48,19 +48,20 @@ private:
     std::size_t _longest = 0;
 };
 
+/// What an item of the tree will be on disk.
+enum class ORVSiblingKind { EmptyFile, FileWithContents, CopiedFolder, Folder };
+
 /// The names inside one folder.
 class ORVSiblingNames {
 public:
     /// Adds the template of child number `index`; a problem when it cannot be told from one added before.
-    /// `holdsSomething`: a folder, or a file with contents.
-    [[nodiscard]] std::optional<ORVNameProblem> add(std::string_view filename, std::size_t index, bool isFolder, bool holdsSomething,
+    [[nodiscard]] std::optional<ORVNameProblem> add(std::string_view filename, std::size_t index, ORVSiblingKind kind,
                                                     const ORVVariableUse &variables, TextCase &textCase);
 
 private:
     struct Sibling {
         std::size_t index;
-        bool isFolder;
-        bool holdsSomething;
+        ORVSiblingKind kind;
     };
     std::unordered_map<std::string, Sibling> _names;
     std::unordered_map<std::string, std::size_t> _namesInUpperCase;

@@ -318,10 +318,21 @@ struct ORVPresetChecker::Run {
             return;
         }
         addNameProblems("filename", ORVCheckNodeName(name, variables));
-        const bool holdsSomething = isFolder(node) || !ORVTextValue(node.find("contentFilename")).empty();
-        if (auto clash = folder.siblings.add(name, folder.next, isFolder(node), holdsSomething, variables, checker._textCase)) {
+        if (auto clash = folder.siblings.add(name, folder.next, kindOf(node), variables, checker._textCase)) {
             add(clash->severity, "filename", clash->format, std::move(clash->arguments));
         }
+    }
+
+    ORVSiblingKind kindOf(const PropertyListValue &node) {
+        if (isFolder(node)) {
+            return ORVSiblingKind::Folder;
+        }
+        const std::string content = ORVTextValue(node.find("contentFilename"));
+        if (content.empty()) {
+            return ORVSiblingKind::EmptyFile;
+        }
+        const bool isCopiedFolder = checker._resources.stateOfContent(content) == ORVContentState::UsableFolder;
+        return isCopiedFolder ? ORVSiblingKind::CopiedFolder : ORVSiblingKind::FileWithContents;
     }
 
     void checkIsFolder(const PropertyListValue &node) {

@@ -81,8 +81,12 @@ void ORVPresetManager::createFileHierarchyFromSurveyedPreset(const PropertyListV
             return;
         }
         topLevelName = replaceBracketedKeysReplace(nameTemplate, _promptValues);
-        // Before any check, so that a counter advances even when nothing is made then; deliberate.
-        _countersWereStored = _storeAutomaticValuesOfRows(countersWereRead);
+        // Before any check, so that a counter advances even when nothing is made then; deliberate. The dictionary is stored even
+        // without counters to advance, unless it stands there already: then nothing would change.
+        const bool isThere = countersWereRead && variables.storage.root().isDictionary();
+        if (!isThere || std::any_of(names.begin(), names.end(), isAutomaticVariable)) {
+            _countersWereStored = _storeAutomaticValuesOfRows(countersWereRead);
+        }
     }
     countersHeld.reset();
     const std::string parent = *_contextualDirectory;

@@ -5,6 +5,7 @@
 #include "presets/ORVPropertyListReading.h"
 #include "presets/ORVUTF16.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <new>
 #include <utility>
@@ -22,6 +23,22 @@ bool isSpace(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
+/// What substitution or cleaning could change.
+bool isSpecial(char c) {
+    return c == '{' || c == '}' || c == '\\' || c == ':' || c == '/';
+}
+
+/// Alerts name the item alone; the log has the system's reason, too. An entry for which there is no memory is lost: whoever
+/// has failed must still come to take away what was made.
+void logFailure(SystemLog &log, std::string_view message, int error) {
+    try {
+        const std::string reason = error != 0 ? ' ' + ORVTextOfSystemError(error) + '.' : std::string();
+        log.log("ORV creation error: " + std::string(message) + reason);
+    } catch (const std::bad_alloc &) {
+        return;
+    }
+}
+
 } // namespace
 
 std::string ORVPresetManager::cleanFilesystemEntities(std::string_view name) {
@@ -37,7 +54,7 @@ std::string ORVPresetManager::cleanFilesystemEntities(std::string_view name) {
 void ORVPresetManager::_putNameOf(const PropertyListValue *filename, std::span<const PromptValueRow> rows, std::string &name) const {
     std::string storage;
     const std::string_view text = ORVTextView(filename, storage);
-    if (text.find_first_of("{}\\:/") == std::string_view::npos) { // as most are: nothing to substitute or to clean
+    if (std::none_of(text.begin(), text.end(), isSpecial)) { // as most are: nothing to substitute or to clean
         name = text;
     } else {
         name = cleanFilesystemEntities(replaceBracketedKeysReplace(text, rows));
@@ -82,10 +99,14 @@ bool ORVPresetManager::_createNode(const PropertyListValue &node, std::string_vi
     }
     const std::string topPath = stringByAppendingPathComponent(basePath, topName);
     // Folders that are missing on the way are made for a folder, but not for a file.
+    errno = 0;
     std::unique_ptr<HierarchyWriter> writer =
         isFolder || _ports.fileSystem.fileExists(basePath) ? _ports.fileSystem.beginHierarchy(basePath.empty() ? "." : basePath) : nullptr;
     if (!writer) {
-        _setFileCreationError(isFolder ? "Unable to create directory " + topPath + "." : "Unable to create file '" + topPath + "'.");
+        const int error = errno;
+        const std::string message = isFolder ? "Unable to create directory " + topPath + "." : "Unable to create file '" + topPath + "'.";
+        logFailure(_ports.log, message, error);
+        _setFileCreationError(message);
         return false;
     }
     CreationRun run{*this, replacePairs, survey};
@@ -95,9 +116,13 @@ bool ORVPresetManager::_createNode(const PropertyListValue &node, std::string_vi
     if (!made && run.dependsOnOrder && !wasStopped) {
         return _createNodeAgain(node, basePath, replacePairs, std::move(writer));
     }
+    run.logEmptied();
     if (!made) {
-        if (walk.error()) {
-            _setFileCreationError(*walk.error());
+        if (walk.failure().message) {
+            _setFileCreationError(*walk.failure().message);
+        }
+        if (!wasStopped && !walk.failure().entry().empty()) {
+            logFailure(_ports.log, walk.failure().entry(), walk.failure().error);
         }
         _failedHierarchy = std::move(writer);
         _failedPath = topPath;
@@ -113,6 +138,7 @@ bool ORVPresetManager::_makeOrRunOutOfMemory(CreationWalk &walk, const PropertyL
         return walk.make({&node, 1});
     } catch (const std::bad_alloc &) {
         _setFileCreationError("Unable to create directory " + topPath + ".");
+        logFailure(_ports.log, "Unable to create directory " + topPath + ".", ENOMEM);
         return false;
     }
 }

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <new>
+#include <system_error>
 #include <utility>
 
 namespace orvane {
@@ -52,6 +53,10 @@ std::uint64_t hashOfName(std::string_view name) {
 
 } // namespace
 
+std::string ORVTextOfSystemError(int error) {
+    return std::generic_category().message(error);
+}
+
 const ContentSource *ORVPresetManager::CreationRun::contentNamed(std::string_view contentFilename) {
     const std::lock_guard lock(_monitor);
     if (const auto known = _contents.find(contentFilename); known != _contents.end()) {
@@ -61,6 +66,25 @@ const ContentSource *ORVPresetManager::CreationRun::contentNamed(std::string_vie
         manager._ports.fileSystem.contentSource(stringByAppendingPathComponent(_contentFolder(), contentFilename));
     _contents.emplace(contentFilename, source);
     return source;
+}
+
+void ORVPresetManager::CreationRun::noteEmptied(std::string_view path, int error) {
+    const std::lock_guard lock(_monitor);
+    if (_emptied++ == 0) {
+        _firstEmptied.append("'").append(path).append("': ").append(ORVTextOfSystemError(error));
+    }
+}
+
+void ORVPresetManager::CreationRun::logEmptied() {
+    if (_emptied == 0) {
+        return;
+    }
+    try {
+        const std::string others = _emptied > 1 ? " (" + std::to_string(_emptied - 1) + " more like it)" : "";
+        manager._ports.log.log("The contents could not be copied, so the file is empty: " + _firstEmptied + others);
+    } catch (const std::bad_alloc &) { // lost, but what follows must happen
+        return;
+    }
 }
 
 bool ORVPresetManager::CreationRun::isAmongContents(std::string_view path) {
@@ -108,6 +132,7 @@ bool ORVPresetManager::CreationWalk::_makeNode(const PropertyListValue &node) {
     const ORVNodeEntries entries(node);
     _run.manager._putNameOf(entries.filename, _run.replacePairs, _name);
     if (_name.empty()) {
+        _failure = {std::nullopt, "An item in '" + _path + "' has an empty name."};
         return false; // deliberately without an error of its own: the last one stays
     }
     const bool made = ORVBoolValue(entries.isFolder) ? _enter(entries) : _makeFile(entries);
@@ -120,9 +145,7 @@ bool ORVPresetManager::CreationWalk::_makeNode(const PropertyListValue &node) {
 bool ORVPresetManager::CreationWalk::_enter(const ORVNodeEntries &entries) {
     const std::size_t parentLength = _path.size();
     if (!_writer.enterFolder(_name)) {
-        _noteFailure();
-        _error = "Unable to create directory " + stringByAppendingPathComponent(_path, _name) + ".";
-        return false;
+        return _fail("Unable to create directory " + stringByAppendingPathComponent(_path, _name) + ".");
     }
     if (_path.empty() || _path.back() != '/') {
         _path += '/';
@@ -141,15 +164,12 @@ bool ORVPresetManager::CreationWalk::_makeFile(const ORVNodeEntries &entries) {
         if (_writer.copyItem(_name, *source, attributes)) {
             return true;
         }
-        _noteFailure();
+        _noteReason();
+        _run.noteEmptied(stringByAppendingPathComponent(_path, _name), _writer.lastError());
     }
     // Deliberately no message about contents that are missing or cannot be copied: the file is made empty instead.
-    if (_writer.makeEmptyFile(_name, attributes)) {
-        return true;
-    }
-    _noteFailure();
-    _error = "Unable to create file '" + stringByAppendingPathComponent(_path, _name) + "'.";
-    return false;
+    return _writer.makeEmptyFile(_name, attributes) ||
+           _fail("Unable to create file '" + stringByAppendingPathComponent(_path, _name) + "'.");
 }
 
 const ContentSource *ORVPresetManager::CreationWalk::_contentNamed(std::string_view contentFilename) {
@@ -164,7 +184,13 @@ const ContentSource *ORVPresetManager::CreationWalk::_contentNamed(std::string_v
     return source;
 }
 
-void ORVPresetManager::CreationWalk::_noteFailure() {
+bool ORVPresetManager::CreationWalk::_fail(std::string message) {
+    _noteReason();
+    _failure = {std::move(message), {}, _writer.lastError()};
+    return false;
+}
+
+void ORVPresetManager::CreationWalk::_noteReason() {
     if (_shared != nullptr && dependsOnOrder(_writer.lastError())) {
         _run.dependsOnOrder = true;
     }
@@ -201,7 +227,7 @@ bool ORVPresetManager::CreationWalk::_makeOnTwoThreads(OpenFolder &folder) {
         return true;
     }
     folder.left = {};
-    _error = std::move(shared.error);
+    _failure = std::move(shared.failure);
     _run.dependsOnOrder = _run.dependsOnOrder || result == TwoThreads::Failed;
     return shared.firstFailed == std::numeric_limits<std::size_t>::max() && !_run.dependsOnOrder && _finishAhead(shared);
 }
@@ -217,7 +243,7 @@ void ORVPresetManager::CreationWalk::_makeParts(SharedParts &shared) {
         const std::lock_guard lock(shared.monitor);
         if (!_isInVain()) {
             shared.firstFailed = _part;
-            shared.error = std::move(_error);
+            shared.failure = std::move(_failure);
         }
         return;
     }

@@ -27,6 +27,9 @@
 
 namespace orvane {
 
+/// The reason that stands behind an `errno`, as the system words it.
+[[nodiscard]] std::string ORVTextOfSystemError(int error);
+
 /// One creation: what all its walks share.
 struct ORVPresetManager::CreationRun {
     /// Without a survey it is a creation on one thread.
@@ -38,6 +41,11 @@ struct ORVPresetManager::CreationRun {
     const ORVTreeSurvey *survey;
 
     std::atomic<bool> dependsOnOrder = false; ///< the creation has to be made again, on one thread
+
+    /// Keeps for the log that the contents of that file could not be copied. Any thread of the creation.
+    void noteEmptied(std::string_view path, int error);
+    /// Tells the log of them: one entry, however many they are.
+    void logEmptied();
 
     /// The content of that name; each is looked up once, for a preset with thousands of copies has few contents. Null for one
     /// that cannot be copied. Any thread of the creation.
@@ -51,6 +59,8 @@ private:
     std::mutex _monitor;
     std::string _folder;
     std::map<std::string, const ContentSource *, std::less<>> _contents;
+    std::string _firstEmptied; ///< its path and the reason
+    std::size_t _emptied = 0;
 };
 
 /// One walk of a creation. The path grows and shrinks with it and serves messages only.
@@ -59,9 +69,17 @@ public:
     /// Begins in the folder `path`, where the writer stands.
     CreationWalk(CreationRun &run, HierarchyWriter &writer, std::string path) : _run(run), _writer(writer), _path(std::move(path)) {}
 
-    /// Makes the nodes and all below them. False at the first failure, whose message, if any, is in `error()`.
+    /// Why a walk came to its end before all was made.
+    struct Failure {
+        std::optional<std::string> message; ///< for the user; absent for a name that is empty
+        std::string logEntry = {};          ///< for the log where there is no message
+        int error = 0;                      ///< `errno`, 0 where no call has failed
+        [[nodiscard]] const std::string &entry() const { return message ? *message : logEntry; }
+    };
+
+    /// Makes the nodes and all below them. False at the first failure, which is then in `failure()`.
     [[nodiscard]] bool make(std::span<const PropertyListValue> nodes);
-    [[nodiscard]] const std::optional<std::string> &error() const { return _error; }
+    [[nodiscard]] const Failure &failure() const { return _failure; }
 
 private:
     /// A folder whose contents are being made.
@@ -84,15 +102,16 @@ private:
         std::vector<Part> parts;                ///< in the tree's order
         std::atomic<std::size_t> next = 0;
         std::atomic<std::size_t> firstFailed = std::numeric_limits<std::size_t>::max();
-        std::mutex monitor; ///< over `error`
-        std::optional<std::string> error;
+        std::mutex monitor; ///< over `failure`
+        Failure failure;
     };
 
     [[nodiscard]] bool _makeNode(const PropertyListValue &node);
     [[nodiscard]] bool _enter(const ORVNodeEntries &entries);
     [[nodiscard]] bool _makeFile(const ORVNodeEntries &entries);
     [[nodiscard]] const ContentSource *_contentNamed(std::string_view contentFilename);
-    void _noteFailure();
+    bool _fail(std::string message);
+    void _noteReason();
 
     // Two threads.
     [[nodiscard]] bool _isLargeFolder(std::span<const PropertyListValue> children) const;
@@ -110,7 +129,7 @@ private:
     std::string _path; ///< of the current folder
     std::vector<OpenFolder> _open;
     std::string _name; ///< of the current node
-    std::optional<std::string> _error;
+    Failure _failure;
     std::map<std::string, const ContentSource *, std::less<>> _contents; ///< those used here
     const SharedParts *_shared = nullptr;                                ///< those of which this walk makes some
     std::size_t _part = 0;                                               ///< the one that it is at

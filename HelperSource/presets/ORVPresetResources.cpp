@@ -44,7 +44,7 @@ ORVContentState ORVStoredResources::_lookUpContent(const std::string &path) {
     }
     ++_sourcesHeld;
     if (_fileSystem.contentSource(path) != nullptr) {
-        return ORVContentState::Usable;
+        return _fileSystem.fileExists(path + "/.") ? ORVContentState::UsableFolder : ORVContentState::Usable;
     }
     if (!_fileSystem.fileExists(path)) {
         return _finderInformation.hasItem(path) ? ORVContentState::DeadLink : ORVContentState::Missing;

@@ -15,6 +15,7 @@ namespace orvane {
 /// What a creation would find for a content file's name.
 enum class ORVContentState {
     Usable,
+    UsableFolder, ///< a folder, which is copied with all below it
     Missing,      ///< nothing has that name
     DeadLink,     ///< a symbolic link that leads nowhere or in a circle
     LinkToFolder, ///< a symbolic link to a folder, which gives an empty file

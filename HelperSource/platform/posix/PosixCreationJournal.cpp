@@ -183,7 +183,7 @@ std::unique_ptr<CreationJournal::Entry> PosixCreationJournal::begin(std::string_
             }
             size = SmallestFile;
         }
-        void *const memory = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, file.get(), 0);
+        void *const memory = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_POPULATE, file.get(), 0);
         if (memory == MAP_FAILED) {
             return nullptr;
         }

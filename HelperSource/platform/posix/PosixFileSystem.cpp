@@ -101,11 +101,17 @@ std::unique_ptr<HierarchyWriter> PosixFileSystem::beginHierarchy(std::string_vie
     return writer;
 }
 
+mode_t umaskOfSingleThread() {
+    const mode_t umask = ::umask(0077);
+    ::umask(umask);
+    return umask;
+}
+
 /// The umask stands in /proc/self/status (Linux 4.7). Asking the system call for it means to change it for a moment, in
 /// which another thread could start a program or make a file, so that is left for systems without /proc.
-const PosixProcessTraits &PosixFileSystem::_processTraits() {
-    if (_traits) {
-        return *_traits;
+PosixProcessTraits PosixFileSystem::_processTraits() {
+    if (_umask) {
+        return {*_umask, _log};
     }
     const FileDescriptor status(::open("/proc/self/status", O_RDONLY | O_CLOEXEC));
     std::array<char, 512> text{}; // the line is the second one; names of programs have at most 15 characters
@@ -114,13 +120,11 @@ const PosixProcessTraits &PosixFileSystem::_processTraits() {
     constexpr std::string_view key = "\nUmask:\t";
     const std::size_t line = read.find(key);
     if (line != read.npos) {
-        _traits = {static_cast<mode_t>(std::strtoul(text.data() + line + key.size(), nullptr, 8)), true};
+        _umask = static_cast<mode_t>(std::strtoul(text.data() + line + key.size(), nullptr, 8));
     } else {
-        const mode_t umask = ::umask(0077);
-        ::umask(umask);
-        _traits = {umask, false};
+        _umask = umaskOfSingleThread();
     }
-    return *_traits;
+    return {*_umask, _log};
 }
 
 } // namespace orvane

@@ -3,10 +3,13 @@
 #include "platform/posix/PosixContent.h"
 #include "platform/posix/PosixHierarchyWriter.h"
 #include "ports/FileSystem.h"
+#include "ports/SystemLog.h"
 
 #include <memory>
 #include <optional>
 #include <string_view>
+
+#include <sys/types.h>
 
 namespace orvane {
 
@@ -14,6 +17,11 @@ namespace orvane {
 class PosixFileSystem final : public FileSystem {
 public:
     PosixFileSystem() = default;
+    /// For a program that knows its umask (see `umaskOfSingleThread`), which is then not looked up.
+    explicit PosixFileSystem(mode_t umask) : _umask(umask) {}
+
+    /// Has the log told of labels, modes and times that cannot be set, one entry a hierarchy. Borrowed; for hierarchies begun later.
+    void setLog(SystemLog &log) { _log = &log; }
 
     [[nodiscard]] bool fileExists(std::string_view path) override;
     /// A folder is no executable file.
@@ -25,10 +33,15 @@ public:
 
 private:
     /// Read once, when the first hierarchy begins.
-    [[nodiscard]] const PosixProcessTraits &_processTraits();
+    [[nodiscard]] PosixProcessTraits _processTraits();
 
     PosixContentStore _contents;
-    std::optional<PosixProcessTraits> _traits;
+    std::optional<mode_t> _umask;
+    SystemLog *_log = nullptr;
 };
+
+/// The process's umask, asked for in the only way that the system call knows: by changing it for a moment. For the start of a
+/// program alone, before anything could make a file or start a program on another thread meanwhile.
+[[nodiscard]] mode_t umaskOfSingleThread();
 
 } // namespace orvane

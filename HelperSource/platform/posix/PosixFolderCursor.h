@@ -53,6 +53,8 @@ public:
     [[nodiscard]] const Options &options() const { return _levels.back().options; }
     /// What turns out about the current folder once it is open. `anchored` must stay.
     [[nodiscard]] Options &options() { return _levels.back().options; }
+    /// Path of the current folder from the root down, with "/" behind it; empty for the root. Borrowed until the next change.
+    [[nodiscard]] std::string_view pathFromRoot() const { return std::string_view(_path).substr(0, _levels.back().pathEnd); }
     [[nodiscard]] std::size_t depth() const { return _levels.size() - 1; }
     [[nodiscard]] bool isAnchored() const { return _levels.back().options.anchored; }
     /// Descriptor of the anchored current folder, -1 when it could not be opened again.

@@ -3,6 +3,9 @@
 #include "platform/posix/PosixFinderAttributes.h"
 
 #include <cerrno>
+#include <new>
+#include <string>
+#include <system_error>
 #include <utility>
 
 #include <fcntl.h>
@@ -15,22 +18,22 @@ namespace {
 constexpr int NewFile = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
 constexpr mode_t OthersMayWrite = 0022;
 
-void setLabelOfOpenItem(int item, int label, bool isNew) {
+/// 0 or `errno`.
+int setLabelOfOpenItem(int item, int label, bool isNew) {
     int error = 0;
     const PosixExtendedAttributes existing = isNew ? PosixExtendedAttributes() : readFinderAttributes(item, error);
-    if (error == 0) {
-        writeFinderAttributes(item, attributesForFinderLabel(existing, label));
-    }
+    return error != 0 ? error : writeFinderAttributes(item, attributesForFinderLabel(existing, label));
 }
 
 } // namespace
 
-bool setModeOfOpenItem(int item, unsigned mode) {
+int setModeOfOpenItem(int item, unsigned mode) {
     if (::fchmod(item, mode & 07777U) == 0) {
-        return true;
+        return 0;
     }
     // A descriptor that is a mere path (O_PATH) takes no fchmod, but its entry in /proc does take chmod.
-    return errno == EBADF && ::chmod(("/proc/self/fd/" + std::to_string(item)).c_str(), mode & 07777U) == 0;
+    const bool isSet = errno == EBADF && ::chmod(("/proc/self/fd/" + std::to_string(item)).c_str(), mode & 07777U) == 0;
+    return isSet ? 0 : errno;
 }
 
 bool hasDefaultACL(int folder) {
@@ -40,6 +43,12 @@ bool hasDefaultACL(int folder) {
 PosixHierarchyWriter::PosixHierarchyWriter(FileDescriptor base, const PosixProcessTraits &traits, PosixContentStore &contents)
     : _traits(traits), _contents(contents), _cursor(std::move(base)) {
     _cursor.options().hasDefaultACL = hasDefaultACL(_cursor.anchor());
+}
+
+PosixHierarchyWriter::~PosixHierarchyWriter() {
+    if (_traits.log != nullptr && _omissions.count > 0 && !_isOver) {
+        _logOmissions();
+    }
 }
 
 bool PosixHierarchyWriter::enterFolder(std::string_view name) {
@@ -90,6 +99,28 @@ bool PosixHierarchyWriter::makeEmptyFile(std::string_view name, const ItemAttrib
 bool PosixHierarchyWriter::_fail(int error) {
     _error = error;
     return false;
+}
+
+void PosixHierarchyWriter::_noteOmission(std::string_view name, int error) {
+    if (error == 0 || _omissions.count++ > 0 || _traits.log == nullptr) {
+        return;
+    }
+    _omissions.error = error;
+    try {
+        _omissions.first.assign(_cursor.pathFromRoot()).append(name);
+    } catch (const std::bad_alloc &) { // the item has yet to get on the list: nothing may keep it from that
+        return;
+    }
+}
+
+void PosixHierarchyWriter::_logOmissions() const {
+    try {
+        const std::string others = _omissions.count > 1 ? " (" + std::to_string(_omissions.count - 1) + " more like it)" : "";
+        _traits.log->log("A label, permissions or times could not be set: '" + _omissions.first +
+                         "': " + std::generic_category().message(_omissions.error) + others);
+    } catch (const std::bad_alloc &) { // what is only told need not be
+        return;
+    }
 }
 
 /// Names that could lead anywhere else than to an item of the current folder are refused before any call.
@@ -201,38 +232,49 @@ void PosixHierarchyWriter::_finishFolder(const FolderFinish &finish) {
     if (finish.mode) {
         _rememberMode(_cursor.item(), *finish.mode);
     }
+    const Index item = _cursor.item();
     const bool isNew = _cursor.options().isNew;
     const bool needsFolder = finish.label != 0 || finish.properties != nullptr;
     FileDescriptor folder;
+    int error = 0;
     if (!_cursor.isAnchored() && (needsFolder || finish.mode)) {
         const Place at = _cursor.currentFolder();
         if (needsFolder) {
             folder = FileDescriptor(::openat(at.folder, at.path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+            error = folder ? 0 : errno;
         } else {
-            // Failures of label and mode are no failures of the creation.
-            [[maybe_unused]] const int result = ::fchmodat(at.folder, at.path, *finish.mode & 07777U, 0);
+            error = ::fchmodat(at.folder, at.path, *finish.mode & 07777U, 0) == 0 ? 0 : errno;
         }
     }
     FileDescriptor left = _cursor.leave();
     if (left) {
         folder = std::move(left);
     }
-    if (!folder) {
-        return;
+    if (folder) {
+        error = _finishOpenFolder(folder.get(), finish, isNew);
     }
+    // Failures of label and mode are no failures of the creation.
+    _noteOmission(_items.name(item), error);
+}
+
+/// 0, or the first failure's `errno`.
+int PosixHierarchyWriter::_finishOpenFolder(int folder, const FolderFinish &finish, bool isNew) {
+    int error = 0;
+    const auto note = [&error](int status) { error = error != 0 ? error : status; };
     const bool hasAttributes = finish.properties != nullptr && !finish.properties->attributes.empty();
     if (hasAttributes) {
-        writeFinderAttributes(folder.get(), finish.properties->attributes);
+        note(writeFinderAttributes(folder, finish.properties->attributes));
     }
     if (finish.label != 0) {
-        setLabelOfOpenItem(folder.get(), finish.label, isNew && !hasAttributes);
+        note(setLabelOfOpenItem(folder, finish.label, isNew && !hasAttributes));
     }
     if (finish.mode) {
-        setModeOfOpenItem(folder.get(), *finish.mode);
+        note(setModeOfOpenItem(folder, *finish.mode));
     }
     if (finish.properties != nullptr) {
-        ::futimens(folder.get(), finish.properties->times.data());
+        note(::futimens(folder, finish.properties->times.data()) == 0 ? 0 : errno);
     }
+    return error;
 }
 
 bool PosixHierarchyWriter::_makeNewEmptyFile(std::string_view name, const ItemAttributes &attributes) {
@@ -249,8 +291,8 @@ bool PosixHierarchyWriter::_makeNewEmptyFile(std::string_view name, const ItemAt
         }
         return false;
     }
-    if (setsModeByPath) {
-        [[maybe_unused]] const int result = ::fchmodat(at.folder, at.path, plan.final, 0);
+    if (setsModeByPath && ::fchmodat(at.folder, at.path, plan.final, 0) != 0) {
+        _noteOmission(name, errno);
     }
     return _note(name);
 }
@@ -262,10 +304,10 @@ bool PosixHierarchyWriter::_makeLabelledFile(std::string_view name, const ModePl
         return false;
     }
     if (label != 0) {
-        setLabelOfOpenItem(file.get(), label, true);
+        _noteOmission(name, setLabelOfOpenItem(file.get(), label, true));
     }
     if (plan.isSeparate) {
-        setModeOfOpenItem(file.get(), plan.final);
+        _noteOmission(name, setModeOfOpenItem(file.get(), plan.final));
     }
     return _note(name);
 }
@@ -293,10 +335,10 @@ bool PosixHierarchyWriter::_emptyAgain(std::string_view name, const ItemAttribut
         return false;
     }
     if (attributes.label != 0) {
-        setLabelOfOpenItem(file.get(), attributes.label, false);
+        _noteOmission(name, setLabelOfOpenItem(file.get(), attributes.label, false));
     }
     if (attributes.mode) {
-        setModeOfOpenItem(file.get(), *attributes.mode);
+        _noteOmission(name, setModeOfOpenItem(file.get(), *attributes.mode));
     }
     return true;
 }

@@ -5,6 +5,7 @@
 #include "platform/posix/PosixFolderCursor.h"
 #include "platform/posix/PosixMadeItems.h"
 #include "ports/FileSystem.h"
+#include "ports/SystemLog.h"
 
 #include <cstddef>
 #include <optional>
@@ -19,8 +20,8 @@ namespace orvane {
 
 /// What the writer has to know about the process.
 struct PosixProcessTraits {
-    mode_t umask = 0;     ///< permission bits that new items do not get
-    bool hasProc = false; ///< /proc is there
+    mode_t umask = 0;         ///< permission bits that new items do not get
+    SystemLog *log = nullptr; ///< told once of labels, modes and times that cannot be set; null to tell nobody
 };
 
 /// `HierarchyWriter` on "at" system calls: one call for an ordinary folder or empty file, four for a copy from memory
@@ -33,6 +34,10 @@ class PosixHierarchyWriter final : public HierarchyWriter {
 public:
     /// Starts in an open folder. `contents` is asked to let go of descriptors when there are no more.
     PosixHierarchyWriter(FileDescriptor base, const PosixProcessTraits &traits, PosixContentStore &contents);
+
+    PosixHierarchyWriter(const PosixHierarchyWriter &) = delete;
+    PosixHierarchyWriter &operator=(const PosixHierarchyWriter &) = delete;
+    ~PosixHierarchyWriter() override;
 
     /// Makes the current folder the base, which is never left; for the folders above it that had to be made first.
     void settle() { _baseDepth = _cursor.depth(); }
@@ -63,7 +68,17 @@ private:
         const PosixItemProperties *properties = nullptr; ///< times and attributes of the folder that it is a copy of
     };
 
+    /// Labels, modes and times that could not be set, which is no failure of the items themselves.
+    struct Omissions {
+        std::size_t count = 0;
+        int error = 0;     ///< of the first
+        std::string first; ///< its path from the base, or from the folder that two threads share
+    };
+
     bool _fail(int error);
+    /// Takes note of an omission in the current folder unless `error` is 0.
+    void _noteOmission(std::string_view name, int error);
+    void _logOmissions() const;
     [[nodiscard]] bool _mayUse(std::string_view name);
     [[nodiscard]] ModePlan _planMode(std::optional<unsigned> mode, bool writesAttributes) const;
     [[nodiscard]] bool _note(std::string_view name);
@@ -76,6 +91,7 @@ private:
     [[nodiscard]] bool _enterExistingFolder(std::string_view name);
     void _lookAtOpenFolder(Index item);
     void _finishFolder(const FolderFinish &finish);
+    [[nodiscard]] static int _finishOpenFolder(int folder, const FolderFinish &finish, bool isNew);
     void _rememberMode(Index item, unsigned mode);
 
     // Files. These leave `errno`.
@@ -122,7 +138,7 @@ private:
     [[nodiscard]] bool _enterAhead(const AheadFolder &folder);
     /// Leaves folders made ahead until the current one is that one, or the one in which they were made.
     void _leaveAheadUpTo(std::size_t ahead);
-    void _append(const PosixHierarchyWriter &other);
+    void _append(PosixHierarchyWriter &other);
     /// A second descriptor of the current folder for a second thread; none where two threads must not work in it.
     [[nodiscard]] FileDescriptor _openForSecondThread();
 
@@ -143,6 +159,7 @@ private:
     std::size_t _aheadDepth = 0;      ///< of the folder in which they are
     Index _aheadIn = PosixMadeItems::Root;
     std::size_t _baseDepth = 0;
+    Omissions _omissions;
     int _error = 0;
     bool _isOver = false;
     bool _isSecond = false;    ///< works beside another writer
@@ -151,8 +168,8 @@ private:
     unsigned _hiddenNames = 0; ///< hidden names used so far
 };
 
-/// Sets mode bits (07777) of an open item, also of one opened as mere path. False with `errno`.
-bool setModeOfOpenItem(int item, unsigned mode);
+/// Sets mode bits (07777) of an open item, also of one opened as mere path. 0 or `errno`.
+[[nodiscard]] int setModeOfOpenItem(int item, unsigned mode);
 
 /// True when new items in the open folder get permissions from a default ACL, and when that cannot be found out.
 [[nodiscard]] bool hasDefaultACL(int folder);

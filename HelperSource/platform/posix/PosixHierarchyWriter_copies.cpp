@@ -10,6 +10,7 @@
 #include <fcntl.h>
 #include <linux/fs.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 // Copies of content files. A small one is written from memory by a single call into the new file; a process killed before
 // that call leaves an empty file at worst. A large one takes several calls, so it is written under no name at all and
@@ -38,15 +39,17 @@ PosixExtendedAttributes withLabel(PosixExtendedAttributes attributes, int label)
     return attributes;
 }
 
-/// Everything but the bytes. None of it failing fails the copy: the file system may know no attributes, for one.
-void finishFile(int file, const PosixContent &content, const PosixExtendedAttributes &attributes, bool setsMode, unsigned mode) {
-    if (!attributes.empty()) {
-        writeFinderAttributes(file, attributes);
+/// Everything but the bytes. None of it failing fails the copy: the file system may know no attributes, for one. 0, or the
+/// first failure's `errno`.
+int finishFile(int file, const PosixContent &content, const PosixExtendedAttributes &attributes, bool setsMode, unsigned mode) {
+    int error = attributes.empty() ? 0 : writeFinderAttributes(file, attributes);
+    if (const int status = setsMode ? setModeOfOpenItem(file, mode) : 0; error == 0) {
+        error = status;
     }
-    if (setsMode) {
-        setModeOfOpenItem(file, mode);
+    if (::futimens(file, content.properties().times.data()) != 0 && error == 0) {
+        error = errno;
     }
-    ::futimens(file, content.properties().times.data());
+    return error;
 }
 
 } // namespace
@@ -71,7 +74,7 @@ bool PosixHierarchyWriter::_copySmall(std::string_view name, const PosixContent 
         return false;
     }
     if (writeContents(file.get(), content.bytes())) {
-        finishFile(file.get(), content, attributes, plan.isSeparate, plan.final);
+        _noteOmission(name, finishFile(file.get(), content, attributes, plan.isSeparate, plan.final));
         if (file.closeChecked()) {
             return true;
         }
@@ -103,7 +106,7 @@ bool PosixHierarchyWriter::_copyLarge(std::string_view name, const PosixContent 
     }
     bool done = file && copyContents(source->get(), file.get(), content.size(), content.isSparse());
     if (done) {
-        finishFile(file.get(), content, attributes, plan.isSeparate, plan.final);
+        _noteOmission(name, finishFile(file.get(), content, attributes, plan.isSeparate, plan.final));
         done = hidden.empty() ? _publishUnnamed(file.get(), name) : file.closeChecked() && _publishHidden(hidden, name);
     }
     if (!done && !hidden.empty()) {
@@ -114,7 +117,7 @@ bool PosixHierarchyWriter::_copyLarge(std::string_view name, const PosixContent 
 
 /// A file that has no name yet, in the current folder. None where that is not possible.
 FileDescriptor PosixHierarchyWriter::_openUnnamed(const ModePlan &plan) {
-    if (!_hasUnnamed || !_traits.hasProc) {
+    if (!_hasUnnamed || ::access("/proc/self/fd", X_OK) != 0) { // through which such a file gets its name
         return {};
     }
     const Place at = _cursor.currentFolder();

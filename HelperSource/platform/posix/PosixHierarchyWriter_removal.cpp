@@ -91,7 +91,7 @@ bool PosixHierarchyWriter::_goInto(PosixFolderCursor &cursor, Index folder) cons
         const Place at = cursor.place(name);
         const FileDescriptor restricted(::openat(at.folder, at.path, O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
         if (restricted) {
-            setModeOfOpenItem(restricted.get(), 0700);
+            [[maybe_unused]] const int status = setModeOfOpenItem(restricted.get(), 0700);
         }
     }
     const bool isOurs = !_items.has(folder, PosixMadeItems::Entered) && !_items.has(folder, PosixMadeItems::Shared);

@@ -150,12 +150,16 @@ bool PosixHierarchyWriter::_enterAhead(const AheadFolder &folder) {
     return true;
 }
 
-void PosixHierarchyWriter::_append(const PosixHierarchyWriter &other) {
+void PosixHierarchyWriter::_append(PosixHierarchyWriter &other) {
     std::vector<Index> known{_aheadIn};
     for (const AheadFolder &each : _ahead) {
         known.push_back(each.item);
     }
     _items.append(other._items, known);
+    if (_omissions.count == 0) {
+        std::swap(_omissions, other._omissions);
+    }
+    _omissions.count += std::exchange(other._omissions.count, 0);
 }
 
 } // namespace orvane

@@ -58,7 +58,7 @@ struct PropertyListReport {
 /// Nothing when it cannot be read; `report` (may be null) says why. Throws nothing but std::bad_alloc.
 [[nodiscard]] std::optional<PropertyList> readPropertyList(std::string_view bytes, PropertyListReport *report = nullptr);
 
-/// The same from an open file, from its present position to its end. XML passes through a buffer of 256 KiB and is
+/// The same from an open file, from its present position to its end. XML passes through a buffer of 64 KiB and is
 /// never in memory whole. Does not close `descriptor`.
 [[nodiscard]] std::optional<PropertyList> readPropertyList(int descriptor, PropertyListReport *report = nullptr);
 

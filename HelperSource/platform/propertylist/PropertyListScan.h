@@ -8,7 +8,7 @@
 #endif
 
 // Scanning over white space and plain text, which together are most of an XML property list. Both scans stop at NUL and
-// may look at up to 15 bytes behind it, which the caller's buffer must have.
+// may look at up to 63 bytes behind it, which the caller's buffer must have.
 
 namespace orvane::propertylist {
 
@@ -24,6 +24,20 @@ namespace orvane::propertylist {
 
 #ifdef __SSE2__
 
+/// Skips tabs, of which the indentation of a deep hierarchy has hundreds a line, but for the last few.
+[[nodiscard]] inline const char *skipTabs(const char *place) noexcept {
+    const __m128i tabs = _mm_set1_epi8('\t');
+    const auto equal = [&](const char *at) { return _mm_cmpeq_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i *>(at)), tabs); };
+    const auto areTabs = [](__m128i equals) { return _mm_movemask_epi8(equals) == 0xFFFF; };
+    while (areTabs(_mm_and_si128(_mm_and_si128(equal(place), equal(place + 16)), _mm_and_si128(equal(place + 32), equal(place + 48))))) {
+        place += 64;
+    }
+    while (areTabs(equal(place))) {
+        place += 16;
+    }
+    return place;
+}
+
 [[nodiscard]] inline const char *skipBlanks(const char *place) noexcept {
     while (true) {
         const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i *>(place));
@@ -33,7 +47,7 @@ namespace orvane::propertylist {
         if (others != 0) {
             return place + std::countr_zero(others);
         }
-        place += 16;
+        place = skipTabs(place + 16);
     }
 }
 

@@ -15,7 +15,8 @@ namespace orvane::propertylist {
 class XMLPropertyListInput {
 public:
     static constexpr std::size_t Padding = 64;
-    static constexpr std::size_t WindowSize = std::size_t{256} * 1024;
+    /// Large enough to make a reading call's own cost small, small enough to stay in the processor's nearest caches.
+    static constexpr std::size_t WindowSize = std::size_t{64} * 1024;
 
     explicit XMLPropertyListInput(std::string_view bytes) : _bytes(bytes) {}
     explicit XMLPropertyListInput(int descriptor);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "fakes/FakeSystemLog.h"
 #include "platform/posix/FileDescriptor.h"
 
 #include <csignal>
@@ -33,13 +34,14 @@ bool becomeRootOfOwnNamespace() {
            writeTo("/proc/self/gid_map", group);
 }
 
-/// Runs `work` with a file system of its own of that size mounted at `place`; "" or what went wrong. A name space of its
+/// Runs `work` with a file system of its own of that kind and size mounted at `place`; "" or what went wrong. A name space of its
 /// own keeps the mount out of the rest of the system, and it goes away with the child.
-std::string onSmallDisk(const std::string &place, const char *options, const std::function<std::string()> &work) {
+std::string onSmallDisk(const std::string &place, const char *options, const std::function<std::string()> &work,
+                        const char *kind = "tmpfs") {
     return inChild([&]() -> std::string {
         const bool separated = isRoot() ? ::unshare(CLONE_NEWNS) == 0 : becomeRootOfOwnNamespace();
         if (!separated || ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
-            ::mount("tmpfs", place.c_str(), "tmpfs", 0, options) != 0) {
+            ::mount(kind, place.c_str(), kind, 0, options) != 0) {
             return std::string("cannot mount: ") + std::strerror(errno);
         }
         return work();
@@ -115,6 +117,35 @@ TEST_F(PosixDisk, WithoutInodesEverythingFailsAndRemovalStillWorks) {
                               return text(namesIn(disk()));
                           }),
               "");
+}
+
+TEST_F(PosixDisk, WithoutAttributesLabelsAreLeftOutAndTheLogIsToldOnce) {
+    EXPECT_EQ(onSmallDisk(
+                  disk(), "mode=0777",
+                  [&]() -> std::string {
+                      FakeSystemLog log;
+                      files.setLog(log);
+                      auto writer = files.beginHierarchy(disk());
+                      if (!writer->enterFolder("top") || !writer->enterFolder("in") || !writer->makeEmptyFile("e", {3, {}}) ||
+                          !writer->copyItem("c", *files.contentSource(folder / "small"), {4, 0640U})) {
+                          return "not made: " + std::to_string(writer->lastError());
+                      }
+                      writer->leaveFolder({5, {}});
+                      writer->leaveFolder({});
+                      if (!log.entries().empty()) {
+                          return "told too early: " + log.entries().front();
+                      }
+                      writer.reset();
+                      writer = files.beginHierarchy(disk());
+                      if (!writer->makeEmptyFile("taken away", {3, {}})) {
+                          return "not made: " + std::to_string(writer->lastError());
+                      }
+                      writer->removeEverythingMade();
+                      writer.reset();
+                      return text(log.entries());
+                  },
+                  "ramfs"),
+              "A label, permissions or times could not be set: 'top/in/e': Operation not supported (2 more like it);");
 }
 
 TEST_F(PosixDisk, AReadOnlyDiskRefusesEverything) {

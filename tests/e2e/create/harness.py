@@ -153,6 +153,14 @@ class OrvaneTest(unittest.TestCase):
         with open(self.preferences, "rb") as domain:
             return plistlib.load(domain).get("ORVAutomaticVars", {})
 
+    def log(self):
+        """The entries of the log without their time stamps."""
+        try:
+            with open(os.path.join(self.home, ".local/state/orvane/log"), encoding="utf-8") as log:
+                return [line.rstrip("\n").split(" ", 1)[1] for line in log]
+        except FileNotFoundError:
+            return []
+
     # Running it.
 
     def run_orvane(self, *words, env=None, cwd=None, user=None, errors="strict"):

@@ -93,6 +93,23 @@ class Statuses(OrvaneTest):
         self.assertIn(f"Unable to create file '{self.in_target('top', '..')}'.", result.err)
         self.assertNothingMade()
 
+    def test_the_log_tells_the_reason_of_a_failure(self):
+        self.write_presets(preset("L", "Job", folder("In", file("y" * 256))))
+        self.create("L", "--no-open")
+        self.assertEqual(self.log(), [f"ORV creation error: Unable to create file '{self.in_target('Job', 'In', 'y' * 256)}'. File name too long."])
+
+    def test_the_log_tells_why_a_folder_takes_nothing(self):
+        self.write_presets(preset("A", "Job"))
+        os.chmod(self.target, 0o555)
+        result = self.run_without_rights("create", "A", "--no-open")
+        self.assertEqual(result.status, 1)
+        self.assertEqual(self.log(), [f"ORV creation error: Unable to create directory {self.in_target('Job')}. Permission denied."])
+
+    def test_the_log_is_silent_about_what_was_made(self):
+        self.write_presets(preset("A", "Job", file("x")))
+        self.assertMade(self.create("A", "--no-open"), "Job")
+        self.assertEqual(self.log(), [])
+
     def test_templates_without_end_are_refused(self):
         for name, child in (("Job {", "x"), ("top", "Job {"), ("top", "{a\\}")):
             self.write_presets(preset("P", name, folder("f", file(child)), file("{AutoNo}")))

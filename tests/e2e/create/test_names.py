@@ -1,6 +1,7 @@
 """Names of every kind, from the preset to the disk."""
 
 import os
+import shutil
 import subprocess
 import unittest
 
@@ -83,6 +84,26 @@ class Names(OrvaneTest):
         for nodes in ((file("x"), folder("x")), (folder("x"), file("x"))):
             self.assertEqual(self.make(*nodes).status, 1)
             self.assertNothingMade()
+
+    def test_what_becomes_of_a_copied_folder_s_name_is_what_check_says(self):
+        self.write_content("tree/in.txt", b"inside")
+        self.write_content("letter", b"text")
+        items = {"copied": file("a", contentFilename="tree"), "folder": folder("a", file("in.txt")), "empty": file("a"),
+                 "filled": file("a", contentFilename="letter")}
+        fails = ("error: 'a' is also the name of children[0]: the creation will fail", 1, [])
+        empties = ("error: 'a' is also the name of children[0]: they become one empty file", 0, ["Top/", "Top/a"])
+        joins = ("warning: 'a' is also the name of children[0], a folder that is copied: both become one folder, in which a file that "
+                 "both hold is empty", 0, ["Top/", "Top/a/", "Top/a/in.txt"])
+        for first, second, (told, status, made) in (
+                ("copied", "folder", joins), ("copied", "empty", fails), ("copied", "filled", fails), ("copied", "copied", fails),
+                ("folder", "copied", fails), ("empty", "copied", empties), ("filled", "copied", empties)):
+            with self.subTest(first=first, second=second):
+                self.write_presets(preset("P", "Top", items[first], items[second]))
+                self.assertEqual(self.run_orvane("check", "P").out, f'P: fileHierarchy/children[1] "a"/filename: {told}\n')
+                self.assertEqual((self.create("P", "--no-open").status, self.listing()), (status, made))
+                if status == 0:
+                    self.assertEqual(self.content(self.in_target(made[-1])), b"")
+                    shutil.rmtree(self.in_target("Top"))
 
     def test_a_per_cent_sign_in_a_message_counts_as_a_directive(self):
         result = self.make(file("100%d" + "x" * 255))

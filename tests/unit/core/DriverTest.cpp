@@ -108,7 +108,8 @@ TEST(Driver, LeavesOutACounterThatThePreferencesCannotHoldAndStoresTheOthers) {
     EXPECT_EQ(desk.counter("AutoB"), "5");
     EXPECT_EQ(
         desk.log.entries(),
-        (Names{"The last values of automatic variables were not stored: the preferences cannot hold the text of one; the others were."}));
+        (Names{"The last values of automatic variables were not stored: the preferences cannot hold the text of one; the others were.",
+               "ORV creation error: Unable to create file '/jobs/Job 5/" + std::string("x\0y", 3) + "'. Invalid argument."}));
     EXPECT_FALSE(desk.manager->countersWereStored());
 }
 

@@ -120,6 +120,35 @@ TEST(Nodes, ThatCannotBeMadeLeaveAnErrorWithTheFullPath) {
     EXPECT_EQ(error.userInfo.size(), 1U);
 }
 
+TEST(Nodes, ThatCannotBeMadeTellTheLogTheReason) {
+    Desk desk;
+    desk.fileSystem.failItem("f", EACCES);
+    desk.fileSystem.failItem("d", ENOSPC);
+    EXPECT_FALSE(desk.makeNode(folder("top", {file("f")})));
+    EXPECT_FALSE(desk.makeNode(folder("top", {folder("d")})));
+    EXPECT_FALSE(desk.makeNode(folder("top", {file("")})));
+    EXPECT_EQ(desk.log.entries(), (Names{"ORV creation error: Unable to create file '/jobs/top/f'. Permission denied.",
+                                         "ORV creation error: Unable to create directory /jobs/top/d. No space left on device.",
+                                         "ORV creation error: An item in '/jobs/top' has an empty name."}));
+}
+
+TEST(Nodes, WhoseCopiesFailTellTheLogOnceForAll) {
+    Desk desk;
+    desk.fileSystem.addFile("/home/user/.local/share/Orvane/File Content/c", "text");
+    const auto copy = [](std::string_view name) { return with(file(name), "contentFilename", text("c")); };
+    desk.fileSystem.failCall(1, EDQUOT, "copyItem");
+    desk.fileSystem.failCall(3, EIO, "copyItem");
+    EXPECT_TRUE(desk.makeNode(folder("top", {copy("1"), copy("2"), copy("3")})));
+    EXPECT_EQ(desk.log.entries(),
+              Names{"The contents could not be copied, so the file is empty: '/jobs/top/1': Disk quota exceeded (1 more like it)"});
+}
+
+TEST(Nodes, ThatAreMadeTellTheLogNothing) {
+    Desk desk;
+    EXPECT_TRUE(desk.makeNode(folder("top", {file("f")})));
+    EXPECT_EQ(desk.log.entries(), Names{});
+}
+
 TEST(Nodes, ThatSucceedDoNotClearTheError) {
     Desk desk;
     EXPECT_FALSE(desk.makeNode(file(".")));

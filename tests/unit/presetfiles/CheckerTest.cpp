@@ -116,6 +116,13 @@ TEST_F(Checker, FindsControlCharactersAndNUL) {
     expectOne(plist.preset(std::string("a\0b", 3)), "directoryName: error: the name holds a NUL character");
 }
 
+TEST_F(Checker, FindsHalvesOfSurrogatePairs) {
+    expectOneOfNode(plist.file("a\xED\xA0\xBDz"), " \"a\xED\xA0\xBDz\"/filename: warning: the name holds half of a surrogate pair");
+    expectOne(plist.preset("\xED\xB8\x80"), "directoryName: warning: the name holds half of a surrogate pair");
+    EXPECT_TRUE(linesOf(plist.preset("\xED\x95\x9C \xF0\x9F\x98\x80", {plist.file("\xED\x9F\xBF")})).empty())
+        << "a Korean letter, a face, and the last letter before the surrogates";
+}
+
 TEST_F(Checker, NotesSeparatorsInFileNamesAndWarnsOfThemInTheFolderName) {
     expectOneOfNode(plist.file("a/b:c"), " \"a/b:c\"/filename: note: \":\" and \"/\" become \"_\": the name will be 'a_b_c'");
     expectOne(plist.preset("a/b"), "directoryName: warning: \":\" and \"/\" become \"_\": the folder is made as 'a_b'");
@@ -225,6 +232,27 @@ TEST_F(Checker, FindsContentFilesThatCannotBeUsed) {
     expectContent("tofolder", "the content file 'tofolder' is a link to a folder");
     expectContent("fifo", "the content file 'fifo' is not readable, or no ordinary file");
     EXPECT_TRUE(linesOf(plist.preset("T", {plist.file("f", {{"contentFilename", plist.text("folder")}})})).empty());
+}
+
+TEST_F(Checker, FindsNamesThatClashWithAFolderThatIsCopied) {
+    fileSystem.addFolder("/data/Orvane/File Content/tree");
+    fileSystem.addFile("/data/Orvane/File Content/letter");
+    const auto copied = plist.file("a", {{"contentFilename", plist.text("tree")}});
+    const auto filled = plist.file("a", {{"contentFilename", plist.text("letter")}});
+    const auto lineOf = [&](const PropertyListValue &first, const PropertyListValue &second) {
+        const auto lines = linesOf(plist.preset("T", {first, second}));
+        return lines.size() == 1 ? lines.front().substr(lines.front().find(": ") + 2) : testing::PrintToString(lines);
+    };
+    const std::string also = "'a' is also the name of children[0]";
+    EXPECT_EQ(lineOf(copied, plist.folder("a", {})),
+              "warning: " + also + ", a folder that is copied: both become one folder, in which a file that both hold is empty");
+    for (const PropertyListValue &second : {plist.file("a"), filled, copied}) {
+        EXPECT_EQ(lineOf(copied, second), "error: " + also + ": the creation will fail");
+    }
+    EXPECT_EQ(lineOf(plist.folder("a", {}), copied), "error: " + also + ": the creation will fail");
+    for (const PropertyListValue &first : {plist.file("a"), filled}) {
+        EXPECT_EQ(lineOf(first, copied), "error: " + also + ": they become one empty file");
+    }
 }
 
 TEST_F(Checker, WarnsOfContentNamesThatArePaths) {

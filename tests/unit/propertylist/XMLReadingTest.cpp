@@ -269,13 +269,25 @@ TEST(XMLReading, ADocumentTypeWithASubsetThatDeclaresNoEntities) {
                     .boolean());
 }
 
+TEST(XMLReading, IndentationOfAnyLength) {
+    for (std::size_t tabs = 0; tabs < 300; ++tabs) { // several blocks of those that are looked at at once, and every rest
+        for (const char *const ending : {"", " ", "\n", "\r", "\t\n \t"}) {
+            const std::string indent = std::string(tabs, '\t') + ending;
+            const PropertyList list =
+                read("<plist><array>" + indent + "<string>x</string>" + indent + "<true/>" + indent + "</array></plist>");
+            ASSERT_EQ(list.root().array().size(), 2U) << tabs;
+            ASSERT_EQ(list.root().array()[0].string(), "x");
+        }
+    }
+}
+
 TEST(XMLReading, TextsAndTagsAcrossTheWindowsEnd) {
-    // The window is 256 KiB: whatever stands at its end must be read as anywhere else.
+    // The window is 64 KiB: whatever stands at its end must be read as anywhere else.
     const std::string element =
         "<key>k</key><string>va&amp;lue</string><key>\xC3\xA9</key><array><true/><date>2001-01-01T00:00:00Z</date></array>";
     const std::string ending = "<dict>" + element + "</dict><integer>12</integer><!-- c --><string><![CDATA[x]]></string>";
     for (std::size_t shift = 0; shift < ending.size() + 8; ++shift) {
-        const std::string filler(256U * 1024U - 40 - shift, 'x');
+        const std::string filler(64U * 1024U - 40 - shift, 'x');
         const PropertyList list = read("<plist><array><string>" + filler + "</string>" + ending + "</array></plist>");
         const auto items = list.root().array();
         ASSERT_EQ(items.size(), 4U) << shift;
