@@ -143,6 +143,7 @@ def main():
     parser.add_argument("--growth", type=int, default=10000)
     options = parser.parse_args()
     screen = Screen()
+    print(f"load average: {os.getloadavg()[0]:.2f}")
     with tempfile.TemporaryDirectory(dir="/dev/shm") as folder:
         home = Path(folder)
         environment = settings(home)
@@ -174,6 +175,7 @@ def main():
             line("rofi -dmenu by sxhkd: press to menu", presses(screen, min(options.presses, 100)))
             other.terminate()
             other.wait()
+    print(f"load average: {os.getloadavg()[0]:.2f}")
 
 
 if __name__ == "__main__":

@@ -84,7 +84,7 @@ void DesktopHotKeys::_useWayland(const DesktopHotKeysPorts &ports) {
     auto keys = makeWaylandHotKeys(ports.session, ports.log);
     keys->stated = [this](const std::string &statement) { _statement.say(statement); }; // the log has it already
     _events = std::move(keys);
-    _layouts = std::make_unique<WaylandKeyboardLayouts>();
+    _layouts = std::make_unique<WaylandKeyboardLayouts>(&ports.session);
 }
 
 void DesktopHotKeys::_useNothing() {

@@ -21,6 +21,8 @@ function(orvane_try_compositor name)
 endfunction()
 orvane_try_compositor(sway)
 orvane_try_compositor(kwin)
+orvane_try_compositor(gnome)
+orvane_try_compositor(weston)
 
 # orvane_add_compositor_test(NAME name TOOL script PROGRAM target [ARGUMENTS argument...] [ENVIRONMENT NAME=VALUE...])
 function(orvane_add_compositor_test)
@@ -50,8 +52,13 @@ if(TARGET PkgConfig::ORVANE_WAYLAND_TESTS)
 
   add_executable(desktop_wayland_kwin ${orvane_wayland_tests}/wayland/KWinTest.cpp)
   target_link_libraries(desktop_wayland_kwin PRIVATE wayland_test_support)
+  add_executable(desktop_wayland_layouts ${orvane_wayland_tests}/wayland/LayoutsTest.cpp)
+  target_link_libraries(desktop_wayland_layouts PRIVATE wayland_test_support)
   add_executable(desktop_wayland_services ${orvane_wayland_tests}/wayland/HotKeyServicesTest.cpp)
   target_link_libraries(desktop_wayland_services PRIVATE wayland_test_support)
+
+  add_executable(desktop_wayland_portal ${orvane_wayland_tests}/wayland/RealPortalTest.cpp)
+  target_link_libraries(desktop_wayland_portal PRIVATE wayland_test_support)
 
   # Only a bus and any display.
   orvane_add_compositor_test(NAME desktop_wayland_services TOOL with-desktop.sh PROGRAM desktop_wayland_services ARGUMENTS --wm none
@@ -60,12 +67,34 @@ if(TARGET PkgConfig::ORVANE_WAYLAND_TESTS)
     orvane_add_compositor_test(NAME desktop_sway_layershell TOOL with-sway.sh PROGRAM desktop_wayland_layershell)
     orvane_add_compositor_test(NAME desktop_sway_twooutputs TOOL with-sway.sh PROGRAM desktop_wayland_twooutputs ARGUMENTS --outputs 2)
     orvane_add_compositor_test(NAME desktop_sway_chooser TOOL with-sway.sh PROGRAM desktop_wayland_chooser)
+    orvane_add_compositor_test(NAME desktop_sway_layouts TOOL with-sway.sh PROGRAM desktop_wayland_layouts)
     orvane_add_compositor_test(NAME desktop_sway TOOL with-sway.sh PROGRAM desktop_wayland_sway
       ARGUMENTS --line "set $mod Mod4" --line "bindsym Control+Shift+b nop theirs" --line "bindcode $mod+44 nop theirs")
   endif()
   if(ORVANE_KWIN_STARTS)
     orvane_add_compositor_test(NAME desktop_kwin_layershell TOOL with-kwin.sh PROGRAM desktop_wayland_layershell)
+    orvane_add_compositor_test(NAME desktop_kwin_twooutputs TOOL with-kwin.sh PROGRAM desktop_wayland_twooutputs ARGUMENTS --outputs 2)
+    orvane_add_compositor_test(NAME desktop_kwin_layouts TOOL with-kwin.sh PROGRAM desktop_wayland_layouts ARGUMENTS --layouts us,de,fr,ru)
     orvane_add_compositor_test(NAME desktop_kwin TOOL with-kwin.sh PROGRAM desktop_wayland_kwin)
     orvane_add_compositor_test(NAME desktop_kwin_chooser TOOL with-kwin.sh PROGRAM desktop_wayland_chooser)
+  endif()
+
+  # The portal itself where it is installed; only KDE's back end has global shortcuts in Debian 12.
+  if(EXISTS /usr/libexec/xdg-desktop-portal)
+    foreach(compositor sway gnome)
+      string(TOUPPER ${compositor} upper)
+      if(ORVANE_${upper}_STARTS)
+        orvane_add_compositor_test(NAME desktop_${compositor}_portal TOOL with-${compositor}.sh PROGRAM desktop_wayland_portal
+          ENVIRONMENT GTEST_FILTER=RealPortalWithoutShortcuts.*)
+      endif()
+    endforeach()
+    # It is a program of Qt 5, which needs a plugin of its own for Wayland.
+    if(ORVANE_KWIN_STARTS AND EXISTS /usr/share/xdg-desktop-portal/portals/kde.portal
+       AND EXISTS /usr/lib/${CMAKE_LIBRARY_ARCHITECTURE}/qt5/plugins/platforms/libqwayland-generic.so)
+      orvane_add_compositor_test(NAME desktop_kwin_portal TOOL with-kwin.sh PROGRAM desktop_wayland_portal
+        ENVIRONMENT GTEST_FILTER=RealPortalOfKde.*)
+    endif()
+  else()
+    message(STATUS "No tests of hot keys by the desktop portal itself: xdg-desktop-portal is not installed")
   endif()
 endif()

@@ -31,13 +31,36 @@ if(TARGET wayland_test_support)
   foreach(compositor sway kwin)
     string(TOUPPER ${compositor} upper)
     if(ORVANE_${upper}_STARTS AND ORVANE_PROGRAM_thunar AND (ORVANE_GRIM OR compositor STREQUAL kwin))
-      add_test(NAME e2e.hotkey.road.${compositor}
-        COMMAND ${PROJECT_SOURCE_DIR}/tests/tools/with-${compositor}.sh -- /usr/bin/python3 -B
-                ${CMAKE_CURRENT_SOURCE_DIR}/e2e/hotkey/test_wayland_road.py -v)
-      set_tests_properties(e2e.hotkey.road.${compositor} PROPERTIES LABELS e2e TIMEOUT 300 ENVIRONMENT
-        "ORVANE_TEST_COMPOSITOR=${compositor};ORVANE_TEST_WAYLAND_KEYS=$<TARGET_FILE:wayland_keys>;ORVANE_TEST_HELPER=$<TARGET_FILE:orvane-helper>;ORVANE_TEST_ORVANE=$<TARGET_FILE:orvane>;ORVANE_TEST_SCREENSHOTS=${PROJECT_BINARY_DIR}/screenshots/hotkey-${compositor}")
+      foreach(part Road Environment)
+        string(TOLOWER e2e.hotkey.${part}.${compositor} test)
+        add_test(NAME ${test}
+          COMMAND ${PROJECT_SOURCE_DIR}/tests/tools/with-${compositor}.sh -- /usr/bin/python3 -B
+                  ${CMAKE_CURRENT_SOURCE_DIR}/e2e/hotkey/test_wayland_road.py -v ${part})
+        set_tests_properties(${test} PROPERTIES LABELS e2e TIMEOUT 300 ENVIRONMENT
+          "ORVANE_TEST_COMPOSITOR=${compositor};ORVANE_TEST_WAYLAND_KEYS=$<TARGET_FILE:wayland_keys>;ORVANE_TEST_HELPER=$<TARGET_FILE:orvane-helper>;ORVANE_TEST_ORVANE=$<TARGET_FILE:orvane>;ORVANE_TEST_SCREENSHOTS=${PROJECT_BINARY_DIR}/screenshots/hotkey-${compositor}")
+      endforeach()
     else()
       message(STATUS "No test of the hot key's whole road on ${compositor}: it does not start, or thunar or grim is missing")
     endif()
   endforeach()
+endif()
+
+# Where programs get no hot keys: the chooser, and on GNOME a key that the user binds.
+function(orvane_add_chooser_test name compositor file)
+  add_test(NAME e2e.hotkey.${name}
+    COMMAND ${PROJECT_SOURCE_DIR}/tests/tools/with-${compositor}.sh -- /usr/bin/python3 -B
+            ${CMAKE_CURRENT_SOURCE_DIR}/e2e/hotkey/test_${file}.py -v)
+  set_tests_properties(e2e.hotkey.${name} PROPERTIES LABELS e2e TIMEOUT 300 ENVIRONMENT
+    "ORVANE_TEST_COMPOSITOR=${compositor};ORVANE_TEST_HELPER=$<TARGET_FILE:orvane-helper>;ORVANE_TEST_ORVANE=$<TARGET_FILE:orvane>;ORVANE_TEST_SCREENSHOTS=${PROJECT_BINARY_DIR}/screenshots/hotkey-${compositor}")
+endfunction()
+foreach(compositor gnome weston)
+  string(TOUPPER ${compositor} upper)
+  if(ORVANE_${upper}_STARTS)
+    orvane_add_chooser_test(chooser.${compositor} ${compositor} chooser_road)
+  endif()
+endforeach()
+if(ORVANE_GNOME_STARTS AND EXISTS /usr/libexec/gsd-media-keys)
+  orvane_add_chooser_test(boundkey.gnome gnome gnome_key)
+else()
+  message(STATUS "No test of a key that is bound in GNOME's settings: GNOME Shell does not start, or gnome-settings-daemon is missing")
 endif()

@@ -9,12 +9,16 @@
 #   --size WxH       size of the screen, 1280x800 unless told
 #   --no-bus         no session bus
 #   --accessibility  the accessibility bus is up before the command starts
+#   --ordinary-user  everything runs as nobody in particular where it would be root: some programs refuse to be root's
 #
 # The command finds DISPLAY, DBUS_SESSION_BUS_ADDRESS, HOME, XDG_RUNTIME_DIR, the other XDG folders below HOME, and DESKTOP_SCRATCH
 # (a folder that goes away too). Trays can be started and killed by the command itself as well.
 set -euo pipefail
+# shellcheck source=tests/tools/scratch.sh
+. "$(dirname "${BASH_SOURCE[0]}")/scratch.sh"
 
-wm=openbox tray=none size=1280x800 bus=yes accessibility=no
+wm=openbox tray=none size=1280x800 bus=yes accessibility=no ordinary=no
+words=("$@")
 while [ $# -gt 0 ]; do
     case $1 in
     --wm) wm=$2 && shift 2 ;;
@@ -22,11 +26,16 @@ while [ $# -gt 0 ]; do
     --size) size=$2 && shift 2 ;;
     --no-bus) bus=no && shift ;;
     --accessibility) accessibility=yes && shift ;;
+    --ordinary-user) ordinary=yes && shift ;;
     --) shift && break ;;
     *) printf 'with-desktop.sh: what is %s?\n' "$1" >&2 && exit 2 ;;
     esac
 done
 [ $# -gt 0 ] || { printf 'with-desktop.sh: no command\n' >&2 && exit 2; }
+
+if [ "$ordinary" = yes ] && [ "$(id -u)" -eq 0 ]; then
+    exec setpriv --reuid 65534 --regid 65534 --clear-groups -- "$0" "${words[@]}"
+fi
 
 # Second stage, on the session bus.
 if [ "${ORVANE_DESKTOP_STAGE-}" = 2 ]; then
@@ -94,7 +103,7 @@ server=
 cleanup() {
     [ -z "$server" ] || kill "$server" 2>/dev/null || true
     [ -z "$server" ] || wait "$server" 2>/dev/null || true
-    rm -rf "$scratch"
+    remove_scratch "$scratch"
 }
 trap cleanup EXIT
 trap 'exit 143' TERM INT

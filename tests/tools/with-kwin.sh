@@ -2,16 +2,20 @@
 # Runs a command on KWin's Wayland compositor without a screen: compositor, session bus and home folder of its own. All of it is gone
 # afterwards. The command's status is this script's, or 77 ("skipped") when KWin is not installed.
 #
-#   tests/tools/with-kwin.sh [--size WxH] -- COMMAND [ARGUMENT]...
+#   tests/tools/with-kwin.sh [--size WxH] [--outputs N] [--layouts us,ru] -- COMMAND [ARGUMENT]...
 #
 # The command finds WAYLAND_DISPLAY, DBUS_SESSION_BUS_ADDRESS, HOME, XDG_RUNTIME_DIR, the other XDG folders below HOME, and
 # DESKTOP_SCRATCH (a folder that goes away too). KWin itself runs KGlobalAccel.
 set -euo pipefail
+# shellcheck source=tests/tools/scratch.sh
+. "$(dirname "${BASH_SOURCE[0]}")/scratch.sh"
 
-size=1280x800
+size=1280x800 outputs=1 layouts=
 while [ $# -gt 0 ]; do
     case $1 in
     --size) size=$2 && shift 2 ;;
+    --outputs) outputs=$2 && shift 2 ;;
+    --layouts) layouts=$2 && shift 2 ;;
     --) shift && break ;;
     *) printf 'with-kwin.sh: what is %s?\n' "$1" >&2 && exit 2 ;;
     esac
@@ -23,7 +27,7 @@ if [ "${ORVANE_DESKTOP_STAGE-}" = 2 ]; then
     unset ORVANE_DESKTOP_STAGE
     # KWin is a program of Qt itself: what QT_QPA_PLATFORM says is for the command.
     env -u QT_QPA_PLATFORM "$DESKTOP_SCRATCH/kwin_wayland" --virtual --width "${size%x*}" --height "${size#*x}" --no-lockscreen \
-        --socket orvane-kwin >"$DESKTOP_SCRATCH/kwin.log" 2>&1 &
+        --output-count "$outputs" --socket orvane-kwin >"$DESKTOP_SCRATCH/kwin.log" 2>&1 &
     kwin=$!
     # shellcheck disable=SC2317 # called by the trap
     stop() {
@@ -57,13 +61,14 @@ program=$(command -v kwin_wayland || true)
 scratch=$(mktemp -d "${TMPDIR:-/tmp}/orvane-kwin.XXXXXX")
 # shellcheck disable=SC2317 # called by the trap
 cleanup() {
-    rm -rf "$scratch"
+    remove_scratch "$scratch"
 }
 trap cleanup EXIT
 trap 'exit 143' TERM INT
 
 mkdir -p "$scratch/home/.config" "$scratch/run"
 chmod 700 "$scratch/run"
+[ -z "$layouts" ] || printf '[Layout]\nUse=true\nLayoutList=%s\n' "$layouts" >"$scratch/home/.config/kxkbrc"
 # The installed program has a file capability that a container may not grant; a copy has none.
 install -m 755 "$program" "$scratch/kwin_wayland"
 surroundings=(
@@ -79,5 +84,5 @@ while IFS= read -r variable; do
     surroundings+=("$variable=${!variable}")
 done < <(compgen -e | grep -E '^(ORVANE_TEST_|QT_SCALE_FACTOR$|GTEST_)' || true)
 status=0
-"${surroundings[@]}" dbus-run-session -- "$(readlink -f "${BASH_SOURCE[0]}")" --size "$size" -- "$@" || status=$?
+"${surroundings[@]}" dbus-run-session -- "$(readlink -f "${BASH_SOURCE[0]}")" --size "$size" --outputs "$outputs" -- "$@" || status=$?
 exit "$status"

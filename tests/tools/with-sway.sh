@@ -14,6 +14,8 @@
 # DESKTOP_SCRATCH (a folder that goes away too). sway refuses to run as root: for root all of it runs as nobody, and the command must
 # be a program that can be copied (a test) or that nobody may run.
 set -euo pipefail
+# shellcheck source=tests/tools/scratch.sh
+. "$(dirname "${BASH_SOURCE[0]}")/scratch.sh"
 
 outputs=1 scale=1 bar=no bus=yes lines=()
 while [ $# -gt 0 ]; do
@@ -74,7 +76,7 @@ command -v sway >/dev/null || { printf 'with-sway.sh: skipped, sway is not insta
 scratch=$(mktemp -d "${TMPDIR:-/tmp}/orvane-sway.XXXXXX")
 # shellcheck disable=SC2317 # called by the trap
 cleanup() {
-    rm -rf "$scratch"
+    remove_scratch "$scratch"
 }
 trap cleanup EXIT
 trap 'exit 143' TERM INT

@@ -69,40 +69,41 @@ HotKeyService::Answer KGlobalAccelHotKeys::take(const HotKeyRequest &request) {
     if (!_isThere()) {
         return Answer::Unavailable;
     }
-    const std::optional<int> key = KeyboardMap::ofSession().qtKey(request.keyCode, request.modifiers);
-    if (!key) {
+    const std::vector<int> all = KeyboardMap::ofSession().qtKeys(request.keyCode, request.modifiers);
+    const QList<int> keys(all.begin(), all.end());
+    if (keys.isEmpty()) {
         return Answer::Invalid;
     }
     for (const auto &[slot, taken] : _taken) {
-        if (taken.key == *key) {
+        if (taken.keys.first() == keys.first()) {
             return Answer::Refused;
         }
     }
-    const Answer answer = _register(*key, request.slot);
+    const Answer answer = _register(keys, request.slot);
     if (answer == Answer::Taken) {
-        _taken[request.slot] = {*key, false};
+        _taken[request.slot] = {keys, false};
     }
     return answer;
 }
 
-HotKeyService::Answer KGlobalAccelHotKeys::_register(int key, int slot) {
+HotKeyService::Answer KGlobalAccelHotKeys::_register(const QList<int> &keys, int slot) {
     const QStringList action = _action(slot);
     if (_call(QStringLiteral("doRegister"), {action}).type() == QDBusMessage::ErrorMessage) {
         return Answer::Unavailable;
     }
     const QDBusReply<QList<int>> reply =
-        _call(QStringLiteral("setShortcut"), {action, QVariant::fromValue(QList<int>{key}), QVariant::fromValue(SetPresentKey)});
-    if (reply.isValid() && reply.value() == QList<int>{key}) {
+        _call(QStringLiteral("setShortcut"), {action, QVariant::fromValue(keys), QVariant::fromValue(SetPresentKey)});
+    // It answers with 0 in place of a key that is somebody else's. Where that is so in another layout only, it does not matter.
+    if (reply.isValid() && reply.value().value(0) == keys.first()) {
         _subscribe();
         return Answer::Taken;
     }
-    // It answers with another key, or none, when this one is somebody else's.
     _unregister(slot);
     if (!reply.isValid()) {
         _log.log("KGlobalAccel: " + QtUtf8Of(reply.error().message()));
         return Answer::Unavailable;
     }
-    _logHolder(key);
+    _logHolder(keys.first());
     return Answer::Refused;
 }
 
@@ -162,8 +163,8 @@ void KGlobalAccelHotKeys::_subscribe() {
 
 void KGlobalAccelHotKeys::_registerAgain() {
     const std::map<int, Taken> taken = _taken;
-    for (const auto &[slot, key] : taken) {
-        if (_register(key.key, slot) != Answer::Taken) {
+    for (const auto &[slot, each] : taken) {
+        if (_register(each.keys, slot) != Answer::Taken) {
             _taken.erase(slot);
             if (decided) {
                 decided(slot, false, "KGlobalAccel was started anew and refuses it");

@@ -18,7 +18,8 @@
 namespace orvane {
 
 /// Hot keys by KDE's KGlobalAccel, which KWin (Plasma 5) or kglobalacceld (Plasma 6) runs on the session bus. The combination of the
-/// preferences is set each time: a change in KDE's System Settings holds until then. Keys are unregistered when they are given back; a
+/// preferences is set each time: a change in KDE's System Settings holds until then. KDE knows keys by what the layout in use has on them,
+/// so what each layout has there is registered. Keys are unregistered when they are given back; a
 /// key that is left behind would be swallowed by KDE with nobody to hear it.
 class KGlobalAccelHotKeys final : public QObject, public HotKeyService {
     Q_OBJECT
@@ -40,13 +41,13 @@ private Q_SLOTS:
 
 private:
     struct Taken {
-        int key = 0;
+        QList<int> keys; ///< what the layouts have on the key, the first layout's in front
         bool isDown = false;
     };
 
     [[nodiscard]] QDBusMessage _call(const QString &method, const QVariantList &arguments) const;
     [[nodiscard]] bool _isThere() const;
-    [[nodiscard]] Answer _register(int key, int slot);
+    [[nodiscard]] Answer _register(const QList<int> &keys, int slot);
     void _unregister(int slot) const;
     void _subscribe();
     void _registerAgain();

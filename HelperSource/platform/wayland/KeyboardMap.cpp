@@ -3,6 +3,7 @@
 #include "platform/wayland/SeatKeymap.h"
 #include "platform/x11/X11KeyCodes.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <utility>
@@ -110,20 +111,20 @@ KeyboardMap KeyboardMap::ofLayout(const std::string &layout) {
     }));
 }
 
-std::optional<std::uint32_t> KeyboardMap::keysym(std::uint32_t keyCode, unsigned level) const {
+std::optional<std::uint32_t> KeyboardMap::keysym(std::uint32_t keyCode, unsigned level, std::uint32_t layout) const {
     const std::optional<std::uint8_t> key = X11KeyCodeOfVirtualKeyCode(keyCode);
     if (!key || _keymap == nullptr) {
         return std::nullopt;
     }
     const xkb_keysym_t *symbols = nullptr;
-    const int number = xkb_keymap_key_get_syms_by_level(_keymap.get(), *key, 0, level, &symbols);
+    const int number = xkb_keymap_key_get_syms_by_level(_keymap.get(), *key, layout, level, &symbols);
     return number == 1 && symbols[0] != XKB_KEY_NoSymbol ? std::optional<std::uint32_t>(symbols[0]) : std::nullopt;
 }
 
-std::optional<int> KeyboardMap::qtKey(std::uint32_t keyCode, std::uint32_t modifiers) const {
+std::optional<int> KeyboardMap::qtKey(std::uint32_t keyCode, std::uint32_t modifiers, std::uint32_t layout) const {
     // The keypad's digits are on its second level.
-    const std::optional<std::uint32_t> plain = keysym(keyCode, X11IsKeypadKey(keyCode) ? 1 : 0);
-    const std::optional<std::uint32_t> symbol = plain ? plain : keysym(keyCode, 0);
+    const std::optional<std::uint32_t> plain = keysym(keyCode, X11IsKeypadKey(keyCode) ? 1 : 0, layout);
+    const std::optional<std::uint32_t> symbol = plain ? plain : keysym(keyCode, 0, layout);
     if (!symbol || (modifiers & ~(Command | Shift | Option | Control)) != 0) {
         return std::nullopt;
     }
@@ -133,7 +134,7 @@ std::optional<int> KeyboardMap::qtKey(std::uint32_t keyCode, std::uint32_t modif
     }
     bool hasShift = (modifiers & Shift) != 0;
     if (hasShift && !isLetter(*symbol) && !X11IsKeypadKey(keyCode)) {
-        const std::optional<std::uint32_t> shifted = keysym(keyCode, 1);
+        const std::optional<std::uint32_t> shifted = keysym(keyCode, 1, layout);
         const std::optional<int> other = shifted ? qtKeyOf(*shifted) : std::nullopt;
         if (other && other != key) {
             key = other;
@@ -146,6 +147,18 @@ std::optional<int> KeyboardMap::qtKey(std::uint32_t keyCode, std::uint32_t modif
     combination |= (modifiers & Option) != 0 ? static_cast<int>(Qt::AltModifier) : 0;
     combination |= (modifiers & Command) != 0 ? static_cast<int>(Qt::MetaModifier) : 0;
     return combination;
+}
+
+std::vector<int> KeyboardMap::qtKeys(std::uint32_t keyCode, std::uint32_t modifiers) const {
+    std::vector<int> keys;
+    const xkb_layout_index_t layouts = _keymap == nullptr ? 0 : xkb_keymap_num_layouts(_keymap.get());
+    for (xkb_layout_index_t layout = 0; layout < layouts; ++layout) {
+        const std::optional<int> key = qtKey(keyCode, modifiers, layout);
+        if (key && std::find(keys.begin(), keys.end(), *key) == keys.end()) {
+            keys.push_back(*key);
+        }
+    }
+    return keys;
 }
 
 std::optional<std::string> KeyboardMap::portalTrigger(std::uint32_t keyCode, std::uint32_t modifiers) const {

@@ -96,7 +96,30 @@ std::unique_ptr<LayerShell> LayerShell::connect() {
     }
     auto *const display = static_cast<wl_display *>(native().nativeResourceForIntegration("wl_display"));
     std::unique_ptr<LayerShell> shell(new LayerShell);
-    return display != nullptr && shell->_bind(display) ? std::move(shell) : nullptr;
+    if (display == nullptr || !shell->_bind(display)) {
+        return nullptr;
+    }
+    if (shell->_hasDecorations) {
+        _keepOpenGLAway();
+    }
+    return shell;
+}
+
+void LayerShell::_keepOpenGLAway() {
+    // Before it shows its first window Qt finds out whether it could draw title bars, and loads the machine's OpenGL for that: tens of
+    // megabytes and of milliseconds. Where the compositor draws them it need not know; it reads the answer once, from this variable,
+    // which is gone again before other programs could be given it.
+    constexpr const char *Variable = "QT_WAYLAND_DISABLE_WINDOWDECORATION";
+    if (qEnvironmentVariableIsSet(Variable)) {
+        return; // the user's own wish
+    }
+    qputenv(Variable, "1");
+    {
+        QWindow window; // without a role: it never comes up
+        window.setFlags(Qt::FramelessWindowHint | Qt::BypassWindowManagerHint);
+        window.setVisible(true);
+    }
+    qunsetenv(Variable);
 }
 
 LayerShell::~LayerShell() {
@@ -126,6 +149,7 @@ bool LayerShell::_bind(wl_display *display) {
 
 void LayerShell::_global(void *data, wl_registry *registry, std::uint32_t name, const char *interface, std::uint32_t version) {
     auto *const self = static_cast<LayerShell *>(data);
+    self->_hasDecorations = self->_hasDecorations || std::strcmp(interface, "zxdg_decoration_manager_v1") == 0;
     if (self->_shell == nullptr && std::strcmp(interface, layershell::ShellName) == 0) {
         const std::uint32_t understood = std::min(version, layershell::NewestVersion);
         self->_shell = static_cast<wl_proxy *>(wl_registry_bind(registry, name, &layershell::Shell, understood));

@@ -66,12 +66,14 @@ public:
 private:
     LayerShell() = default;
     [[nodiscard]] bool _bind(wl_display *display);
+    static void _keepOpenGLAway();
     static void _global(void *data, wl_registry *registry, std::uint32_t name, const char *interface, std::uint32_t version);
     static void _globalRemove(void *data, wl_registry *registry, std::uint32_t name);
 
     wl_display *_display = nullptr; ///< Qt's
     wl_event_queue *_queue = nullptr;
     wl_proxy *_shell = nullptr;
+    bool _hasDecorations = false; ///< the compositor draws title bars
 };
 
 } // namespace orvane

@@ -27,6 +27,8 @@ constexpr int BusyAnswer = 40;
 constexpr int MostRounds = 5;
 /// Time in which there is something to enter; what a machine that has much else to do may take.
 constexpr int PatienceWithPainting = 2000;
+/// Time for which an overlay that has gone is kept; milliseconds. See `_retire`.
+constexpr int Retirement = 200;
 /// Distance that the menu keeps from the screen's edges.
 constexpr int EdgeGap = 4;
 /// Of the soft shadow around the menu, in pixels.
@@ -54,6 +56,12 @@ public:
         return _surface != nullptr;
     }
     void takeKeyboard() { _surface->takeKeyboard(); }
+    /// Takes it from the screen for good.
+    void leave() {
+        _surface.reset();
+        hide();
+        _panel.reset();
+    }
     [[nodiscard]] QPoint onDesktop(const QPoint &point) const { return _place + point; }
 
     void showMenu(Menu &menu, std::optional<QPoint> pointer, const QPoint &offset) {
@@ -64,6 +72,7 @@ public:
         _placePanel(pointer, offset);
         _panel->show();
         _panel->takeFocus();
+        repaint(); // at once: an update would wait until the compositor has shown the empty overlay, which takes a frame
     }
 
 protected:
@@ -168,8 +177,14 @@ void LayerShellPopUpMenus::_show(Overlay &overlay, std::optional<QPoint> pointer
     overlay.showMenu(*_menu, pointer, _offset);
     // Not from inside an event that may be on its way to one of them.
     QTimer::singleShot(0, &overlay, [this, &overlay] {
-        const bool hadOthers =
-            std::erase_if(_overlays, [&overlay](const std::unique_ptr<Overlay> &other) { return other.get() != &overlay; }) > 0;
+        if (_shown != &overlay) {
+            return; // it has gone meanwhile
+        }
+        const auto others = std::stable_partition(_overlays.begin(), _overlays.end(),
+                                                  [&overlay](const std::unique_ptr<Overlay> &other) { return other.get() == &overlay; });
+        const bool hadOthers = others != _overlays.end();
+        std::for_each(others, _overlays.end(), [this](std::unique_ptr<Overlay> &other) { _retire(std::move(other)); });
+        _overlays.erase(others, _overlays.end());
         // The keyboard was with one of them perhaps, and sway does not hand it on.
         if (hadOthers) {
             overlay.takeKeyboard();
@@ -211,10 +226,20 @@ void LayerShellPopUpMenus::_lost(const Overlay &overlay) {
     }
 }
 
+void LayerShellPopUpMenus::_retire(std::unique_ptr<Overlay> overlay) {
+    // Qt 6.4 hears on a thread of its own that a frame was shown, and that thread may be about to tell the window: it finds one that is
+    // hidden, which it is prepared for, but must not find one that is deleted.
+    overlay->leave();
+    QTimer::singleShot(Retirement, &_patience, [kept = std::shared_ptr<Overlay>(std::move(overlay))] {});
+}
+
 void LayerShellPopUpMenus::_close() {
     _patience.stop();
     _chooser.reset();
-    _overlays.clear();
+    for (std::unique_ptr<Overlay> &overlay : std::exchange(_overlays, {})) {
+        _retire(std::move(overlay));
+    }
+    _shown = nullptr;
     _menu = nullptr;
     _shell->finishRequests();
 }

@@ -32,6 +32,7 @@ private:
     void _painted();
     void _showWithoutPointer();
     void _lost(const Overlay &overlay);
+    void _retire(std::unique_ptr<Overlay> overlay);
 
     std::unique_ptr<LayerShell> _shell;
     std::vector<std::unique_ptr<Overlay>> _overlays;

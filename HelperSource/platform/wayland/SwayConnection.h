@@ -16,7 +16,7 @@ namespace orvane {
 /// Questions to sway through its IPC (sway-ipc(7)), the answer waited for. Main thread only.
 class SwayConnection {
 public:
-    enum Type : std::uint32_t { RunCommand = 0, Subscribe = 2, GetTree = 4, GetConfig = 9 };
+    enum Type : std::uint32_t { RunCommand = 0, Subscribe = 2, GetTree = 4, GetConfig = 9, GetInputs = 100 };
 
     /// Whether the environment names a sway.
     [[nodiscard]] static bool isThere();

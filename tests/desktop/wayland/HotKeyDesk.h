@@ -26,7 +26,7 @@ public:
                                          reference);
     }
     /// Handles events until it holds; fails after the limit.
-    static bool waitFor(const std::function<bool()> &condition, std::chrono::milliseconds limit = std::chrono::seconds(5)) {
+    static bool waitFor(const std::function<bool()> &condition, std::chrono::milliseconds limit = std::chrono::seconds(20)) {
         QElapsedTimer clock;
         clock.start();
         while (!condition()) {

@@ -144,6 +144,16 @@ TEST(KeyboardMapTest, KeysAreThoseOfTheLayout) {
     EXPECT_EQ(german.portalTrigger(0x06, Control | Shift), "CTRL+SHIFT+y");
 }
 
+TEST(KeyboardMapTest, KeysOfAllLayoutsCountOnceAndTheFirstLayoutsComeFirst) {
+    constexpr std::uint32_t Control = 0x1000;
+    const auto with = [](int key) { return Qt::ControlModifier | static_cast<Qt::Key>(key); };
+    const KeyboardMap map = KeyboardMap::ofLayout("us,de,ru,fr");
+    EXPECT_EQ(map.qtKeys(0x06, Control), (std::vector<int>{with(Qt::Key_Z).toCombined(), with(Qt::Key_Y).toCombined(),
+                                                           with(0x042F).toCombined(), with(Qt::Key_W).toCombined()}));
+    EXPECT_EQ(map.qtKeys(0x65, Control), std::vector<int>{with(Qt::Key_F9).toCombined()});
+    EXPECT_TRUE(map.qtKeys(0x7F, Control).empty());
+}
+
 TEST(SwayConfigurationTest, FindsBindingsHoweverTheyAreWritten) {
     SwayModifiers modifiers;
     modifiers.hasControl = modifiers.hasShift = true;

@@ -88,7 +88,7 @@ public:
         _steps.emplace_back(std::move(condition), std::move(action));
         return *this;
     }
-    void start(std::chrono::milliseconds limit = std::chrono::seconds(8)) {
+    void start(std::chrono::milliseconds limit = std::chrono::seconds(20)) {
         _since.start();
         _limit = limit.count();
         _timer.start(3);

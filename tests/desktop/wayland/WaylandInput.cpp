@@ -191,10 +191,21 @@ void WaylandInput::key(std::uint32_t code, bool isDown) {
     request(_keyboard, 1, now(), code, state);
     // X key codes, which xkbcommon uses, are those of evdev plus 8 (XKB's evdev rules).
     xkb_state_update_key(_state, code + 8, isDown ? XKB_KEY_DOWN : XKB_KEY_UP);
+    _sendModifiers();
+}
+
+void WaylandInput::_sendModifiers() {
     request(_keyboard, 2, xkb_state_serialize_mods(_state, XKB_STATE_MODS_DEPRESSED),
             xkb_state_serialize_mods(_state, XKB_STATE_MODS_LATCHED), xkb_state_serialize_mods(_state, XKB_STATE_MODS_LOCKED),
             xkb_state_serialize_layout(_state, XKB_STATE_LAYOUT_EFFECTIVE));
     _finish();
+}
+
+void WaylandInput::switchLayout(std::uint32_t layout) {
+    if (_keyboard != nullptr) {
+        xkb_state_update_mask(_state, 0, 0, 0, 0, 0, layout);
+        _sendModifiers();
+    }
 }
 
 void WaylandInput::press(const std::vector<std::uint32_t> &codes) {

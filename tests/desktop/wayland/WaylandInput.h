@@ -31,6 +31,8 @@ public:
     void key(std::uint32_t code, bool isDown);
     /// Presses the keys in this order, then lets go of them in the other.
     void press(const std::vector<std::uint32_t> &codes);
+    /// Goes to a layout of this keyboard, counted from 0. KWin's fake input has no layouts of its own.
+    void switchLayout(std::uint32_t layout);
     [[nodiscard]] wl_display *display() const { return _display; }
 
 private:
@@ -38,6 +40,7 @@ private:
     static void _global(void *data, wl_registry *registry, std::uint32_t name, const char *interface, std::uint32_t version);
     static void _globalRemove(void *data, wl_registry *registry, std::uint32_t name);
     void _makeKeyboard(const std::string &layout);
+    void _sendModifiers();
     void _finish();
 
     wl_display *_display = nullptr;

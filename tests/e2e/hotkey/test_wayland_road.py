@@ -1,15 +1,17 @@
 """On sway and on KWin: from the hot key, pressed while a file manager is in front, to the tree in that file manager's folder."""
 
 import signal
+import threading
 import unittest
 from compositors import *
 from compositors import keep_picture
 from support import PANEL, PROMPT, shows_windows_to_assistive_programs
+from test_opening import FILE_MANAGER, FILE_MANAGER_XML, PORTAL, PORTAL_XML, GLib, Program
 
 X, Y = 700, 250
 
 
-class Road(HotKeyDesktop):
+class Desk(HotKeyDesktop):
     def setUp(self):
         super().setUp()
         self.desk = compositor()
@@ -71,6 +73,8 @@ class Road(HotKeyDesktop):
         wait(is_still, "the screen to be still")
         return seen[-1]
 
+
+class Road(Desk):
     def test_the_keyboard_alone_makes_a_tree_in_the_front_window(self):
         self.open_file_manager()
         self.start_with_hot_key()
@@ -113,6 +117,42 @@ class Road(HotKeyDesktop):
             self.process.wait(timeout=LIMIT)
             wait(self.desk.key_is_free, "the key to be free")
             wait(lambda: f"'{NAME}'" not in bus_names(), "the helper to be off the bus")
+
+
+class Environment(Desk):
+    """On a session of its own: file managers of other tests would open the folder."""
+
+    def test_the_script_and_xdg_open_get_none_of_the_variables_that_the_helper_sets_for_itself(self):
+        """For its menu at the pointer it tells Qt something in its own environment, which other programs of Qt would read too."""
+        threading.Thread(target=GLib.MainLoop().run, daemon=True).start()
+        stand_in = self.others.pop(0)
+        stand_in.terminate()
+        stand_in.wait(LIMIT)
+        wait(lambda: f"'{FILE_MANAGER}'" not in bus_names(), "no file manager")
+        # Both refuse, so that it comes to xdg-open.
+        self.addCleanup(Program(FILE_MANAGER, "/org/freedesktop/FileManager1", FILE_MANAGER_XML, "error").stop)
+        self.addCleanup(Program(PORTAL, "/org/freedesktop/portal/desktop", PORTAL_XML, "error").stop)
+        tools, by_script, by_xdg_open = self.home / "bin", self.home / "by-script", self.home / "by-xdg-open"
+        tools.mkdir()
+        for path, seen in ((tools / "xdg-open", by_xdg_open), (self.support / "Scripts/note.sh", by_script)):
+            path.write_text(f"#!/bin/sh\n/usr/bin/env >'{seen}.new'\n/bin/mv '{seen}.new' '{seen}'\n")
+            path.chmod(0o755)
+        self.write_hot_key(presets=[preset("Film", "Plain folder", scriptFile="note.sh")])
+        self.start(PATH=f"{tools}:{os.environ['PATH']}", ORVANE_OF_ITS_OWN="x", XDG_ACTIVATION_TOKEN="y")
+        self.wait_for_statement(" works")
+        before = self.still_screen()
+        subprocess.run([os.environ["ORVANE_TEST_ORVANE"], "menu", "--in", str(self.folder)], check=True, timeout=LIMIT)
+        wait(lambda: (difference(before, self.seen()) or (0, 0, 0, 0))[3] > 50, "the menu to be up")
+        self.still_screen()
+        self.input.press("f")
+        self.input.press("Return")
+        self.wait_for_folder(self.folder / "Plain folder")
+        wait(lambda: by_script.exists() and by_xdg_open.exists(), "the script and xdg-open")
+        names = [{line.partition("=")[0] for line in seen.read_text().splitlines()} for seen in (by_script, by_xdg_open)]
+        self.assertEqual(names[0] - {"PWD", "OLDPWD", "SHLVL", "_"}, {"ORV_CONTEXT", "ORV_ROOT_PATH"})
+        self.assertIn("WAYLAND_DISPLAY", names[1])
+        leaked = [name for name in names[1] if name.startswith(("ORVANE_", "QT_WAYLAND_")) or name == "XDG_ACTIVATION_TOKEN"]
+        self.assertEqual(leaked, [])
 
 
 if __name__ == "__main__":

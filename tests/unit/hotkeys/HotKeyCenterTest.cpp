@@ -92,6 +92,86 @@ TEST_F(HotKeyCenter, RegisteringTwiceUndoesTheFirstRegistration) {
     EXPECT_EQ(key->hotKeyID().id, 2U);
 }
 
+TEST_F(HotKeyCenter, RegisteringTwiceAndBeingRefusedTheSecondTimeLeavesTheRecordUnregistered) {
+    const auto key = hotKey(1, 0x100);
+    (void)center->registerHotKey(key);
+    events.nextStatus = EventHotKeyExistsError;
+    EXPECT_FALSE(center->registerHotKey(key));
+    EXPECT_TRUE(center->allHotKeys().empty());
+    EXPECT_TRUE(events.registered().empty());
+    EXPECT_EQ(key->hotKeyID(), ours(2));
+}
+
+TEST_F(HotKeyCenter, SecondRecordOfACombinationIsTheDesktopsToRefuseAndTheFirstStays) {
+    const auto first = hotKey(1, 0x100, "first");
+    (void)center->registerHotKey(first);
+    EXPECT_FALSE(center->registerHotKey(hotKey(1, 0x100, "second")));
+    EXPECT_EQ(center->allHotKeys(), std::vector{first});
+    EXPECT_EQ(events.journal.back(), "register 1+0x100 id=2 refused");
+}
+
+TEST_F(HotKeyCenter, RecordsWithEqualIdentifiersAreAllKeptAndOneOfThemIsFound) {
+    const auto one = hotKey(1, 0x100, "same");
+    const auto two = hotKey(2, 0x100, "same");
+    (void)center->registerHotKey(one);
+    (void)center->registerHotKey(two);
+    EXPECT_EQ(center->allHotKeys().size(), 2U);
+    const auto found = center->hotKeyWithIdentifier("same");
+    EXPECT_TRUE(found == one || found == two);
+    center->unregisterHotKey(found);
+    EXPECT_EQ(center->hotKeyWithIdentifier("same"), found == one ? two : one);
+}
+
+/// Notes with what the handler is installed and the key registered.
+class AttentiveEvents final : public HotKeyEvents {
+public:
+    EventStatus registerEventHotKey(std::uint32_t /*keyCode*/, std::uint32_t /*modifiers*/, EventHotKeyID /*id*/, EventTargetRef target,
+                                    std::uint32_t options, EventHotKeyRef &hotKey) override {
+        registeredTarget = target;
+        registeredOptions = options;
+        hotKey = this;
+        return EventNoError;
+    }
+    EventStatus unregisterEventHotKey(EventHotKeyRef /*hotKey*/) override { return EventInternalError; }
+    EventTargetRef getEventDispatcherTarget() override { return &dispatcher; }
+    EventStatus installEventHandler(EventTargetRef target, EventHandler handler, std::span<const EventTypeSpec> /*types*/,
+                                    void *userData) override {
+        installedTarget = target;
+        installedHandler = handler;
+        installedUserData = userData;
+        return EventInternalError;
+    }
+
+    const int dispatcher = 0;
+    EventTargetRef registeredTarget = nullptr;
+    std::uint32_t registeredOptions = 99;
+    EventTargetRef installedTarget = nullptr;
+    EventHandler installedHandler = nullptr;
+    void *installedUserData = this;
+};
+
+TEST_F(HotKeyCenter, RegistersAndListensAtTheDispatcherWithoutOptionsAndUserData) {
+    AttentiveEvents desktop;
+    const auto attentive = SGHotKeyCenter::create({assertions, desktop});
+    EXPECT_TRUE(attentive->registerHotKey(hotKey(1, 0x100)));
+    EXPECT_EQ(desktop.registeredTarget, &desktop.dispatcher);
+    EXPECT_EQ(desktop.registeredOptions, 0U);
+    EXPECT_EQ(desktop.installedTarget, &desktop.dispatcher);
+    EXPECT_EQ(desktop.installedHandler, &hotKeyEventHandler);
+    EXPECT_EQ(desktop.installedUserData, nullptr);
+}
+
+TEST_F(HotKeyCenter, DesktopsAnswersToInstallingAndUnregisteringAreNotLookedAt) {
+    AttentiveEvents desktop;
+    const auto attentive = SGHotKeyCenter::create({assertions, desktop});
+    const auto key = hotKey(1, 0x100);
+    EXPECT_TRUE(attentive->registerHotKey(key));
+    EXPECT_TRUE(attentive->eventHandlerInstalled());
+    attentive->unregisterHotKey(key);
+    EXPECT_TRUE(attentive->allHotKeys().empty());
+    EXPECT_TRUE(assertions.failures.empty());
+}
+
 TEST_F(HotKeyCenter, InvalidCombinationIsNoErrorAndNothingHappens) {
     const auto clear = std::make_shared<SGHotKey>();
     EXPECT_TRUE(center->registerHotKey(clear));

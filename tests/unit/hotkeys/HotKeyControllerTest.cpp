@@ -89,6 +89,19 @@ TEST_F(HotKeyControllerTest, ConvertsEveryModifierAndDropsOtherBits) {
     EXPECT_EQ(events.registered(), (Combinations{{40, 0x1B00}}));
 }
 
+TEST_F(HotKeyControllerTest, NegativeFlagsHaveEveryModifier) {
+    setPreferences(number(40), number(-1));
+    controller->awakeFromNib();
+    EXPECT_EQ(events.registered(), (Combinations{{40, 0x1B00}}));
+}
+
+TEST_F(HotKeyControllerTest, ValuesOfOtherTypesCountAsZero) {
+    setPreferences(list({number(40)}), dict({{"flags", number(0x100000)}}));
+    controller->awakeFromNib();
+    EXPECT_TRUE(events.journal.empty());
+    EXPECT_EQ(controller->hotkey()->keyCombo(), SGKeyCombo(0, 0));
+}
+
 TEST_F(HotKeyControllerTest, TakesDecimalTextsForNumbers) {
     setPreferences(text("40"), text("1048576"));
     controller->awakeFromNib();

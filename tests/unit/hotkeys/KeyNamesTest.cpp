@@ -80,6 +80,13 @@ TEST(KeyNames, KeyCodeIsReadInSixteenBits) {
     EXPECT_EQ(SGKeyCombo(65536 + 36, 0x100).keyCodeString(), "Return");
 }
 
+TEST(KeyNames, SixteenBitsHaveASign) {
+    KeyDesk desk;
+    desk.setKeyCodes(dict({{"-1", text("minus one")}}));
+    EXPECT_EQ(SGKeyCombo(0xFFFF, 0x100).keyCodeString(), "minus one");
+    EXPECT_EQ(SGKeyCombo(0x8000, 0x100).keyCodeString(), "FFFF8000");
+}
+
 TEST(KeyNames, ListIsLoadedOnce) {
     KeyDesk desk;
     desk.setNewKeyCodes();
@@ -158,6 +165,16 @@ TEST(SGKeyCodeTranslator, IsKeptWhileTheLayoutIsTheSame) {
     const SGKeyCodeTranslator *translator = SGKeyCodeTranslator::currentTranslator();
     EXPECT_EQ(SGKeyCodeTranslator::currentTranslator(), translator);
     EXPECT_EQ(translator->keyboardLayout(), desk.layouts.current);
+}
+
+TEST(SGKeyCodeTranslator, KeepsItsStateFromOneNameToTheNext) {
+    KeyDesk desk;
+    desk.setNewKeyCodes();
+    desk.useLayout({{6, u"z"}});
+    desk.layouts.nextDeadKeyState = 9;
+    EXPECT_EQ(SGKeyCombo(6, 0x100).keyCodeString(), "Z");
+    EXPECT_EQ(SGKeyCombo(6, 0x100).keyCodeString(), "Z");
+    EXPECT_EQ(desk.layouts.questions.back().deadKeyState, 9U); // a translator made anew would begin with none
 }
 
 TEST(SGKeyCodeTranslator, FollowsTheLayoutAtTheNextName) {
