@@ -17,3 +17,4 @@ install(FILES man/orvane-helper.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(DIRECTORY ${CMAKE_SOURCE_DIR}/resources/icons/hicolor DESTINATION ${CMAKE_INSTALL_DATADIR}/icons)
 install(FILES ${CMAKE_SOURCE_DIR}/resources/ORVMenuBar.png ${CMAKE_SOURCE_DIR}/resources/ORVMenuBar@2x.png
   DESTINATION ${CMAKE_INSTALL_DATADIR}/orvane)
+include(${CMAKE_CURRENT_LIST_DIR}/../systemd/systemd.cmake)

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Status 0 when programs are built so that misused memory ends them instead of serving somebody: at random addresses, with
-# relocations that are read-only from the start, no memory that is writable and executable, and no network calls.
+# relocations that are read-only from the start, no memory that is writable and executable, and nothing for the network.
 # --release also wants checked library calls and stack protection, which only optimised builds have.
 #
 #   tests/lint/hardening.sh [--release] PROGRAM...
@@ -32,6 +32,9 @@ for program in "$@"; do
     grep -Eq 'GNU_STACK .* RW +0x' <<<"$segments" || complain "$program" "has an executable stack"
     if grep -Eq 'LOAD .* RWE ' <<<"$segments"; then
         complain "$program" "has memory that is writable and executable"
+    fi
+    if grep -Eq '\(NEEDED\).*\[lib(Qt[0-9]Network|curl|soup|ssl|gnutls)' <<<"$dynamic"; then
+        complain "$program" "links a library for the network"
     fi
     # A statically linked program holds what the C library itself uses.
     if grep -q '(NEEDED)' <<<"$dynamic" && grep -Eq 'UND (getaddrinfo|gethostbyname|inet_pton)(@|$)' <<<"$symbols"; then

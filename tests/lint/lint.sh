@@ -4,8 +4,8 @@
 #   tests/lint/lint.sh [-C FOLDER] CHECK...
 #
 # FOLDER is the top of the tree to check (this one unless told), CHECK one of
-#   includes   the core and the ports include the standard library and each other, nothing else; nothing includes what
-#              makes programs start slowly
+#   includes   the core, the ports and the model of the settings include the standard library and each other, nothing else;
+#              nothing includes what makes programs start slowly
 #   words      no leftovers in the text: notes to oneself, switched-off tests, paths of somebody's machine
 #   length     no source is longer than 600 lines
 #   format     clang-format would change nothing
@@ -74,6 +74,9 @@ check_includes() {
     files_like '^HelperSource/(presets|menubar|hotkeys)/.*\.(h|cpp)$' | matches '^[[:space:]]*#[[:space:]]*include' |
         { grep -vE "include[[:space:]]+($allowed|\"(ports|presets|menubar|hotkeys)/)" || true; } |
         problems "the core includes the standard library, ports and core only" || status=1
+    files_like '^PreferencePane/model/.*\.(h|cpp)$' | matches '^[[:space:]]*#[[:space:]]*include' |
+        { grep -vE "include[[:space:]]+($allowed|\"((ports|presets|menubar|hotkeys)/)?[A-Za-z0-9_]+\.h\")" || true; } |
+        problems "what the settings know includes the standard library, ports and core only" || status=1
     # Each of these initialises a good deal before main, or brings much code along.
     files_like '^(HelperSource|CommandLine)/.*\.(h|cpp)$' |
         matches '^[[:space:]]*#[[:space:]]*include[[:space:]]+<(iostream|fstream|sstream|iomanip|regex|locale|filesystem)>' |

@@ -10,10 +10,11 @@ failures=0
 
 fresh_tree() {
     find "$tree" -mindepth 1 -delete
-    mkdir -p "$tree"/HelperSource/{ports,presets,platform/posix} "$tree"/resources/tools "$tree"/resources/presets/small
+    mkdir -p "$tree"/HelperSource/{ports,presets,platform/posix} "$tree"/PreferencePane/model "$tree"/resources/tools "$tree"/resources/presets/small
     printf '#include <string>\n' >"$tree/HelperSource/ports/Port.h"
     printf '#include "ports/Port.h"\n\n#include <vector>\n' >"$tree/HelperSource/presets/Core.cpp"
     printf '#include <unistd.h>\n' >"$tree/HelperSource/platform/posix/Adapter.cpp"
+    printf '#include "Model.h"\n#include "presets/Core.h"\n' >"$tree/PreferencePane/model/Model.cpp"
     printf '#!/bin/sh\nexit 0\n' >"$tree/dev"
     cp "$here/../../.clang-format" "$tree/.clang-format"
     cp "$here/../../resources/tools/pack_preset.py" "$tree/resources/tools/"
@@ -61,6 +62,8 @@ finds includes HelperSource/presets/Core.cpp '#include <sys/stat.h>'
 finds includes HelperSource/presets/Core.cpp '#include <stringology>'
 finds includes HelperSource/platform/posix/Adapter.cpp '#include <iostream>'
 finds includes HelperSource/platform/posix/Adapter.cpp '#include <filesystem>'
+finds includes PreferencePane/model/Model.cpp '#include <QString>'
+finds includes PreferencePane/model/Model.cpp '#include "window/Page.h"'
 accepts includes HelperSource/presets/Core.cpp '#include "presets/Core.h"\n#include <string_view>'
 accepts includes HelperSource/platform/posix/Adapter.cpp '#include "presets/Core.h"\n#include <sys/stat.h>'
 
