@@ -12,14 +12,17 @@
 #include "platform/qtdbus/DesktopWorkspace.h"
 #include "platform/qtdbus/QtDBusNotifications.h"
 #include "platform/qtdbus/QtDBusSession.h"
+#include "platform/wayland/WaylandKeyboardLayouts.h"
 #include "platform/x11/X11HotKeyEvents.h"
 #include "platform/x11/X11Keyboard.h"
 #include "platform/x11/X11KeyboardLayouts.h"
+#include "wiring/LoggedAssertions.h"
 
 #include <QApplication>
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
+#include <QIcon>
 #include <QStringList>
 #include <QUrl>
 
@@ -42,14 +45,17 @@ constexpr const char *Usage = "Usage: orvane-settings [FILE | FOLDER]...\n"
                               "Makes and changes the presets of Orvane, and its settings. Preset files are added, folders are imported.\n"
                               "A second start shows the window of the one that is running.\n";
 
-/// Hot keys and keyboard as X11 gives them; nothing of either elsewhere.
+/// Hot keys and keyboard as X11 gives them; the keyboard alone on Wayland, where the helper takes the key if anybody may; nothing of
+/// either elsewhere.
 class DesktopKeys {
 public:
-    explicit DesktopKeys(SystemLog &log) {
+    DesktopKeys(QtDBusSession &session, SystemLog &log) {
         if (xcb_connection_t *connection = QtX11Events::connection(); connection != nullptr) {
             _keyboard = X11Keyboard::create(connection);
         }
-        if (_keyboard != nullptr) {
+        if (_keyboard == nullptr && QGuiApplication::platformName().startsWith(QLatin1String("wayland"))) {
+            _layouts = std::make_unique<WaylandKeyboardLayouts>(&session);
+        } else if (_keyboard != nullptr) {
             _layouts = std::make_unique<X11KeyboardLayouts>(*_keyboard);
             _events = std::make_unique<X11HotKeyEvents>(*_keyboard, log);
             _filter.emplace([hotKeys = _events.get()](const xcb_generic_event_t &event) { return hotKeys->handleEvent(event); });
@@ -60,25 +66,9 @@ public:
 
 private:
     std::unique_ptr<X11Keyboard> _keyboard;
-    std::unique_ptr<X11KeyboardLayouts> _layouts;
+    std::unique_ptr<KeyboardLayouts> _layouts;
     std::unique_ptr<X11HotKeyEvents> _events;
     std::optional<QtX11Events> _filter;
-};
-
-/// Notes a broken invariant and gives up what was being done.
-class NotedAssertions final : public AssertionHandler {
-public:
-    explicit NotedAssertions(SystemLog &log) : _log(log) {}
-    void handleFailureInMethod(std::string_view method, const void * /*object*/, std::string_view file, int lineNumber,
-                               std::string_view description) override {
-        std::string text = "*** Assertion failure in ";
-        text.append(method).append(", ").append(file).append(":").append(std::to_string(lineNumber)).append(" ").append(description);
-        _log.log(text);
-        throw AssertionFailure(text);
-    }
-
-private:
-    SystemLog &_log;
 };
 
 /// Names of keys by this keyboard, where there is one that tells.
@@ -96,7 +86,7 @@ public:
     ~KeyNames() { SGKeyCombo::setSharedPorts(nullptr); }
 
 private:
-    NotedAssertions _assertions;
+    LoggedAssertions _assertions;
     QtResources _resources;
     UnistringTextCase _textCase;
     std::optional<SGKeyComboPorts> _ports;
@@ -137,6 +127,7 @@ QStringList pathsOf(std::span<char *const> words) {
 int run(QtApplication &application, const QStringList &paths) {
     const std::string resources = QtResources::folderOfProgram();
     QtInstallTranslations(resources);
+    QGuiApplication::setWindowIcon(QtProgramIcon(resources));
     SettingsPaths folders = SettingsAdapters::pathsOfUser(resources);
     PosixSystemLog log(folders.stateFolder);
     QtDBusSession session(&log);
@@ -167,7 +158,7 @@ int run(QtApplication &application, const QStringList &paths) {
     DesktopWorkspace workspace(session, log);
     const std::string helper = QFile::encodeName(QCoreApplication::applicationDirPath()).toStdString() + "/orvane-helper";
     SettingsAdapters adapters(std::move(folders), notifications, workspace, helper);
-    DesktopKeys keys(adapters.log());
+    DesktopKeys keys(session, adapters.log());
     const KeyNames keyNames(keys.layouts(), adapters.log(), resources);
     SettingsPorts ports = adapters.ports();
     ports.hotKeyEvents = keys.events();

@@ -97,7 +97,7 @@ HotKeyField::Way HotKeyField::wayOfSession(bool hasHotKeyEvents) {
 
 QWidget *HotKeyField::_makeCommandRow() {
     auto *const row = new QWidget(this);
-    auto *const command = new QLineEdit(QStringLiteral("orvane menu"), row);
+    auto *const command = new QLineEdit(QString::fromLatin1(HotKeyCommand), row);
     command->setObjectName(QStringLiteral("hotKeyCommand"));
     command->setReadOnly(true);
     command->setAccessibleName(translated("Command to bind a key to"));
@@ -138,11 +138,11 @@ void HotKeyField::_sayAtRest() {
                       : wordsOfHotKey(_context.general.hotKey()));
     if (isRecording) {
         _ui_message->clear();
-    } else if (_way == Way::CommandOnly) {
-        _ui_message->say(InlineMessage::Kind::Note, hotKeyInstructions(qEnvironmentVariable("XDG_CURRENT_DESKTOP")));
     } else {
+        const QString desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP");
         const auto statement = PosixHotKeyStatement::ofDirectory(_context.paths.stateFolder);
-        _ui_message->say(InlineMessage::Kind::Note, QtTextOf(statement.value_or(std::string())));
+        const QString otherwise = _way == Way::CommandOnly ? hotKeyInstructions(desktops) : QString();
+        _ui_message->say(InlineMessage::Kind::Note, statement ? hotKeyStatement(*statement, desktops) : otherwise);
     }
 }
 

@@ -1,44 +1,16 @@
 #include "window/HotKeyInstructions.h"
 
 #include "window/Page.h"
+#include "window/Sentences.h"
+
+#include "hotkeys/HotKeyAdvice.h"
+#include "platform/qt/QtText.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
-#include <QStringList>
 
 namespace orvane {
-
-namespace {
-
-/// Where people find the keys for commands, for the desktops that name themselves so.
-QString placeOn(const QStringList &desktops) {
-    const auto isOn = [&](const char *name) { return desktops.contains(QLatin1String(name), Qt::CaseInsensitive); };
-    if (isOn("GNOME") || isOn("Unity")) {
-        return translated("In Settings: Keyboard, View and Customize Shortcuts, Custom Shortcuts.");
-    }
-    if (isOn("KDE")) {
-        return translated("In System Settings: Shortcuts, Add Command.");
-    }
-    if (isOn("sway")) {
-        return translated("In ~/.config/sway/config, a line such as: %1").arg(QLatin1String("bindsym Ctrl+Shift+h exec orvane menu"));
-    }
-    if (isOn("Hyprland")) {
-        return translated("In ~/.config/hypr/hyprland.conf, a line such as: %1")
-            .arg(QLatin1String("bind = CTRL SHIFT, H, exec, orvane menu"));
-    }
-    if (isOn("niri")) {
-        return translated("In ~/.config/niri/config.kdl, in the section “binds”, a line such as: %1")
-            .arg(QLatin1String("Ctrl+Shift+H { spawn-sh \"orvane menu\"; }"));
-    }
-    if (isOn("weston")) {
-        return translated(
-            "Weston has no keys for commands; a launcher in its panel can start it (~/.config/weston.ini, section “launcher”).");
-    }
-    return translated("In the settings of your desktop, where keys are given to commands.");
-}
-
-} // namespace
 
 bool desktopGivesHotKeys() {
     if (!qEnvironmentVariableIsEmpty("SWAYSOCK")) {
@@ -62,8 +34,20 @@ bool desktopGivesHotKeys() {
 }
 
 QString hotKeyInstructions(const QString &desktops) {
-    return translated("This desktop gives programs no hot keys of their own. Bind a key to the command below.") + QLatin1Char('\n') +
-           placeOn(desktops.split(QLatin1Char(':'), Qt::SkipEmptyParts));
+    const ORVHotKeyTexts texts = ORVHotKeyTextsOf(QtUtf8Of(desktops));
+    const QString command = QString::fromLatin1(HotKeyCommand);
+    return translated(texts.why) + u' ' + translated(texts.start).replace(QLatin1String("%1"), command) + u' ' +
+           translated(texts.place).replace(QLatin1String("%1"), command);
+}
+
+QString hotKeyStatement(const std::string &statement, const QString &desktops) {
+    const std::string advice = ORVHotKeyAdvice(QtUtf8Of(desktops), HotKeyCommand);
+    if (!statement.ends_with(advice)) {
+        return translatedSentence(statement);
+    }
+    const std::string before = statement.substr(0, statement.size() - advice.size());
+    const QString instructions = hotKeyInstructions(desktops);
+    return before.empty() ? instructions : translatedSentence(before.substr(0, before.size() - 1)) + u' ' + instructions;
 }
 
 } // namespace orvane

@@ -1,7 +1,9 @@
 #include "window/ItemPanel.h"
 
 #include "window/Icons.h"
+#include "window/LastFolder.h"
 #include "window/Page.h"
+#include "window/Sentences.h"
 
 #include "model/Permissions.h"
 #include "platform/qt/QtText.h"
@@ -119,7 +121,9 @@ QWidget *ItemPanel::_makePermissions() {
     _ui_octal->setAccessibleName(translated("Permissions as three octal digits"));
     _ui_octal->setPlaceholderText(translated("as usual"));
     _ui_octal->setToolTip(translated("Three octal digits, such as 755; empty for what a new item gets anyway"));
-    _ui_octal->setMinimumWidth(64);
+    const int widest = std::max(_ui_octal->fontMetrics().horizontalAdvance(translated("as usual")),
+                                _ui_octal->fontMetrics().horizontalAdvance(translated("differ")));
+    _ui_octal->setMinimumWidth(std::max(64, widest + 2 * _ui_octal->fontMetrics().averageCharWidth() + 8));
     _ui_octal->setMaxLength(3);
     static const QRegularExpression digits(QStringLiteral("[0-7]{0,3}"));
     _ui_octal->setValidator(new QRegularExpressionValidator(digits, _ui_octal));
@@ -283,14 +287,15 @@ void ItemPanel::_boxClicked(std::size_t box) {
 }
 
 void ItemPanel::_chooseContent() {
-    const QString path = QFileDialog::getOpenFileName(this, translated("Choose Content File"));
+    const QString path = QFileDialog::getOpenFileName(this, translated("Choose Content File"), LastFolder::path());
+    LastFolder::note(path);
     if (path.isEmpty()) {
         return;
     }
     std::string problem;
     const auto name = _context.contents.addContent(QFile::encodeName(path).toStdString(), problem);
     if (!name) {
-        return _context.showMessage(translated("%1 cannot be used: %2").arg(path, QtTextOf(problem)), true);
+        return _context.showMessage(translated("%1 cannot be used: %2").arg(path, translatedSentence(problem)), true);
     }
     _context.presets.setContentFilename(_items, *name);
     _context.resourcesDidChange();

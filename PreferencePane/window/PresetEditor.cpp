@@ -77,7 +77,7 @@ PresetEditor::PresetEditor(SettingsContext &context, QWidget *parent) : QWidget(
     _ui_rows->setStretchFactor(0, 1);
     _ui_rows->setStretchFactor(1, 0);
     _ui_rows->setSizes({600, 110});
-    _ui_columns->setSizes({520, 270});
+    _ui_columns->setSizes({2 * _ui_tabs->sizeHint().width(), std::max(270, _ui_tabs->sizeHint().width())});
 
     auto *const column = new QVBoxLayout(this);
     column->setContentsMargins(PageMargin, PageMargin, PageMargin, PageMargin);

@@ -1,24 +1,17 @@
 #include "window/PresetListModel.h"
 
+#include "window/DraggedPresets.h"
 #include "window/Icons.h"
 #include "window/Page.h"
 
 #include "platform/qt/QtText.h"
 
-#include <QCoreApplication>
 #include <QMimeData>
 #include <QUrl>
 
 #include <algorithm>
-#include <cstdint>
 
 namespace orvane {
-
-namespace {
-
-const QString PresetsMediaType = QStringLiteral("application/x-orvane-preset-ids");
-
-} // namespace
 
 PresetListModel::PresetListModel(SettingsContext &context, QObject *parent)
     : QAbstractListModel(parent), _context(context), _document(context.presets) {
@@ -86,17 +79,19 @@ bool PresetListModel::setData(const QModelIndex &index, const QVariant &value, i
 }
 
 QStringList PresetListModel::mimeTypes() const {
-    return {PresetsMediaType, QStringLiteral("text/uri-list")};
+    return {QLatin1String(PresetsMediaType), QStringLiteral("text/uri-list")};
 }
 
 QMimeData *PresetListModel::mimeData(const QModelIndexList &indexes) const {
-    QByteArray bytes = QByteArray::number(QCoreApplication::applicationPid());
+    std::vector<ItemID> presets;
     for (const QModelIndex &index : indexes) {
-        bytes += ' ' + QByteArray::number(static_cast<std::uint32_t>(presetOfIndex(index)));
+        presets.push_back(presetOfIndex(index));
     }
-    auto *const data = new QMimeData;
-    data->setData(PresetsMediaType, bytes);
-    return data;
+    // In their order in the list, whichever of them was chosen first.
+    std::sort(presets.begin(), presets.end(),
+              [this](ItemID one, ItemID other) { return _document.indexOf(one) < _document.indexOf(other); });
+    _places.push_back(std::make_shared<QTemporaryDir>());
+    return new DraggedPresets(_context, std::move(presets), _places.back());
 }
 
 bool PresetListModel::dropMimeData(const QMimeData *data, Qt::DropAction action, int row, int /*column*/, const QModelIndex &parent) {
@@ -104,15 +99,7 @@ bool PresetListModel::dropMimeData(const QMimeData *data, Qt::DropAction action,
         return false;
     }
     const int at = row >= 0 ? row : parent.isValid() ? parent.row() : rowCount();
-    const QList<QByteArray> words = data->data(PresetsMediaType).split(' ');
-    if (words.front().toLongLong() == QCoreApplication::applicationPid()) {
-        std::vector<ItemID> presets;
-        for (const QByteArray &word : words.mid(1)) {
-            const auto preset = static_cast<ItemID>(word.toUInt());
-            if (_document.contains(preset)) {
-                presets.push_back(preset);
-            }
-        }
+    if (const std::vector<ItemID> presets = presetsOfMimeData(*data, _document); !presets.empty()) {
         _document.movePresets(presets, static_cast<std::size_t>(at));
         Q_EMIT presetsMoved(presets);
         return true;

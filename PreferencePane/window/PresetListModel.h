@@ -4,8 +4,10 @@
 
 #include <QAbstractListModel>
 #include <QStringList>
+#include <QTemporaryDir>
 
 #include <cstddef>
+#include <memory>
 #include <vector>
 
 namespace orvane {
@@ -51,6 +53,8 @@ private:
 
     SettingsContext &_context;
     PresetDocument &_document;
+    /// Where presets that were dragged out of the window stand as files: whoever got them copies them in its own time.
+    mutable std::vector<std::shared_ptr<QTemporaryDir>> _places;
     bool _isMoving = false;
 };
 

@@ -1,6 +1,8 @@
 #include "window/PresetTreeModel.h"
 
+#include "window/DraggedPresets.h"
 #include "window/Page.h"
+#include "window/Sentences.h"
 
 #include "model/NodeText.h"
 #include "platform/qt/QtText.h"
@@ -89,8 +91,8 @@ QMimeData *PresetTreeModel::mimeData(const QModelIndexList &indexes) const {
 }
 
 bool PresetTreeModel::canInsertMimeData(const QMimeData &data, ItemID parent, bool move) const {
-    if (parent == NoItem || !_document.canInsert(parent)) {
-        return false;
+    if (parent == NoItem || !_document.canInsert(parent) || data.hasFormat(QLatin1String(PresetsMediaType))) {
+        return false; // a preset of the list beside it is no content file
     }
     if (const auto items = itemsOfMimeData(data, _document); move && !items.empty()) {
         return _document.canMove(items, parent);
@@ -151,11 +153,11 @@ std::optional<PropertyList> PresetTreeModel::_nodeOfPath(const std::string &path
         request.withContent = true;
         const auto imported = _context.contents.importFolder(request, problem);
         if (!imported) {
-            _context.showMessage(translated("%1 cannot be added: %2").arg(shown, QtTextOf(problem)), true);
+            _context.showMessage(translated("%1 cannot be added: %2").arg(shown, translatedSentence(problem)), true);
             return std::nullopt;
         }
         if (!imported->warnings.empty()) {
-            _context.showMessage(QtTextOf(imported->warnings.front()), true);
+            _context.showMessage(translatedSentence(imported->warnings.front()), true);
         }
         const PropertyListValue *name = imported->preset.root().find("directoryName");
         const PropertyListValue *tree = imported->preset.root().find("fileHierarchy");
@@ -175,7 +177,7 @@ std::optional<PropertyList> PresetTreeModel::_nodeOfPath(const std::string &path
     }
     const auto stored = _context.contents.addContent(path, problem);
     if (!stored) {
-        _context.showMessage(translated("%1 cannot be added: %2").arg(shown, QtTextOf(problem)), true);
+        _context.showMessage(translated("%1 cannot be added: %2").arg(shown, translatedSentence(problem)), true);
         return std::nullopt;
     }
     PropertyListBuilder builder;

@@ -1,6 +1,7 @@
 #include "window/PresetTreeView.h"
 
 #include "window/Icons.h"
+#include "window/LastFolder.h"
 #include "window/NodeDelegate.h"
 #include "window/Page.h"
 
@@ -57,9 +58,12 @@ PresetTreeView::PresetTreeView(SettingsContext &context, QWidget *parent)
     header()->setFirstSectionMovable(false);
     header()->setMinimumSectionSize(48);
     header()->setSectionResizeMode(PresetTreeModel::Name, QHeaderView::Stretch);
-    header()->resizeSection(PresetTreeModel::Label, 84);
-    header()->resizeSection(PresetTreeModel::Permissions, 92);
-    header()->resizeSection(PresetTreeModel::Content, 130);
+    for (const auto &[column, characters] :
+         {std::pair{PresetTreeModel::Label, 11}, std::pair{PresetTreeModel::Permissions, 5}, std::pair{PresetTreeModel::Content, 17}}) {
+        const int width = std::max(header()->sectionSizeHint(column) + 8, characters * fontMetrics().averageCharWidth());
+        header()->resizeSection(column, width);
+        _widths.at(column) = width;
+    }
     _makeActions();
     _makeLabelMenu();
     _updateActions();
@@ -327,8 +331,9 @@ void PresetTreeView::addFilesAtPaths(const QStringList &paths) {
 }
 
 void PresetTreeView::_chooseFiles() {
-    const QStringList paths = QFileDialog::getOpenFileNames(this, translated("Add Files"));
+    const QStringList paths = QFileDialog::getOpenFileNames(this, translated("Add Files"), LastFolder::path());
     if (!paths.isEmpty()) {
+        LastFolder::note(paths.front());
         addFilesAtPaths(paths);
     }
 }
@@ -388,10 +393,12 @@ void PresetTreeView::startDrag(Qt::DropActions supportedActions) {
 /// Names need the room first; what else an item has stands in the panel beside the tree, too.
 void PresetTreeView::resizeEvent(QResizeEvent *event) {
     QTreeView::resizeEvent(event);
-    const int room = event->size().width();
-    setColumnHidden(PresetTreeModel::Content, room < 520);
-    setColumnHidden(PresetTreeModel::Permissions, room < 400);
-    setColumnHidden(PresetTreeModel::Label, room < 300);
+    constexpr int FewestCharacters = 44;
+    int room = event->size().width() - FewestCharacters * fontMetrics().averageCharWidth();
+    for (const auto column : {PresetTreeModel::Label, PresetTreeModel::Permissions, PresetTreeModel::Content}) {
+        room -= _widths.at(column);
+        setColumnHidden(column, room < 0);
+    }
 }
 
 void PresetTreeView::paintEvent(QPaintEvent *event) {

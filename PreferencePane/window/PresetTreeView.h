@@ -4,6 +4,7 @@
 
 #include <QTreeView>
 
+#include <array>
 #include <functional>
 #include <vector>
 
@@ -81,6 +82,7 @@ private:
     PresetTreeModel *_model;
     Actions _actions{};
     QMenu *_labelMenu = nullptr;
+    std::array<int, PresetTreeModel::NumberOfColumns> _widths{}; ///< what the columns beside the name take
 };
 
 } // namespace orvane

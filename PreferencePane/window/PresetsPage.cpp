@@ -162,7 +162,8 @@ QWidget *PresetsPage::_makeEmptyState() {
 }
 
 bool PresetsPage::eventFilter(QObject *watched, QEvent *event) {
-    if (watched == _ui_list && event->type() == QEvent::KeyPress) {
+    // Not the Return that ends typing a label, which comes by here on its way up from the field.
+    if (watched == _ui_list && event->type() == QEvent::KeyPress && _ui_list->hasFocus()) {
         const int key = static_cast<const QKeyEvent &>(*event).key();
         if ((key == Qt::Key_Return || key == Qt::Key_Enter) && currentPreset() != NoItem) {
             tree().setFocus(Qt::TabFocusReason);

@@ -1,9 +1,12 @@
 #include "window/PresetsPage.h"
 
+#include "window/DraggedPresets.h"
 #include "window/Icons.h"
+#include "window/LastFolder.h"
 #include "window/Page.h"
 #include "window/PresetEditor.h"
 #include "window/PresetListModel.h"
+#include "window/Sentences.h"
 
 #include "platform/qt/QtText.h"
 #include "presets/ORVPresetFile.h"
@@ -41,13 +44,6 @@ QString labelOfFile(const QString &path, PropertyListTextForm &form) {
     const auto packed = document ? ORVUnpackPreset(*document, why) : std::nullopt;
     const PropertyListValue *label = packed ? packed->preset.root().find("label") : nullptr;
     return label == nullptr ? QString() : QtTextOf(label->string());
-}
-
-/// What may stand in a file's name.
-QString fileNameOf(const QString &label) {
-    QString name = QtSingleLine(label);
-    name.replace(u'/', u'-');
-    return (name.isEmpty() ? QStringLiteral("Preset") : name) + QStringLiteral(".orvpreset");
 }
 
 } // namespace
@@ -119,16 +115,18 @@ void PresetsPage::_addPreset() {
 }
 
 void PresetsPage::_importFolder() {
-    const QString path = QFileDialog::getExistingDirectory(this, translated("Import Folder"));
+    const QString path = QFileDialog::getExistingDirectory(this, translated("Import Folder"), LastFolder::path());
+    LastFolder::note(path);
     if (!path.isEmpty()) {
         addPaths({path});
     }
 }
 
 void PresetsPage::_addFile() {
-    const QStringList paths = QFileDialog::getOpenFileNames(this, translated("Add Preset File"), QString(),
+    const QStringList paths = QFileDialog::getOpenFileNames(this, translated("Add Preset File"), LastFolder::path(),
                                                             translated("Orvane presets (*.orvpreset);;All files (*)"));
     if (!paths.isEmpty()) {
+        LastFolder::note(paths.front());
         addPaths(paths);
     }
 }
@@ -146,14 +144,14 @@ void PresetsPage::_addPath(const QString &path, std::size_t index) {
         incoming = _context.contents.readPresetFile(pathOf(path), problem);
     }
     if (!incoming) {
-        return _context.showMessage(translated("%1 cannot be added: %2").arg(path, QtTextOf(problem)), true);
+        return _context.showMessage(translated("%1 cannot be added: %2").arg(path, translatedSentence(problem)), true);
     }
     const ItemID made = _context.presets.insertPreset(incoming->preset, index, isFolder ? "Import Folder" : "Add Preset File");
     _context.resourcesDidChange();
     selectPreset(made);
     QStringList notes;
     for (const std::string &warning : incoming->warnings) {
-        notes.append(QtSingleLine(QtTextOf(warning)));
+        notes.append(QtSingleLine(translatedSentence(warning)));
     }
     if (!incoming->script.empty()) {
         notes.append(translated("It brings a script along, “%1”, which will run after each creation.").arg(QtTextOf(incoming->script)));
@@ -177,8 +175,10 @@ void PresetsPage::_exportFile() {
     if (preset == NoItem) {
         return;
     }
-    QString path = QFileDialog::getSaveFileName(this, translated("Export Preset"), fileNameOf(QtTextOf(_context.presets.label(preset))),
+    QString path = QFileDialog::getSaveFileName(this, translated("Export Preset"),
+                                                LastFolder::path() + u'/' + fileNameOfPreset(QtTextOf(_context.presets.label(preset))),
                                                 translated("Orvane presets (*.orvpreset)"));
+    LastFolder::note(path);
     if (path.isEmpty()) {
         return;
     }
@@ -189,10 +189,10 @@ void PresetsPage::_exportFile() {
     std::vector<std::string> warnings;
     // The file dialogue has asked whether an existing file is to be replaced.
     if (!_context.contents.writePresetFile(_context.presets.record(preset), pathOf(path), true, warnings, problem)) {
-        return _context.showMessage(translated("The preset cannot be exported: %1").arg(QtTextOf(problem)), true);
+        return _context.showMessage(translated("The preset cannot be exported: %1").arg(translatedSentence(problem)), true);
     }
     const QString done = translated("Exported to %1").arg(path);
-    _context.showMessage(warnings.empty() ? done : done + u'\n' + QtSingleLine(QtTextOf(warnings.front())), !warnings.empty());
+    _context.showMessage(warnings.empty() ? done : done + u'\n' + QtSingleLine(translatedSentence(warnings.front())), !warnings.empty());
 }
 
 void PresetsPage::_renamePreset() {

@@ -2,6 +2,7 @@
 
 #include "window/MessageBar.h"
 #include "window/Page.h"
+#include "window/Sentences.h"
 
 #include "platform/qt/QtText.h"
 #include "presets/ORVPresetManager.h"
@@ -43,7 +44,14 @@ Saving::Saving(SettingsContext &context, const Bars &bars, QObject *parent) : QO
     _pause.setSingleShot(true);
     _notice.setSingleShot(true);
     _notice.setInterval(NoticeDelay);
-    connect(&_pause, &QTimer::timeout, this, [this] { static_cast<void>(saveNow()); });
+    _unsaved.setSingleShot(true);
+    _unsaved.setInterval(UnsavedDelay);
+    _again.setSingleShot(true);
+    _again.setInterval(Again);
+    for (QTimer *timer : {&_pause, &_again}) {
+        connect(timer, &QTimer::timeout, this, [this] { static_cast<void>(saveNow()); });
+    }
+    connect(&_unsaved, &QTimer::timeout, this, [this] { _keepUnsaved(); });
     connect(&_notice, &QTimer::timeout, this, [this] { lookAgain(); });
     connect(&_watcher, &QFileSystemWatcher::fileChanged, &_notice, qOverload<>(&QTimer::start));
     connect(&_watcher, &QFileSystemWatcher::directoryChanged, &_notice, qOverload<>(&QTimer::start));
@@ -87,11 +95,14 @@ bool Saving::saveNow() {
     _pause.stop();
     _sinceFirstEdit.invalidate();
     if (!isReadable() || !_context.store.isModified()) {
-        return true;
+        _again.stop();
+        _unsaved.stop();
+        return !isReadable() || _context.store.updateRecovery(); // what was undone is unsaved no more
     }
     const SettingsStore::Outcome outcome = _run(Task::Save);
     _show(Task::Save, outcome);
     _watch();
+    _unsaved.stop(); // either way it stands in a file now
     const bool isSaved = outcome == SettingsStore::Outcome::Done || outcome == SettingsStore::Outcome::Unchanged;
     return isSaved || _context.store.updateRecovery();
 }
@@ -116,7 +127,13 @@ SettingsStore::Outcome Saving::_run(Task task) {
 
 void Saving::historyDidChange() {
     Q_EMIT modifiedChanged();
-    if (_isBusy || !_context.store.isModified()) {
+    if (_isBusy) {
+        return;
+    }
+    if (!_unsaved.isActive()) {
+        _unsaved.start();
+    }
+    if (!_context.store.isModified()) {
         return;
     }
     if (!_sinceFirstEdit.isValid()) {
@@ -126,12 +143,41 @@ void Saving::historyDidChange() {
     _pause.start(std::min(Delay, left));
 }
 
+/// What a crash must not take away. Never more than a tenth of the time goes into it, however much there is to write.
+void Saving::_keepUnsaved() {
+    QElapsedTimer clock;
+    clock.start();
+    static_cast<void>(_context.store.updateRecovery()); // where it cannot be written, saving says what is wrong
+    _unsaved.setInterval(std::max(UnsavedDelay, static_cast<int>(clock.elapsed()) * 10));
+}
+
+/// Other programs hold the preferences for some milliseconds as a rule, which nobody needs to hear of.
+void Saving::_waitForOthers() {
+    if (!_heldUp.isValid()) {
+        _heldUp.start();
+    }
+    _again.start();
+    const QString text = translated("Another program holds the preferences. Your changes are saved as soon as it lets go.");
+    if (_heldUp.elapsed() >= Unnoticed && _bars.file.text() != text) {
+        _bars.file.say(MessageBar::Kind::Warning, text, {}, false);
+    }
+}
+
 void Saving::_show(Task task, SettingsStore::Outcome outcome) {
     using Outcome = SettingsStore::Outcome;
+    if (task == Task::Save && outcome != Outcome::InUse && _heldUp.isValid()) {
+        _heldUp.invalidate();
+        _again.stop();
+        if (outcome == Outcome::Done || outcome == Outcome::Unchanged) {
+            QMetaObject::invokeMethod(this, &Saving::heldUpEnded, Qt::QueuedConnection);
+        }
+    }
     switch (outcome) {
     case Outcome::Done:
     case Outcome::Unchanged:
-        _bars.file.clear();
+        if (!_heldUp.isValid()) {
+            _bars.file.clear();
+        }
         _bars.conflict.clear();
         if (_context.store.isModified() && task != Task::Save && !_pause.isActive()) {
             _pause.start(Delay);
@@ -145,9 +191,11 @@ void Saving::_show(Task task, SettingsStore::Outcome outcome) {
         _showUnreadable();
         break;
     case Outcome::InUse:
+        _waitForOthers();
+        break;
     case Outcome::Failed:
         _bars.file.say(MessageBar::Kind::Error,
-                       translated("Your changes are not saved. %1").arg(translated(_context.store.problem().c_str())),
+                       translated("Your changes are not saved. %1").arg(translatedSentence(_context.store.problem())),
                        {{translated("&Try Again"), [this] { static_cast<void>(saveNow()); }, "trySavingAgain"}}, false);
         break;
     }
@@ -162,7 +210,7 @@ void Saving::_show(Task task, SettingsStore::Outcome outcome) {
 
 void Saving::_showUnreadable() {
     const QString path = QtTextOf(_context.paths.preferencesFile);
-    const QString text = translated(_context.store.problem().c_str()) + u'\n' + path;
+    const QString text = translatedSentence(_context.store.problem()) + u'\n' + path;
     if (_bars.file.text() == text) {
         return; // a button of it may have the keyboard
     }

@@ -3,6 +3,7 @@
 #include "window/Icons.h"
 #include "window/Page.h"
 #include "window/ProblemText.h"
+#include "window/Sentences.h"
 
 #include "platform/qt/QtText.h"
 #include "presets/ORVPresetManager.h"
@@ -14,6 +15,7 @@
 #include <QFileInfo>
 #include <QFontDatabase>
 #include <QFormLayout>
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLocale>
@@ -22,6 +24,7 @@
 #include <QPushButton>
 #include <QTextCursor>
 #include <QUrl>
+#include <QVBoxLayout>
 
 #include <chrono>
 
@@ -83,18 +86,25 @@ void ScriptPanel::_layOut() {
     _ui_output->setMinimumHeight(5 * _ui_output->fontMetrics().lineSpacing());
     _ui_output->hide();
 
-    auto *const buttons = new QHBoxLayout;
-    for (QPushButton *button : {_ui_makeExecutable, _ui_choose, _ui_open, _ui_remove}) {
-        buttons->addWidget(button);
-    }
-    buttons->addStretch();
+    // Two in a row, so that they stand beside each other in a narrow panel, too.
+    auto *const buttons = new QGridLayout;
+    buttons->addWidget(_ui_choose, 0, 0);
+    buttons->addWidget(_ui_open, 0, 1);
+    buttons->addWidget(_ui_remove, 1, 0, 1, 2, Qt::AlignLeft);
+    buttons->addWidget(_ui_makeExecutable, 2, 0, 1, 2, Qt::AlignLeft);
+    buttons->setColumnStretch(2, 1);
     auto *const test = new QHBoxLayout;
     test->addWidget(_ui_test);
     test->addWidget(_ui_showFolder);
     test->addStretch();
-    auto *const form = new QFormLayout(this);
-    form->setContentsMargins(0, 0, 0, 0);
+    // At the top, whatever comes up below: the button that starts the test is the one to stop it, and stays under the pointer.
+    auto *const column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    auto *const form = new QFormLayout;
     form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    column->addLayout(form);
+    column->addWidget(_ui_output, 1000); // nearly all of the room once it is shown
+    column->addStretch(1);
     auto *const label = new QLabel(translated("Script:"), this);
     label->setBuddy(_ui_choose);
     form->addRow(label, _ui_name);
@@ -104,7 +114,6 @@ void ScriptPanel::_layOut() {
     testLabel->setBuddy(_ui_test);
     form->addRow(testLabel, test);
     form->addRow(QString(), _ui_result);
-    form->addRow(_ui_output);
 }
 
 void ScriptPanel::_connect() {
@@ -154,7 +163,7 @@ void ScriptPanel::takeScript(const QString &path) {
     std::string problem;
     const auto name = _context.contents.addScript(QtUtf8Of(path), problem);
     if (!name) {
-        _ui_problem->say(InlineMessage::Kind::Error, translated("“%1” cannot be taken: %2").arg(path, QtTextOf(problem)));
+        _ui_problem->say(InlineMessage::Kind::Error, translated("“%1” cannot be taken: %2").arg(path, translatedSentence(problem)));
         return;
     }
     _context.resourcesDidChange();
@@ -249,7 +258,7 @@ void ScriptPanel::changeEvent(QEvent *event) {
 }
 
 void ScriptPanel::dragEnterEvent(QDragEnterEvent *event) {
-    if (_isEditable() && !draggedFile(*event->mimeData()).isEmpty()) {
+    if (event->source() == nullptr && _isEditable() && !draggedFile(*event->mimeData()).isEmpty()) {
         event->setDropAction(Qt::CopyAction);
         event->accept();
     }

@@ -1,6 +1,7 @@
 #include "window/ScriptTrial.h"
 
 #include "window/Page.h"
+#include "window/Sentences.h"
 
 #include "platform/qt/QtText.h"
 
@@ -74,7 +75,7 @@ void ScriptTrial::_made() {
     if (_wasStopped) {
         _finish({End::Stopped, 0, {}, {}, 0});
     } else if (!_trial.problem.empty() || _trial.script.empty()) {
-        _finish({End::Failed, 0, {}, QtTextOf(_trial.problem), 0});
+        _finish({End::Failed, 0, {}, translatedSentence(_trial.problem), 0});
     } else {
         _run();
     }

@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <chrono>
 #include <memory>
 #include <optional>
 
@@ -37,8 +38,8 @@ std::string autostartEntry(const std::string &helperPath) {
 SettingsAdapters::SettingsAdapters(SettingsPaths paths, DistributedNotifications &notifications, Workspace &workspace,
                                    const std::string &helperPath)
     : _paths(std::move(paths)), _notifications(notifications), _workspace(workspace), _log(_paths.stateFolder),
-      _preferences(_paths.preferencesFile, _paths.stateFolder + "/preferences.lock", _log), _recovery(_paths.stateFolder + "/unsaved"),
-      _contents(_paths.supportFolder, _finderInformation),
+      _preferences(_paths.preferencesFile, _paths.stateFolder + "/preferences.lock", _log, std::chrono::milliseconds::zero()),
+      _recovery(_paths.stateFolder + "/unsaved"), _contents(_paths.supportFolder, _finderInformation),
       _loginItem(XDGAutostart::configurationFolderOfEnvironment(PosixUserFolders().homeDirectory()),
                  XDGAutostart::systemFoldersOfEnvironment(), AutostartFile, autostartEntry(helperPath)) {}
 

@@ -10,13 +10,14 @@
 #include "window/PresetsPage.h"
 #include "window/Saving.h"
 
+#include "platform/posix/PosixPreferencesLock.h"
 #include "platform/qt/QtText.h"
 
 #include <QAction>
 #include <QActionGroup>
 #include <QApplication>
 #include <QCloseEvent>
-#include <QDir>
+#include <QFile>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QScreen>
@@ -84,6 +85,11 @@ SettingsWindow::SettingsWindow(SettingsContext &context, QWidget *parent)
     setCentralWidget(middle);
     _saving = new Saving(_context, {*_ui_fileBar, *_ui_conflictBar, *_ui_recoveryBar}, this);
     connect(_saving, &Saving::readabilityChanged, this, [this](bool isReadable) { _setReadable(isReadable); });
+    connect(_saving, &Saving::heldUpEnded, this, [this] {
+        if (_closesWhenSaved) {
+            close();
+        }
+    });
     _makeSections();
     _makeActions();
     _makeMenus();
@@ -124,7 +130,12 @@ void SettingsWindow::_makeSections() {
         action->setObjectName(QLatin1String(section.name));
         action->setCheckable(true);
         action->setShortcut(QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_1 + static_cast<int>(i))));
-        connect(action, &QAction::triggered, this, [this, i] { showPage(static_cast<Page>(i)); });
+        // Not when it is triggered: screen readers switch it over instead.
+        connect(action, &QAction::toggled, this, [this, i](bool isOn) {
+            if (isOn) {
+                showPage(static_cast<Page>(i));
+            }
+        });
         _ui_sections->addAction(action);
         width = qMax(width, fontMetrics().horizontalAdvance(action->text()) + 20);
     }
@@ -245,22 +256,35 @@ QString SettingsWindow::_stateFile() const {
 
 void SettingsWindow::_restoreGeometry() {
     const QSize room = screen()->availableSize();
-    resize(QSize(1120, 720).boundedTo(room * 0.92));
+    // In letters, so that larger ones get a larger window.
+    const QSize usual(160 * fontMetrics().averageCharWidth(), 42 * fontMetrics().height());
+    resize(usual.expandedTo(QSize(1120, 720)).boundedTo(room * 0.92));
     const QSettings state(_stateFile(), QSettings::IniFormat);
     restoreGeometry(state.value(QStringLiteral("geometry")).toByteArray());
     _ui_presets->restoreState(state.value(QStringLiteral("presets")).toByteArray());
 }
 
 void SettingsWindow::_storeGeometry() const {
-    QDir().mkpath(QtTextOf(_context.paths.stateFolder));
+    static_cast<void>(makePreferencesFolder(_context.paths.stateFolder));
     QSettings state(_stateFile(), QSettings::IniFormat);
     state.setValue(QStringLiteral("geometry"), saveGeometry());
     state.setValue(QStringLiteral("presets"), _ui_presets->state());
+    state.sync(); // by a file that takes the old one's place, and its mode
+    QFile::setPermissions(_stateFile(), QFile::ReadOwner | QFile::WriteOwner);
 }
 
 void SettingsWindow::closeEvent(QCloseEvent *event) {
     _finishEditing();
-    if (!_saving->saveNow() && !_mayLoseEdits) {
+    const bool isKept = _saving->saveNow();
+    if (_saving->isHeldUp() && !_closesWhenSaved) {
+        _closesWhenSaved = true;
+        _say(
+            translated("Another program holds the preferences. This window closes as soon as your changes are saved. Close it once more to "
+                       "be offered them at the next start."),
+            true);
+        return event->ignore();
+    }
+    if (!isKept && !_mayLoseEdits) {
         _mayLoseEdits = true;
         _say(translated("Your last changes can be stored nowhere. Close once more to give them up."), true);
         return event->ignore();
@@ -277,7 +301,7 @@ void SettingsWindow::changeEvent(QEvent *event) {
 }
 
 void SettingsWindow::dragEnterEvent(QDragEnterEvent *event) {
-    if (_saving->isReadable() && !localPaths(*event->mimeData()).isEmpty()) {
+    if (event->source() == nullptr && _saving->isReadable() && !localPaths(*event->mimeData()).isEmpty()) {
         event->setDropAction(Qt::CopyAction);
         event->accept();
     }

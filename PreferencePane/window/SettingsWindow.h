@@ -63,7 +63,8 @@ private:
     QAction *_undo = nullptr;
     QAction *_redo = nullptr;
     Saving *_saving;
-    bool _mayLoseEdits = false; ///< the user was told that nothing can be stored, and closes again
+    bool _closesWhenSaved = false; ///< the user closed it while another program held the preferences
+    bool _mayLoseEdits = false;    ///< the user was told that nothing can be stored, and closes again
 };
 
 } // namespace orvane

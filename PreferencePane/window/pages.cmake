@@ -12,5 +12,6 @@ target_sources(settings_window PRIVATE
   LogView.cpp
   PathLabel.cpp
   ScriptPanel.cpp
-  ScriptTrial.cpp)
+  ScriptTrial.cpp
+  Sentences.cpp)
 target_link_libraries(settings_window PUBLIC platform_x11)

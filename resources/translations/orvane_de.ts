@@ -104,6 +104,11 @@
         <translation>Zähler löschen</translation>
     </message>
     <message>
+        <location filename="../../PreferencePane/window/DraggedPresets.cpp"/>
+        <source>The preset cannot be exported: %1</source>
+        <translation>Die Vorlage kann nicht exportiert werden: %1</translation>
+    </message>
+    <message>
         <location filename="../../PreferencePane/window/GeneralPage.cpp"/>
         <source>Show in the &amp;menu bar</source>
         <translation>In der &amp;Menüleiste anzeigen</translation>
@@ -239,46 +244,6 @@
         <translation>Die Arbeitsumgebung lehnt diese Kombination ab. Drücken Sie eine andere.</translation>
     </message>
     <message>
-        <location filename="../../PreferencePane/window/HotKeyInstructions.cpp"/>
-        <source>In Settings: Keyboard, View and Customize Shortcuts, Custom Shortcuts.</source>
-        <translation>In den Einstellungen: Tastatur, Tastenkombinationen anzeigen und anpassen, Eigene Tastenkombinationen.</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/HotKeyInstructions.cpp"/>
-        <source>In System Settings: Shortcuts, Add Command.</source>
-        <translation>In den Systemeinstellungen: Kurzbefehle, Befehl hinzufügen.</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/HotKeyInstructions.cpp"/>
-        <source>In ~/.config/sway/config, a line such as: %1</source>
-        <translation>In ~/.config/sway/config eine Zeile wie: %1</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/HotKeyInstructions.cpp"/>
-        <source>In ~/.config/hypr/hyprland.conf, a line such as: %1</source>
-        <translation>In ~/.config/hypr/hyprland.conf eine Zeile wie: %1</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/HotKeyInstructions.cpp"/>
-        <source>In ~/.config/niri/config.kdl, in the section “binds”, a line such as: %1</source>
-        <translation>In ~/.config/niri/config.kdl, im Abschnitt „binds“, eine Zeile wie: %1</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/HotKeyInstructions.cpp"/>
-        <source>Weston has no keys for commands; a launcher in its panel can start it (~/.config/weston.ini, section “launcher”).</source>
-        <translation>Weston kennt keine Tasten für Befehle; ein Starter in seiner Leiste kann ihn ausführen (~/.config/weston.ini, Abschnitt „launcher“).</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/HotKeyInstructions.cpp"/>
-        <source>In the settings of your desktop, where keys are given to commands.</source>
-        <translation>In den Einstellungen Ihrer Arbeitsumgebung, dort, wo Befehlen Tasten zugewiesen werden.</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/HotKeyInstructions.cpp"/>
-        <source>This desktop gives programs no hot keys of their own. Bind a key to the command below.</source>
-        <translation>Diese Arbeitsumgebung gibt Programmen keine eigenen Tastenkürzel. Weisen Sie dem Befehl unten eine Taste zu.</translation>
-    </message>
-    <message>
         <location filename="../../PreferencePane/window/HotKeyRecorder.cpp"/>
         <source>Click to record a shortcut</source>
         <translation>Klicken, um ein Tastenkürzel aufzunehmen</translation>
@@ -390,6 +355,11 @@
     </message>
     <message>
         <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
+        <source>differ</source>
+        <translation>verschieden</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
         <source>Content file</source>
         <translation>Inhaltsdatei</translation>
     </message>
@@ -412,11 +382,6 @@
         <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
         <source>%1 cannot be opened.</source>
         <translation>%1 kann nicht geöffnet werden.</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
-        <source>differ</source>
-        <translation>verschieden</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
@@ -832,11 +797,6 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetsPage_actions.cpp"/>
-        <source>The preset cannot be exported: %1</source>
-        <translation>Die Vorlage kann nicht exportiert werden: %1</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/PresetsPage_actions.cpp"/>
         <source>Exported to %1</source>
         <translation>Exportiert nach %1</translation>
     </message>
@@ -934,6 +894,11 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
         <location filename="../../PreferencePane/window/Saving.cpp"/>
         <source>the script</source>
         <translation>das Skript</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Saving.cpp"/>
+        <source>Another program holds the preferences. Your changes are saved as soon as it lets go.</source>
+        <translation>Ein anderes Programm hält die Einstellungen fest. Ihre Änderungen werden gespeichert, sobald es sie freigibt.</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Saving.cpp"/>
@@ -1176,6 +1141,266 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
         <translation>Der Rest der Ausgabe wird nicht angezeigt.</translation>
     </message>
     <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>it is a folder</source>
+        <translation>es ist ein Ordner</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>it is no ordinary file</source>
+        <translation>es ist keine gewöhnliche Datei</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>it is not an ordinary file</source>
+        <translation>es ist keine gewöhnliche Datei</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>it is larger than 1 GiB</source>
+        <translation>sie ist größer als 1 GiB</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>its name cannot be used</source>
+        <translation>der Name kann nicht verwendet werden</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>it is not a preset file</source>
+        <translation>es ist keine Vorlagendatei</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>it was made by a later version of Orvane</source>
+        <translation>sie stammt von einer neueren Version von Orvane</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>its version is not known</source>
+        <translation>die Version ist unbekannt</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>the preset is no dictionary</source>
+        <translation>die Vorlage ist kein Wörterbuch</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>the preset in it is no dictionary</source>
+        <translation>die Vorlage darin ist kein Wörterbuch</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>its ORVFileContents is no dictionary</source>
+        <translation>ORVFileContents darin ist kein Wörterbuch</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>the content file &apos;%1&apos; in it has no data, or a mode that is none</source>
+        <translation>die Inhaltsdatei „%1“ darin hat keine Daten oder ungültige Zugriffsrechte</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>the script in it has no name or no data</source>
+        <translation>das Skript darin hat keinen Namen oder keine Daten</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>the content file &apos;%1&apos; cannot be stored: %2</source>
+        <translation>die Inhaltsdatei „%1“ kann nicht gespeichert werden: %2</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>the content file &apos;%1&apos; is not used by the preset: left out</source>
+        <translation>die Inhaltsdatei „%1“ wird von der Vorlage nicht verwendet: ausgelassen</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>the content file &apos;%1&apos; is left out: %2</source>
+        <translation>die Inhaltsdatei „%1“ wird ausgelassen: %2</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>the contents of &apos;%1&apos; are not in the file</source>
+        <translation>der Inhalt von „%1“ fehlt in der Datei</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>the contents of %1 cannot be stored: %2</source>
+        <translation>der Inhalt von %1 kann nicht gespeichert werden: %2</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>the script &apos;%1&apos; is not the preset&apos;s: left out</source>
+        <translation>das Skript „%1“ ist nicht das der Vorlage: ausgelassen</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>the script &apos;%1&apos; is not in the file</source>
+        <translation>das Skript „%1“ fehlt in der Datei</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>the script &apos;%1&apos; is left out: %2</source>
+        <translation>das Skript „%1“ wird ausgelassen: %2</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>the script &apos;%1&apos; cannot be stored: %2</source>
+        <translation>das Skript „%1“ kann nicht gespeichert werden: %2</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>it holds more than 1,000,000 items</source>
+        <translation>es enthält mehr als 1 000 000 Elemente</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>it was changed while it was read</source>
+        <translation>es wurde während des Lesens geändert</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>%1: left out: its name is not UTF-8</source>
+        <translation>%1: ausgelassen: der Name ist kein UTF-8</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>%1: left out: %2</source>
+        <translation>%1: ausgelassen: %2</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>%1: its contents are left out: %2</source>
+        <translation>%1: der Inhalt wird ausgelassen: %2</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>a symbolic link</source>
+        <translation>eine symbolische Verknüpfung</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>a FIFO</source>
+        <translation>eine FIFO</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>a socket</source>
+        <translation>ein Socket</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>a device</source>
+        <translation>ein Gerät</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>reading failed: %1</source>
+        <translation>das Lesen schlug fehl: %1</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>line %1: %2</source>
+        <translation>Zeile %1: %2</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>the file is empty</source>
+        <translation>die Datei ist leer</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>this is no property list</source>
+        <translation>das ist keine Property-Liste</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>The folder for contents and scripts cannot be made.</source>
+        <translation>Der Ordner für Inhalte und Skripte kann nicht angelegt werden.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>The preferences file cannot be read. It is left as it is.</source>
+        <translation>Die Einstellungsdatei kann nicht gelesen werden. Sie bleibt, wie sie ist.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>The preferences hold something else than a list of presets. It is left as it is.</source>
+        <translation>In den Einstellungen steht etwas anderes als eine Liste von Vorlagen. Es bleibt, wie es ist.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>The preferences cannot be written.</source>
+        <translation>Die Einstellungen können nicht gespeichert werden.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>The preferences cannot hold the text &apos;%1&apos;.</source>
+        <translation>Der Text „%1“ kann in den Einstellungen nicht gespeichert werden.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>The hot key works by %1 (%2).</source>
+        <translation>Das Tastenkürzel funktioniert über %1 (%2).</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>The hot key works by %1.</source>
+        <translation>Das Tastenkürzel funktioniert über %1.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>The hot key is asked of %1, which has yet to answer.</source>
+        <translation>Das Tastenkürzel ist bei %1 angefragt; die Antwort steht noch aus.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>The hot key does not work: by %1, another program has that combination.</source>
+        <translation>Das Tastenkürzel funktioniert nicht: Laut %1 hat ein anderes Programm diese Kombination.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>The hot key does not work: %1 knows no such key.</source>
+        <translation>Das Tastenkürzel funktioniert nicht: %1 kennt keine solche Taste.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>%1 gives no hot key (%2).</source>
+        <translation>%1 vergibt kein Tastenkürzel (%2).</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>%1 gives no hot key.</source>
+        <translation>%1 vergibt kein Tastenkürzel.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>the desktop portal</source>
+        <translation>das Desktop-Portal</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>The hot key %1 works.</source>
+        <translation>Das Tastenkürzel %1 funktioniert.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>The hot key %1 does not work: another program has it. Choose another one, or bind a key to the command &apos;orvane menu&apos;.</source>
+        <translation>Das Tastenkürzel %1 funktioniert nicht: Ein anderes Programm hat es. Wählen Sie ein anderes oder belegen Sie eine Taste mit dem Befehl „orvane menu“.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>The hot key %1 does not work: this keyboard has no such key or modifier. Choose another one, or bind a key to the command &apos;orvane menu&apos;.</source>
+        <translation>Das Tastenkürzel %1 funktioniert nicht: Diese Tastatur hat keine solche Taste oder Zusatztaste. Wählen Sie ein anderes oder belegen Sie eine Taste mit dem Befehl „orvane menu“.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>The hot key %1 does not work (status %2). Choose another one, or bind a key to the command &apos;orvane menu&apos;.</source>
+        <translation>Das Tastenkürzel %1 funktioniert nicht (Status %2). Wählen Sie ein anderes oder belegen Sie eine Taste mit dem Befehl „orvane menu“.</translation>
+    </message>
+    <message>
         <location filename="../../PreferencePane/window/SettingsWindow.cpp"/>
         <source>Orvane Settings</source>
         <translation>Orvane-Einstellungen</translation>
@@ -1214,6 +1439,11 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
         <location filename="../../PreferencePane/window/SettingsWindow.cpp"/>
         <source>&amp;View</source>
         <translation>&amp;Ansicht</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/SettingsWindow.cpp"/>
+        <source>Another program holds the preferences. This window closes as soon as your changes are saved. Close it once more to be offered them at the next start.</source>
+        <translation>Ein anderes Programm hält die Einstellungen fest. Dieses Fenster schließt sich, sobald Ihre Änderungen gespeichert sind. Schließen Sie es noch einmal, um sie beim nächsten Start angeboten zu bekommen.</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/SettingsWindow.cpp"/>
@@ -1406,6 +1636,16 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
         <translation>Ordner aus einer Vorlage anlegen</translation>
     </message>
     <message>
+        <location filename="../../HelperSource/wiring/MissingStatusBar.cpp"/>
+        <source>Orvane has no icon on this desktop</source>
+        <translation>Orvane hat in dieser Arbeitsumgebung kein Symbol</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/wiring/MissingStatusBar.cpp"/>
+        <source>It is running all the same: its menu opens with the hot key, from the file manager&apos;s context menu, and with the command “orvane menu”.</source>
+        <translation>Es läuft trotzdem: Das Menü öffnet sich mit dem Tastenkürzel, über das Kontextmenü der Dateiverwaltung und mit dem Befehl „orvane menu“.</translation>
+    </message>
+    <message>
         <location filename="../../HelperSource/platform/qt/QtAlerts.cpp"/>
         <source>Message</source>
         <translation>Meldung</translation>
@@ -1494,6 +1734,57 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
         <location filename="../../resources/PromptWindow.ui"/>
         <source>Values of the variables</source>
         <translation>Werte der Variablen</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/hotkeys/HotKeyAdvice.cpp"/>
+        <source>This desktop gives programs no hot keys of their own.</source>
+        <translation>Dieser Desktop gibt Programmen keine eigenen Tastenkürzel.</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/hotkeys/HotKeyAdvice.cpp"/>
+        <source>Bind a key to the command &apos;%1&apos;:</source>
+        <translation>Belegen Sie eine Taste mit dem Befehl „%1“:</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/hotkeys/HotKeyAdvice.cpp"/>
+        <source>where your desktop&apos;s settings or your compositor&apos;s configuration name keys for commands.</source>
+        <translation>dort, wo in den Einstellungen des Desktops oder der Konfiguration des Compositors Tasten für Befehle stehen.</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/hotkeys/HotKeyAdvice.cpp"/>
+        <source>In Settings, Keyboard, View and Customize Shortcuts, Custom Shortcuts, add one with the command &apos;%1&apos;.</source>
+        <translation>Fügen Sie in den Einstellungen unter Tastatur, Tastaturkürzel ansehen und anpassen, Eigene Tastaturkürzel eines mit dem Befehl „%1“ hinzu.</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/hotkeys/HotKeyAdvice.cpp"/>
+        <source>in System Settings, Shortcuts, Add Command.</source>
+        <translation>in den Systemeinstellungen unter Kurzbefehle, Befehl hinzufügen.</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/hotkeys/HotKeyAdvice.cpp"/>
+        <source>add this line to ~/.config/sway/config and reload:
+  bindsym Ctrl+Shift+h exec %1</source>
+        <translation>Fügen Sie diese Zeile in ~/.config/sway/config ein und laden Sie neu:
+  bindsym Ctrl+Shift+h exec %1</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/hotkeys/HotKeyAdvice.cpp"/>
+        <source>add this line to ~/.config/hypr/hyprland.conf:
+  bind = CTRL SHIFT, H, exec, %1</source>
+        <translation>Fügen Sie diese Zeile in ~/.config/hypr/hyprland.conf ein:
+  bind = CTRL SHIFT, H, exec, %1</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/hotkeys/HotKeyAdvice.cpp"/>
+        <source>add this to the section binds of ~/.config/niri/config.kdl:
+  Ctrl+Shift+H { spawn-sh &quot;%1&quot;; }</source>
+        <translation>Fügen Sie dies im Abschnitt binds von ~/.config/niri/config.kdl ein:
+  Ctrl+Shift+H { spawn-sh &quot;%1&quot;; }</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/hotkeys/HotKeyAdvice.cpp"/>
+        <source>weston has no keys for commands; a launcher in its panel (section [launcher] of ~/.config/weston.ini, path=) can start it.</source>
+        <translation>Weston hat keine Tasten für Befehle; ein Starter in seiner Leiste (Abschnitt [launcher] in ~/.config/weston.ini, path=) kann ihn ausführen.</translation>
     </message>
     <message>
         <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>
@@ -1752,6 +2043,11 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
     </message>
     <message>
         <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>
+        <source>the name holds half of a surrogate pair, which is no character: many programs cannot show such a name</source>
+        <translation>der Name enthält die Hälfte eines Surrogatpaars, die kein Zeichen ist: Viele Programme können einen solchen Namen nicht anzeigen</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>
         <source>&quot;:&quot; and &quot;/&quot; become &quot;_&quot;: the folder is made as &apos;%1&apos;, but checked and opened under the name as it stands</source>
         <translation>„:“ und „/“ werden zu „_“: Der Ordner wird als „%1“ angelegt, aber unter dem Namen geprüft und geöffnet, wie er dasteht</translation>
     </message>
@@ -1759,6 +2055,26 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
         <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>
         <source>&quot;:&quot; and &quot;/&quot; become &quot;_&quot;: the name will be &apos;%1&apos;</source>
         <translation>„:“ und „/“ werden zu „_“: Der Name wird „%1“</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>
+        <source>&apos;%1&apos; is also the name of children[%2]: both become one folder</source>
+        <translation>„%1“ ist auch der Name von children[%2]: Beide werden zu einem Ordner</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>
+        <source>&apos;%1&apos; is also the name of children[%2], a folder that is copied: both become one folder, in which a file that both hold is empty</source>
+        <translation>„%1“ ist auch der Name von children[%2], einem Ordner, der kopiert wird: Beide werden ein Ordner, in dem eine Datei, die beide enthalten, leer ist</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>
+        <source>&apos;%1&apos; is also the name of children[%2]: the creation will fail</source>
+        <translation>„%1“ ist auch der Name von children[%2]: Das Anlegen wird scheitern</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>
+        <source>&apos;%1&apos; is also the name of children[%2]: they become one empty file</source>
+        <translation>„%1“ ist auch der Name von children[%2]: Sie werden zu einer leeren Datei</translation>
     </message>
     <message>
         <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>
@@ -1779,21 +2095,6 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
         <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>
         <source>the variable &apos;%1&apos; cannot reach the script: its name holds &quot;=&quot; or a NUL character</source>
         <translation>die Variable „%1“ kann das Skript nicht erreichen: Ihr Name enthält „=“ oder ein NUL-Zeichen</translation>
-    </message>
-    <message>
-        <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>
-        <source>&apos;%1&apos; is also the name of children[%2]: both become one folder</source>
-        <translation>„%1“ ist auch der Name von children[%2]: Beide werden zu einem Ordner</translation>
-    </message>
-    <message>
-        <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>
-        <source>&apos;%1&apos; is also the name of children[%2]: the creation will fail</source>
-        <translation>„%1“ ist auch der Name von children[%2]: Das Anlegen wird scheitern</translation>
-    </message>
-    <message>
-        <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>
-        <source>&apos;%1&apos; is also the name of children[%2]: they become one empty file</source>
-        <translation>„%1“ ist auch der Name von children[%2]: Sie werden zu einer leeren Datei</translation>
     </message>
     <message>
         <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>

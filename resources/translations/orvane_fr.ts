@@ -104,6 +104,11 @@
         <translation>Supprimer le compteur</translation>
     </message>
     <message>
+        <location filename="../../PreferencePane/window/DraggedPresets.cpp"/>
+        <source>The preset cannot be exported: %1</source>
+        <translation>Le modèle ne peut pas être exporté : %1</translation>
+    </message>
+    <message>
         <location filename="../../PreferencePane/window/GeneralPage.cpp"/>
         <source>Show in the &amp;menu bar</source>
         <translation>Afficher dans la barre de &amp;menus</translation>
@@ -239,46 +244,6 @@
         <translation>L’environnement de bureau refuse cette combinaison. Appuyez sur une autre.</translation>
     </message>
     <message>
-        <location filename="../../PreferencePane/window/HotKeyInstructions.cpp"/>
-        <source>In Settings: Keyboard, View and Customize Shortcuts, Custom Shortcuts.</source>
-        <translation>Dans Paramètres : Clavier, Afficher et personnaliser les raccourcis, Raccourcis personnalisés.</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/HotKeyInstructions.cpp"/>
-        <source>In System Settings: Shortcuts, Add Command.</source>
-        <translation>Dans la Configuration du système : Raccourcis, Ajouter une commande.</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/HotKeyInstructions.cpp"/>
-        <source>In ~/.config/sway/config, a line such as: %1</source>
-        <translation>Dans ~/.config/sway/config, une ligne telle que : %1</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/HotKeyInstructions.cpp"/>
-        <source>In ~/.config/hypr/hyprland.conf, a line such as: %1</source>
-        <translation>Dans ~/.config/hypr/hyprland.conf, une ligne telle que : %1</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/HotKeyInstructions.cpp"/>
-        <source>In ~/.config/niri/config.kdl, in the section “binds”, a line such as: %1</source>
-        <translation>Dans ~/.config/niri/config.kdl, dans la section « binds », une ligne telle que : %1</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/HotKeyInstructions.cpp"/>
-        <source>Weston has no keys for commands; a launcher in its panel can start it (~/.config/weston.ini, section “launcher”).</source>
-        <translation>Weston n’associe pas de touches à des commandes ; un lanceur de son panneau peut l’exécuter (~/.config/weston.ini, section « launcher »).</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/HotKeyInstructions.cpp"/>
-        <source>In the settings of your desktop, where keys are given to commands.</source>
-        <translation>Dans les réglages de votre bureau, là où l’on associe des touches à des commandes.</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/HotKeyInstructions.cpp"/>
-        <source>This desktop gives programs no hot keys of their own. Bind a key to the command below.</source>
-        <translation>Cet environnement n’accorde pas de raccourcis globaux aux programmes. Associez une touche à la commande ci-dessous.</translation>
-    </message>
-    <message>
         <location filename="../../PreferencePane/window/HotKeyRecorder.cpp"/>
         <source>Click to record a shortcut</source>
         <translation>Cliquez pour enregistrer un raccourci</translation>
@@ -390,6 +355,11 @@
     </message>
     <message>
         <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
+        <source>differ</source>
+        <translation>différents</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
         <source>Content file</source>
         <translation>Fichier de contenu</translation>
     </message>
@@ -412,11 +382,6 @@
         <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
         <source>%1 cannot be opened.</source>
         <translation>%1 ne peut pas être ouvert.</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
-        <source>differ</source>
-        <translation>différents</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
@@ -832,11 +797,6 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetsPage_actions.cpp"/>
-        <source>The preset cannot be exported: %1</source>
-        <translation>Le modèle ne peut pas être exporté : %1</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/PresetsPage_actions.cpp"/>
         <source>Exported to %1</source>
         <translation>Exporté dans %1</translation>
     </message>
@@ -934,6 +894,11 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
         <location filename="../../PreferencePane/window/Saving.cpp"/>
         <source>the script</source>
         <translation>le script</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Saving.cpp"/>
+        <source>Another program holds the preferences. Your changes are saved as soon as it lets go.</source>
+        <translation>Un autre programme retient les préférences. Vos modifications seront enregistrées dès qu’il les libère.</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Saving.cpp"/>
@@ -1176,6 +1141,266 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
         <translation>Le reste de la sortie n’est pas affiché.</translation>
     </message>
     <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>it is a folder</source>
+        <translation>c’est un dossier</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>it is no ordinary file</source>
+        <translation>ce n’est pas un fichier ordinaire</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>it is not an ordinary file</source>
+        <translation>ce n’est pas un fichier ordinaire</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>it is larger than 1 GiB</source>
+        <translation>il dépasse 1 Gio</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>its name cannot be used</source>
+        <translation>son nom ne peut pas être utilisé</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>it is not a preset file</source>
+        <translation>ce n’est pas un fichier de modèle</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>it was made by a later version of Orvane</source>
+        <translation>il vient d’une version plus récente d’Orvane</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>its version is not known</source>
+        <translation>sa version est inconnue</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>the preset is no dictionary</source>
+        <translation>le modèle n’est pas un dictionnaire</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>the preset in it is no dictionary</source>
+        <translation>le modèle qu’il contient n’est pas un dictionnaire</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>its ORVFileContents is no dictionary</source>
+        <translation>son ORVFileContents n’est pas un dictionnaire</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>the content file &apos;%1&apos; in it has no data, or a mode that is none</source>
+        <translation>le fichier de contenu « %1 » qu’il contient est sans données, ou a des permissions non valables</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>the script in it has no name or no data</source>
+        <translation>le script qu’il contient est sans nom ou sans données</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>the content file &apos;%1&apos; cannot be stored: %2</source>
+        <translation>le fichier de contenu « %1 » ne peut pas être enregistré : %2</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>the content file &apos;%1&apos; is not used by the preset: left out</source>
+        <translation>le fichier de contenu « %1 » n’est pas utilisé par le modèle : laissé de côté</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>the content file &apos;%1&apos; is left out: %2</source>
+        <translation>le fichier de contenu « %1 » est laissé de côté : %2</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>the contents of &apos;%1&apos; are not in the file</source>
+        <translation>le contenu de « %1 » ne se trouve pas dans le fichier</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>the contents of %1 cannot be stored: %2</source>
+        <translation>le contenu de %1 ne peut pas être enregistré : %2</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>the script &apos;%1&apos; is not the preset&apos;s: left out</source>
+        <translation>le script « %1 » n’est pas celui du modèle : laissé de côté</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>the script &apos;%1&apos; is not in the file</source>
+        <translation>le script « %1 » ne se trouve pas dans le fichier</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>the script &apos;%1&apos; is left out: %2</source>
+        <translation>le script « %1 » est laissé de côté : %2</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>the script &apos;%1&apos; cannot be stored: %2</source>
+        <translation>le script « %1 » ne peut pas être enregistré : %2</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>it holds more than 1,000,000 items</source>
+        <translation>il contient plus de 1 000 000 éléments</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>it was changed while it was read</source>
+        <translation>il a été modifié pendant la lecture</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>%1: left out: its name is not UTF-8</source>
+        <translation>%1 : laissé de côté : son nom n’est pas en UTF-8</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>%1: left out: %2</source>
+        <translation>%1 : laissé de côté : %2</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>%1: its contents are left out: %2</source>
+        <translation>%1 : son contenu est laissé de côté : %2</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>a symbolic link</source>
+        <translation>un lien symbolique</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>a FIFO</source>
+        <translation>une FIFO</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>a socket</source>
+        <translation>un socket</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>a device</source>
+        <translation>un périphérique</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>reading failed: %1</source>
+        <translation>échec de la lecture : %1</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>line %1: %2</source>
+        <translation>ligne %1 : %2</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>the file is empty</source>
+        <translation>le fichier est vide</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>this is no property list</source>
+        <translation>ce n’est pas une liste de propriétés</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>The folder for contents and scripts cannot be made.</source>
+        <translation>Le dossier des contenus et des scripts ne peut pas être créé.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>The preferences file cannot be read. It is left as it is.</source>
+        <translation>Le fichier des préférences ne peut pas être lu. Il reste tel quel.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>The preferences hold something else than a list of presets. It is left as it is.</source>
+        <translation>Les préférences contiennent autre chose qu’une liste de modèles. Elles restent telles quelles.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>The preferences cannot be written.</source>
+        <translation>Les préférences ne peuvent pas être enregistrées.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>The preferences cannot hold the text &apos;%1&apos;.</source>
+        <translation>Les préférences ne peuvent pas contenir le texte « %1 ».</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>The hot key works by %1 (%2).</source>
+        <translation>Le raccourci fonctionne par %1 (%2).</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>The hot key works by %1.</source>
+        <translation>Le raccourci fonctionne par %1.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>The hot key is asked of %1, which has yet to answer.</source>
+        <translation>Le raccourci est demandé à %1, dont la réponse se fait attendre.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>The hot key does not work: by %1, another program has that combination.</source>
+        <translation>Le raccourci ne fonctionne pas : selon %1, un autre programme a cette combinaison.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>The hot key does not work: %1 knows no such key.</source>
+        <translation>Le raccourci ne fonctionne pas : %1 ne connaît pas cette touche.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>%1 gives no hot key (%2).</source>
+        <translation>%1 ne donne pas de raccourci (%2).</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>%1 gives no hot key.</source>
+        <translation>%1 ne donne pas de raccourci.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>the desktop portal</source>
+        <translation>le portail du bureau</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>The hot key %1 works.</source>
+        <translation>Le raccourci %1 fonctionne.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>The hot key %1 does not work: another program has it. Choose another one, or bind a key to the command &apos;orvane menu&apos;.</source>
+        <translation>Le raccourci %1 ne fonctionne pas : un autre programme l’a déjà. Choisissez-en un autre, ou associez une touche à la commande « orvane menu ».</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>The hot key %1 does not work: this keyboard has no such key or modifier. Choose another one, or bind a key to the command &apos;orvane menu&apos;.</source>
+        <translation>Le raccourci %1 ne fonctionne pas : ce clavier n’a pas cette touche ou ce modificateur. Choisissez-en un autre, ou associez une touche à la commande « orvane menu ».</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/Sentences.cpp"/>
+        <source>The hot key %1 does not work (status %2). Choose another one, or bind a key to the command &apos;orvane menu&apos;.</source>
+        <translation>Le raccourci %1 ne fonctionne pas (état %2). Choisissez-en un autre, ou associez une touche à la commande « orvane menu ».</translation>
+    </message>
+    <message>
         <location filename="../../PreferencePane/window/SettingsWindow.cpp"/>
         <source>Orvane Settings</source>
         <translation>Réglages d’Orvane</translation>
@@ -1214,6 +1439,11 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
         <location filename="../../PreferencePane/window/SettingsWindow.cpp"/>
         <source>&amp;View</source>
         <translation>&amp;Affichage</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/SettingsWindow.cpp"/>
+        <source>Another program holds the preferences. This window closes as soon as your changes are saved. Close it once more to be offered them at the next start.</source>
+        <translation>Un autre programme retient les préférences. Cette fenêtre se ferme dès que vos modifications sont enregistrées. Fermez-la encore une fois pour qu’elles vous soient proposées au prochain démarrage.</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/SettingsWindow.cpp"/>
@@ -1406,6 +1636,16 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
         <translation>Créer un dossier à partir d’un modèle</translation>
     </message>
     <message>
+        <location filename="../../HelperSource/wiring/MissingStatusBar.cpp"/>
+        <source>Orvane has no icon on this desktop</source>
+        <translation>Orvane n’a pas d’icône sur ce bureau</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/wiring/MissingStatusBar.cpp"/>
+        <source>It is running all the same: its menu opens with the hot key, from the file manager&apos;s context menu, and with the command “orvane menu”.</source>
+        <translation>Il fonctionne quand même : son menu s’ouvre avec le raccourci clavier, depuis le menu contextuel du gestionnaire de fichiers et avec la commande « orvane menu ».</translation>
+    </message>
+    <message>
         <location filename="../../HelperSource/platform/qt/QtAlerts.cpp"/>
         <source>Message</source>
         <translation>Message</translation>
@@ -1494,6 +1734,57 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
         <location filename="../../resources/PromptWindow.ui"/>
         <source>Values of the variables</source>
         <translation>Valeurs des variables</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/hotkeys/HotKeyAdvice.cpp"/>
+        <source>This desktop gives programs no hot keys of their own.</source>
+        <translation>Ce bureau ne donne pas de raccourcis aux programmes.</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/hotkeys/HotKeyAdvice.cpp"/>
+        <source>Bind a key to the command &apos;%1&apos;:</source>
+        <translation>Associez une touche à la commande « %1 » :</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/hotkeys/HotKeyAdvice.cpp"/>
+        <source>where your desktop&apos;s settings or your compositor&apos;s configuration name keys for commands.</source>
+        <translation>là où les réglages du bureau ou la configuration du compositeur associent des touches aux commandes.</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/hotkeys/HotKeyAdvice.cpp"/>
+        <source>In Settings, Keyboard, View and Customize Shortcuts, Custom Shortcuts, add one with the command &apos;%1&apos;.</source>
+        <translation>Dans les Paramètres, Clavier, Afficher et personnaliser les raccourcis, Raccourcis personnalisés, ajoutez-en un avec la commande « %1 ».</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/hotkeys/HotKeyAdvice.cpp"/>
+        <source>in System Settings, Shortcuts, Add Command.</source>
+        <translation>dans la Configuration du système, Raccourcis, Ajouter une commande.</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/hotkeys/HotKeyAdvice.cpp"/>
+        <source>add this line to ~/.config/sway/config and reload:
+  bindsym Ctrl+Shift+h exec %1</source>
+        <translation>ajoutez cette ligne à ~/.config/sway/config et rechargez :
+  bindsym Ctrl+Shift+h exec %1</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/hotkeys/HotKeyAdvice.cpp"/>
+        <source>add this line to ~/.config/hypr/hyprland.conf:
+  bind = CTRL SHIFT, H, exec, %1</source>
+        <translation>ajoutez cette ligne à ~/.config/hypr/hyprland.conf :
+  bind = CTRL SHIFT, H, exec, %1</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/hotkeys/HotKeyAdvice.cpp"/>
+        <source>add this to the section binds of ~/.config/niri/config.kdl:
+  Ctrl+Shift+H { spawn-sh &quot;%1&quot;; }</source>
+        <translation>ajoutez ceci à la section binds de ~/.config/niri/config.kdl :
+  Ctrl+Shift+H { spawn-sh &quot;%1&quot;; }</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/hotkeys/HotKeyAdvice.cpp"/>
+        <source>weston has no keys for commands; a launcher in its panel (section [launcher] of ~/.config/weston.ini, path=) can start it.</source>
+        <translation>weston n’a pas de touches pour les commandes ; un lanceur de son panneau (section [launcher] de ~/.config/weston.ini, path=) peut la lancer.</translation>
     </message>
     <message>
         <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>
@@ -1752,6 +2043,11 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     </message>
     <message>
         <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>
+        <source>the name holds half of a surrogate pair, which is no character: many programs cannot show such a name</source>
+        <translation>le nom contient la moitié d’une paire de substitution, qui n’est pas un caractère : beaucoup de programmes ne peuvent pas afficher un tel nom</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>
         <source>&quot;:&quot; and &quot;/&quot; become &quot;_&quot;: the folder is made as &apos;%1&apos;, but checked and opened under the name as it stands</source>
         <translation>« : » et « / » deviennent « _ » : le dossier est créé sous le nom « %1 », mais vérifié et ouvert sous le nom tel qu’il est écrit</translation>
     </message>
@@ -1759,6 +2055,26 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
         <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>
         <source>&quot;:&quot; and &quot;/&quot; become &quot;_&quot;: the name will be &apos;%1&apos;</source>
         <translation>« : » et « / » deviennent « _ » : le nom sera « %1 »</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>
+        <source>&apos;%1&apos; is also the name of children[%2]: both become one folder</source>
+        <translation>« %1 » est aussi le nom de children[%2] : les deux ne feront qu’un dossier</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>
+        <source>&apos;%1&apos; is also the name of children[%2], a folder that is copied: both become one folder, in which a file that both hold is empty</source>
+        <translation>« %1 » est aussi le nom de children[%2], un dossier qui est copié : les deux deviennent un seul dossier, dans lequel un fichier présent dans les deux est vide</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>
+        <source>&apos;%1&apos; is also the name of children[%2]: the creation will fail</source>
+        <translation>« %1 » est aussi le nom de children[%2] : la création échouera</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>
+        <source>&apos;%1&apos; is also the name of children[%2]: they become one empty file</source>
+        <translation>« %1 » est aussi le nom de children[%2] : ils deviennent un seul fichier vide</translation>
     </message>
     <message>
         <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>
@@ -1779,21 +2095,6 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
         <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>
         <source>the variable &apos;%1&apos; cannot reach the script: its name holds &quot;=&quot; or a NUL character</source>
         <translation>la variable « %1 » ne peut pas parvenir au script : son nom contient « = » ou un caractère NUL</translation>
-    </message>
-    <message>
-        <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>
-        <source>&apos;%1&apos; is also the name of children[%2]: both become one folder</source>
-        <translation>« %1 » est aussi le nom de children[%2] : les deux ne feront qu’un dossier</translation>
-    </message>
-    <message>
-        <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>
-        <source>&apos;%1&apos; is also the name of children[%2]: the creation will fail</source>
-        <translation>« %1 » est aussi le nom de children[%2] : la création échouera</translation>
-    </message>
-    <message>
-        <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>
-        <source>&apos;%1&apos; is also the name of children[%2]: they become one empty file</source>
-        <translation>« %1 » est aussi le nom de children[%2] : ils deviennent un seul fichier vide</translation>
     </message>
     <message>
         <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>

@@ -5,8 +5,8 @@
     update.py --check    ends with status 1 when a file is not up to date, a text is unfinished, or a translation does not fit its text
 
 The texts are those that the programs look up under the one context "Orvane": what stands in `translated(...)` and in
-`QCoreApplication::translate("Orvane", ...)`, the names of steps that can be undone, the problems that the checker finds, and
-the interface files.
+`QCoreApplication::translate("Orvane", ...)`, the names of steps that can be undone, the problems that the checker finds, how keys are
+bound on each desktop, and the interface files.
 Qt's own `lupdate` knows only the first kind of call, and not by that name. The same sources always give the same files.
 """
 
@@ -74,6 +74,15 @@ def texts_of(source, calls):
                 yield text_of(literals)
 
 
+def advice_texts():
+    """How keys are bound on each desktop."""
+    source = (TOP / "HelperSource/hotkeys/HotKeyAdvice.cpp").read_text(encoding="utf-8")
+    for found in re.finditer(LITERALS, re.sub(r"#include[^\n]*|//[^\n]*", "", source)):
+        text = text_of(found.group())
+        if " " in text.strip() and not text.startswith("Or in a terminal"):
+            yield text
+
+
 def problem_texts():
     for name in ("ORVPresetChecker.cpp", "ORVCheckedNames.cpp"):
         source = (TOP / "HelperSource/presets" / name).read_text(encoding="utf-8")
@@ -108,6 +117,8 @@ def all_texts():
             found.setdefault(text_of(name), path)
     for text, path in texts_of_windows():
         found.setdefault(text, path)
+    for text in advice_texts():
+        found.setdefault(text, TOP / "HelperSource/hotkeys/HotKeyAdvice.cpp")
     for text in problem_texts():
         found.setdefault(text, TOP / "HelperSource/presets/ORVPresetChecker.cpp")
     return {text: path for text, path in found.items() if re.search(r"[A-Za-z]", text) and text == text.strip()}

@@ -15,7 +15,6 @@ namespace orvane {
 
 namespace {
 
-constexpr std::chrono::milliseconds LockLimit{10'000};
 /// How often a save starts over because a program that knows no lock changed the file meanwhile.
 constexpr int MostAttempts = 8;
 /// Smaller files are read once more before they take the old one's place; larger ones rely on the check of what is new.
@@ -48,17 +47,21 @@ private:
     std::shared_ptr<PosixPreferencesLock> _lock;
 };
 
-PosixPreferencesStore::PosixPreferencesStore(std::string path, std::string lockPath, SystemLog &log)
-    : _path(std::move(path)), _log(log), _lock(std::make_shared<PosixPreferencesLock>(std::move(lockPath))) {}
+PosixPreferencesStore::PosixPreferencesStore(std::string path, std::string lockPath, SystemLog &log, std::chrono::milliseconds lockLimit)
+    : _path(std::move(path)), _log(log), _lock(std::make_shared<PosixPreferencesLock>(std::move(lockPath))), _lockLimit(lockLimit) {}
 
 PosixPreferencesStore::~PosixPreferencesStore() = default;
 
 std::unique_ptr<PreferencesStore::Lock> PosixPreferencesStore::lock() {
     std::string why;
-    if (!_lock->acquire(LockLimit, why)) {
-        _complain("cannot be locked", why);
+    if (!_lock->acquire(_lockLimit, why)) {
+        const bool comesBack = _lock->isHeldElsewhere() && _lockLimit == std::chrono::milliseconds::zero();
+        if (!std::exchange(_isWaiting, comesBack)) {
+            _complain("cannot be locked", why);
+        }
         return nullptr;
     }
+    _isWaiting = false;
     return std::make_unique<Held>(_lock);
 }
 

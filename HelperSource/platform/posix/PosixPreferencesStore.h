@@ -7,6 +7,7 @@
 #include "ports/PreferencesStore.h"
 #include "ports/SystemLog.h"
 
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
@@ -22,8 +23,12 @@ namespace orvane {
 /// of the file. A file whose identity has not changed is not read again.
 class PosixPreferencesStore final : public PreferencesStore {
 public:
-    /// The file's path, and that of a lock file which every program that writes the domain must use.
-    PosixPreferencesStore(std::string path, std::string lockPath, SystemLog &log);
+    /// How long a program waits for another one that holds the domain, unless told.
+    static constexpr std::chrono::milliseconds LockLimit{10'000};
+
+    /// The file's path, and that of a lock file which every program that writes the domain must use. With a limit of zero nothing
+    /// waits: whoever calls comes back later, so that a window stays alive meanwhile; the log then has one line for all these attempts.
+    PosixPreferencesStore(std::string path, std::string lockPath, SystemLog &log, std::chrono::milliseconds lockLimit = LockLimit);
     PosixPreferencesStore(const PosixPreferencesStore &) = delete;
     PosixPreferencesStore &operator=(const PosixPreferencesStore &) = delete;
     ~PosixPreferencesStore() override;
@@ -34,7 +39,7 @@ public:
     /// Any valid text in a binary file; in XML (which a missing file will be) not those characters that XML 1.0 excludes.
     [[nodiscard]] bool canStoreText(std::string_view text) override;
     [[nodiscard]] std::optional<PropertyList> dictionaryWithContentsOfFile() override;
-    /// Waits up to 10 seconds. The result may outlive the store.
+    /// Waits as long as the limit says. The result may outlive the store.
     [[nodiscard]] std::unique_ptr<Lock> lock() override;
     [[nodiscard]] bool isHeldElsewhere() const override { return _lock->isHeldElsewhere(); }
 
@@ -54,6 +59,8 @@ private:
     std::string _path;
     SystemLog &_log;
     std::shared_ptr<PosixPreferencesLock> _lock;
+    std::chrono::milliseconds _lockLimit;
+    bool _isWaiting = false;            ///< for the lock, as the log knows already
     PosixPreferencesDocument _document; ///< as of the last `synchronize()`
     PosixPreferencesChanges _pending;
     std::string _complaint; ///< the last one about reading, so that it is not repeated

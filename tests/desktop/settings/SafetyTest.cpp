@@ -2,11 +2,17 @@
 
 #include "SettingsWindowDesk.h"
 
-#include <QApplication>
-#include <QProcess>
+#include "platform/posix/PosixPreferencesLock.h"
 
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QTimer>
+
+#include <algorithm>
 #include <array>
 #include <filesystem>
+#include <memory>
 
 namespace orvane::test {
 namespace {
@@ -97,6 +103,133 @@ TEST_F(SettingsWindowTest, ClosingSavesAtOnceAndKeepsTheWindowsSize) {
     EXPECT_EQ(diskLabels(), Labels{"Last words"});
     start();
     EXPECT_EQ(window->size(), size);
+}
+
+// While another program holds the preferences ---------------------------------------------------------------------------------
+
+/// Another program that is saving, and takes its time.
+class Holder {
+public:
+    explicit Holder(const std::string &stateFolder) : _lock(stateFolder + "/preferences.lock") {
+        std::string why;
+        EXPECT_TRUE(_lock.acquire(std::chrono::milliseconds::zero(), why)) << why;
+    }
+    Holder(const Holder &) = delete;
+    Holder &operator=(const Holder &) = delete;
+    ~Holder() { _lock.release(); }
+
+private:
+    PosixPreferencesLock _lock;
+};
+
+/// The longest time in which no event was handled, in ms.
+class Heart {
+public:
+    Heart() {
+        QObject::connect(&_beat, &QTimer::timeout, &_beat, [this] { _longest = std::max(_longest, _since.restart()); });
+        _since.start();
+        _beat.start(5);
+    }
+    [[nodiscard]] qint64 longestPause() const { return std::max(_longest, _since.elapsed()); }
+
+private:
+    QTimer _beat;
+    QElapsedTimer _since;
+    qint64 _longest = 0;
+};
+
+TEST_F(SettingsWindowTest, WhileAnotherProgramHoldsThePreferencesTheWindowGoesOnAndSavesAfterwards) {
+    writePresets({"One"});
+    start();
+    auto other = std::make_unique<Holder>(paths.stateFolder);
+    const Heart heart;
+    auto *const label = widget<QLineEdit>("presetLabel");
+    label->setFocus();
+    key(Qt::Key_A, Qt::ControlModifier);
+    keys(QStringLiteral("Mine"));
+    ASSERT_TRUE(waitUntil([this] { return bar("fileBar").isVisible(); }));
+    EXPECT_EQ(bar("fileBar").text(), u"Another program holds the preferences. Your changes are saved as soon as it lets go.");
+    keys(QStringLiteral(" and more"));
+    EXPECT_EQ(context().presets.label(context().presets.presetAt(0)), "Mine and more");
+    EXPECT_EQ(diskLabels(), Labels{"One"});
+    EXPECT_TRUE(std::filesystem::exists(paths.stateFolder + "/unsaved"));
+    EXPECT_LT(heart.longestPause(), 3000) << "waiting for the other one would take ten seconds";
+    other.reset();
+    EXPECT_TRUE(waitUntil([this] { return diskLabels() == Labels{"Mine and more"}; }));
+    EXPECT_TRUE(waitUntil([this] { return bar("fileBar").isHidden(); }));
+    EXPECT_TRUE(waitUntil([this] { return !std::filesystem::exists(paths.stateFolder + "/unsaved"); }));
+    const std::string log = readFile(paths.stateFolder + "/log");
+    const std::size_t first = log.find("cannot be locked");
+    EXPECT_NE(first, std::string::npos) << log;
+    EXPECT_EQ(log.find("cannot be locked", first + 1), std::string::npos) << "one line for all attempts: " << log;
+}
+
+TEST_F(SettingsWindowTest, AWindowThatIsClosedMeanwhileGoesOnceItsEditsAreSaved) {
+    writePresets({"One"});
+    start();
+    auto other = std::make_unique<Holder>(paths.stateFolder);
+    context().presets.renamePreset(context().presets.presetAt(0), "Mine");
+    const Heart heart;
+    EXPECT_FALSE(window->close());
+    EXPECT_LT(heart.longestPause(), 3000);
+    EXPECT_TRUE(bar("messageBar").text().contains(QStringLiteral("closes as soon as your changes are saved")));
+    EXPECT_TRUE(window->isVisible());
+    other.reset();
+    EXPECT_TRUE(waitUntil([this] { return window->isHidden(); }));
+    EXPECT_EQ(diskLabels(), Labels{"Mine"});
+}
+
+TEST_F(SettingsWindowTest, ClosedTwiceItGoesAtOnceAndOffersTheEditsAtTheNextStart) {
+    writePresets({"One"});
+    start();
+    auto other = std::make_unique<Holder>(paths.stateFolder);
+    context().presets.renamePreset(context().presets.presetAt(0), "Mine");
+    EXPECT_FALSE(window->close());
+    EXPECT_TRUE(window->close());
+    crash();
+    other.reset();
+    EXPECT_EQ(diskLabels(), Labels{"One"});
+    start();
+    ASSERT_TRUE(bar("recoveryBar").isVisible());
+    QTest::mouseClick(widget<QPushButton>("restoreEdits"), Qt::LeftButton);
+    EXPECT_TRUE(waitUntil([this] { return diskLabels() == Labels{"Mine"}; }));
+}
+
+// Unsaved edits -------------------------------------------------------------------------------------------------------------
+
+TEST_F(SettingsWindowTest, WhatWasTypedAMomentAgoIsOfferedAfterACrash) {
+    writePresets({"One"});
+    start();
+    const Holder other(paths.stateFolder); // so that nothing is saved in the meantime, however slow the machine is
+    auto *const label = widget<QLineEdit>("presetLabel");
+    label->setFocus();
+    key(Qt::Key_A, Qt::ControlModifier);
+    QElapsedTimer clock;
+    clock.start();
+    keys(QStringLiteral("Mine"));
+    ASSERT_TRUE(waitUntil([this] { return std::filesystem::exists(paths.stateFolder + "/unsaved"); }));
+    RecordProperty("milliseconds_until_it_is_kept", static_cast<int>(clock.elapsed()));
+    crash();
+    start();
+    ASSERT_TRUE(bar("recoveryBar").isVisible());
+    QTest::mouseClick(widget<QPushButton>("restoreEdits"), Qt::LeftButton);
+    EXPECT_EQ(context().presets.label(context().presets.presetAt(0)), "Mine");
+}
+
+TEST_F(SettingsWindowTest, WhatWasUndoneIsNotOfferedAgain) {
+    writePresets({"One"});
+    start();
+    {
+        const Holder other(paths.stateFolder);
+        context().presets.renamePreset(context().presets.presetAt(0), "Mine");
+        ASSERT_TRUE(waitUntil([this] { return std::filesystem::exists(paths.stateFolder + "/unsaved"); }));
+        context().history.undo();
+        EXPECT_TRUE(waitUntil([this] { return !std::filesystem::exists(paths.stateFolder + "/unsaved"); }));
+    }
+    stop();
+    start();
+    EXPECT_TRUE(bar("recoveryBar").isHidden());
+    EXPECT_EQ(diskLabels(), Labels{"One"});
 }
 
 // Round trip ----------------------------------------------------------------------------------------------------------------

@@ -9,6 +9,9 @@
 #include <QProcess>
 #include <QVariantMap>
 
+#include <cstddef>
+#include <filesystem>
+
 namespace orvane::test {
 namespace {
 
@@ -76,6 +79,21 @@ TEST_F(SettingsStartTest, TheHelpersWishShowsTheWindowAndQuitEndsIt) {
     settings.call(QStringLiteral("ActivateAction"), QStringLiteral("quit"), QVariantList(), QVariantMap());
     EXPECT_TRUE(waitUntil([this] { return program.state() == QProcess::NotRunning; }));
     EXPECT_EQ(program.exitCode(), 0);
+}
+
+TEST_F(SettingsStartTest, WhatItKeepsIsForTheUserAlone) {
+    startProgram();
+    QDBusInterface settings = service();
+    settings.call(QStringLiteral("ActivateAction"), QStringLiteral("quit"), QVariantList(), QVariantMap());
+    ASSERT_TRUE(waitUntil([this] { return program.state() == QProcess::NotRunning; }));
+    EXPECT_EQ(std::filesystem::status(paths.stateFolder).permissions(), std::filesystem::perms::owner_all);
+    std::size_t files = 0;
+    for (const auto &each : std::filesystem::directory_iterator(paths.stateFolder)) {
+        using std::filesystem::perms;
+        EXPECT_EQ(each.status().permissions(), perms::owner_read | perms::owner_write) << each.path();
+        ++files;
+    }
+    EXPECT_GT(files, 0U);
 }
 
 TEST_F(SettingsStartTest, HelpAndVersionNeedNoDisplay) {

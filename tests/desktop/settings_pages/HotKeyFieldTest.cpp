@@ -3,8 +3,10 @@
 #include "SettingsPagesDesk.h"
 
 #include "desktop/x11/X11TestDesk.h"
+#include "hotkeys/HotKeyAdvice.h"
 #include "platform/posix/PosixHotKeyStatement.h"
 #include "window/GeneralPage.h"
+#include "window/HotKeyInstructions.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -228,9 +230,21 @@ TEST_F(HotKeyFieldTest, WhatTheHelperSaysOfItsHotKeyIsShown) {
     EXPECT_TRUE(comesToSay("The hot key works by KGlobalAccel.")) << message();
 }
 
+TEST_F(HotKeyFieldTest, EachDesktopIsToldWhereItsKeysAreBound) {
+    for (const char *desktop : {"ubuntu:GNOME", "KDE", "sway", "Hyprland", "niri", "weston", "XFCE", ""}) {
+        const ORVHotKeyTexts texts = ORVHotKeyTextsOf(desktop);
+        const std::string shown = hotKeyInstructions(QString::fromLatin1(desktop)).toStdString();
+        EXPECT_EQ(ORVHotKeyAdvice(desktop), shown + (*texts.shell == '\0' ? "" : ORVHotKeyAdvice(desktop).substr(shown.size())));
+        EXPECT_EQ(shown.find("%1"), std::string::npos) << shown;
+        EXPECT_EQ(hotKeyStatement("sway gives no hot key. " + ORVHotKeyAdvice(desktop), QString::fromLatin1(desktop)).toStdString(),
+                  "sway gives no hot key. " + shown);
+    }
+}
+
 TEST_F(HotKeyFieldTest, WhereADesktopGivesNoHotKeysItNamesTheCommand) {
     open(HotKeyField::Way::CommandOnly);
-    EXPECT_TRUE(comesToSay("This desktop gives programs no hot keys of their own. Bind a key to the command below."));
+    // In the words of `orvane menu --help` and the helper's log.
+    EXPECT_TRUE(comesToSay(ORVHotKeyAdvice(qEnvironmentVariable("XDG_CURRENT_DESKTOP").toStdString()))) << message();
     EXPECT_EQ(child<QLineEdit>("hotKeyCommand")->text(), QStringLiteral("orvane menu"));
     click(*child<QPushButton>("copyHotKeyCommand"));
     EXPECT_TRUE(waitUntil([] { return QGuiApplication::clipboard()->text() == QStringLiteral("orvane menu"); }));

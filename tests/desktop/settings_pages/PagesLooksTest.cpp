@@ -34,7 +34,10 @@ protected:
     }
     void take(const std::string &what, int width, int height) {
         window->setFixedSize(width, height);
-        ASSERT_TRUE(waitUntil([&] { return window->windowHandle()->width() == width && window->windowHandle()->isExposed(); }));
+        ASSERT_TRUE(waitUntil([&] {
+            return window->windowHandle()->size() == QSize(width, height) && window->size() == QSize(width, height) &&
+                   window->windowHandle()->isExposed();
+        }));
         ASSERT_TRUE(waitUntil([&] { return isPainted(); }));
         expectNothingIsCut(*window);
         const int percent = static_cast<int>(std::lround(QGuiApplication::primaryScreen()->devicePixelRatio() * 100));

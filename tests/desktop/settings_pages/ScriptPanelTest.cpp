@@ -194,6 +194,24 @@ TEST_F(ScriptPanelTest, ALongRunShowsItsOutputLeavesTheWindowFreeAndIsStoppedWit
     })) << "what the script had started is gone, too";
 }
 
+// Else the second click, which is to stop it, hits whatever has come under the pointer.
+TEST_F(ScriptPanelTest, TheButtonStaysUnderThePointerWhenOutputComesUp) {
+    scriptInStore("tidy.sh", "echo one; echo two >&2; sleep 600\n");
+    open("tidy.sh");
+    const auto *const button = child<QPushButton>("testScript");
+    const auto place = [&] { return QRect(button->mapTo(window.get(), QPoint()), button->size()).center(); };
+    const QPoint before = place();
+    startTest();
+    ASSERT_TRUE(waitUntil([&] { return output() == "one\ntwo\n" && result().find("Running for") == 0; })) << output();
+    QApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+    ASSERT_TRUE(waitUntil([&] { return child<QPlainTextEdit>("scriptOutput")->height() > 40; }));
+    EXPECT_EQ(place().y(), before.y());
+    EXPECT_TRUE(QRect(button->mapTo(window.get(), QPoint()), button->size()).contains(before.x(), before.y()));
+    startTest(); // it is the button to stop it now
+    ASSERT_TRUE(testEnds());
+    EXPECT_EQ(place().y(), before.y());
+}
+
 TEST_F(ScriptPanelTest, AScriptThatDoesNotListenIsEndedTwoSecondsLater) {
     scriptInStore("tidy.sh", "trap '' TERM\necho deaf\nwhile :; do sleep 1; done\n");
     open("tidy.sh");

@@ -102,12 +102,15 @@ protected:
         EXPECT_NE(found, nullptr) << name;
         return found;
     }
-    /// Clicks a widget with the mouse, near its left end: a check box may be wider than what can be clicked.
+    /// Clicks a widget with the mouse, near its left end: a check box may be wider than what can be clicked. Where its window is on the
+    /// screen is left to the X server: a window manager may have moved it, which the program hears of later.
     static void click(const QWidget &widget) {
         constexpr int FromTheLeft = 12;
+        QApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest); // what came up or went has its place now
         const QPoint place(std::min(FromTheLeft, widget.width() / 2), widget.height() / 2);
-        const QPoint middle = widget.mapToGlobal(place) * widget.devicePixelRatio();
-        xdotool("mousemove " + std::to_string(middle.x()) + " " + std::to_string(middle.y()) + " click 1");
+        const QPoint inWindow = widget.mapTo(widget.window(), place) * widget.devicePixelRatio();
+        xdotool("mousemove --window " + std::to_string(widget.window()->winId()) + " " + std::to_string(inWindow.x()) + " " +
+                std::to_string(inWindow.y()) + " click 1");
     }
 
     QTemporaryDir home{QStringLiteral("/dev/shm/orvane-pages-XXXXXX")};
