@@ -41,6 +41,7 @@
 #include "wiring/DesktopHotKeys.h"
 #include "wiring/DesktopSession.h"
 #include "wiring/LoggedAssertions.h"
+#include "wiring/MissingStatusBar.h"
 
 #include <QApplication>
 #include <QCoreApplication>
@@ -82,6 +83,8 @@ std::shared_ptr<QMenu> viewOfMenu(Menu &menu, std::function<bool(const MenuItem 
 class Helper {
 public:
     Helper(QtApplication &application, std::string resourceFolder) : _application(application), _resources(std::move(resourceFolder)) {
+        _application.setResourceFolder(_resources.folder());
+        _disk.setLog(_log);
         ORVPresetManager::setSharedPorts(&_managerPorts);
         SGHotKeyCenter::setSharedPorts(&_hotKeys.centerPorts());
         _hotKeyController.emplace(HotKeyControllerPorts{_notifications, *_popUpMenus, _preferences, *SGHotKeyCenter::sharedCenter()});
@@ -177,10 +180,7 @@ private:
             return QtXEmbedStatusItem::make(_resources.folder(), [mayPerform](Menu &menu) { return viewOfMenu(menu, mayPerform); });
         };
         options.fallbackIsAvailable = QtXEmbedStatusItem::isAvailable;
-        options.statusBarIsMissing = [this] {
-            _log.log("this desktop has no status bar (no StatusNotifierItem host and no XEmbed tray); the menu comes up with the hot "
-                     "key, with 'orvane menu' and from the file manager's context menu");
-        };
+        options.statusBarIsMissing = [this] { _missingStatusBar.tell(); };
         return options;
     }
 
@@ -224,6 +224,7 @@ private:
     QtDBusSession _session{&_log};
     DesktopHotKeys _hotKeys{{_session, _log, _assertions, _resources, _textCase, _folders.stateDirectory()}};
     QtDBusNotifications _notifications{_session};
+    MissingStatusBar _missingStatusBar{_session, _log, _folders.stateDirectory()};
     QtDBusStatusBar _statusBar{_statusBarOptions()};
     QtDBusSystemPreferences _systemPreferences{_session, _log};
     DesktopWorkspace _workspace{_session, _log};

@@ -28,6 +28,7 @@ orvane_add_qtdbus_test(desktop_qtdbus_xembed test_tray_hosts.py --size 800x600)
 orvane_add_qtdbus_test(desktop_qtdbus_session test_session.py --wm none)
 orvane_add_qtdbus_test(desktop_qtdbus_no_bus test_session.py --wm none --no-bus -- --no-bus)
 orvane_add_qtdbus_test(desktop_qtdbus_services test_services.py --wm none)
+orvane_add_qtdbus_test(desktop_qtdbus_notice test_notice.py --wm none)
 orvane_add_qtdbus_test(desktop_qtdbus_workspace test_workspace.py --wm none)
 
 # What is installed for desktops to read.

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -15,6 +16,8 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QFile>
+#include <QIcon>
 #include <QWidget>
 #include <QWindow>
 
@@ -121,11 +124,19 @@ bool QtApplication::isQuitting() const {
 }
 
 void QtApplication::bringToFront(QWidget &window) {
+    if (const std::string folder = std::exchange(_resourceFolder, {}); !folder.empty()) {
+        QGuiApplication::setWindowIcon(QtProgramIcon(folder));
+    }
     window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
     window.show();
     window.raise();
     window.activateWindow();
     QtX11ActivateWindow(*window.windowHandle());
+}
+
+QIcon QtProgramIcon(const std::string &resourceFolder) {
+    const QString file = QFile::decodeName((resourceFolder + "/icons/hicolor/scalable/apps/org.orvane.Helper.svg").c_str());
+    return QFile::exists(file) ? QIcon(file) : QIcon::fromTheme(QStringLiteral("org.orvane.Helper"));
 }
 
 QWidget *QtApplication::modalWindow() {

@@ -3,8 +3,11 @@
 #include "ports/Application.h"
 
 #include <memory>
+#include <string>
+#include <utility>
 
 class QApplication;
+class QIcon;
 class QWidget;
 
 namespace orvane {
@@ -20,6 +23,8 @@ public:
 
     /// False when there is no display to open, which Qt itself would answer by ending the program.
     [[nodiscard]] bool load() override;
+    /// Where the program's picture is looked for, when the first window is shown; see QtProgramIcon.
+    void setResourceFolder(std::string folder) { _resourceFolder = std::move(folder); }
     /// Brings the window that the user has to answer to the front; without one, the last of our windows that is shown.
     void activateIgnoringOtherApps(bool ignoring) override;
 
@@ -41,6 +46,11 @@ private:
     char **_argv;
     std::unique_ptr<QApplication> _application;
     std::unique_ptr<QuitFilter> _quitFilter;
+    std::string _resourceFolder; ///< empty when it is not known, or when the picture has been read
 };
+
+/// What stands for our windows in lists of windows: from the resource folder's "icons" where that is, else from the icon theme, in
+/// which it is once Orvane is installed. Desktops that find the icon by the desktop file's name do not need it.
+[[nodiscard]] QIcon QtProgramIcon(const std::string &resourceFolder);
 
 } // namespace orvane

@@ -9,6 +9,7 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QProxyStyle>
+#include <QScreen>
 #include <QTimer>
 
 namespace orvane {
@@ -92,7 +93,11 @@ private:
 
 QtMenuView::QtMenuView(Menu &menu) : _menu(menu), _view(std::make_unique<View>()) {
     _menu.addObserver(*this);
-    QObject::connect(_view.get(), &QMenu::aboutToShow, _view.get(), [this] { _rebuild(); });
+    QObject::connect(_view.get(), &QMenu::aboutToShow, _view.get(), [this] {
+        if (!_view->isVisible()) { // else it is only put in its place anew
+            _rebuild();
+        }
+    });
     _rebuild();
 }
 
@@ -138,6 +143,9 @@ void QtMenuView::_rebuild() {
     }
     _view->addActions(actions);
     qDeleteAll(old);
+    if (_view->isVisible() && !_view->screen()->geometry().contains(_view->geometry())) {
+        _view->popup(_view->pos()); // on the screen again, and scrolling if it has to
+    }
     const auto same = std::find_if(actions.begin(), actions.end(), [&](const QAction *each) { return plainTitle(*each) == highlighted; });
     if (_view->isVisible() && !highlighted.isEmpty() && same != actions.end()) {
         _view->setActiveAction(*same);

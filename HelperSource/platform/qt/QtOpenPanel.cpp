@@ -36,6 +36,24 @@ QString nearestFolder(const QString &path) {
     return folder;
 }
 
+/// Qt's own panel, by the names that its parts have there: dates stand whole, and where only folders are shown nothing is said of
+/// sizes and kinds. The desktop's panel has none of these parts.
+void makeClearer(QFileDialog &panel, bool showsFoldersOnly) {
+    enum Column { Name, Size, Kind, Date };
+    if (auto *const details = panel.findChild<QTreeView *>(QStringLiteral("treeView"))) {
+        details->header()->setStretchLastSection(false);
+        details->header()->setSectionResizeMode(Name, QHeaderView::Stretch);
+        details->header()->setSectionResizeMode(Date, QHeaderView::ResizeToContents);
+        details->setColumnHidden(Size, showsFoldersOnly);
+        details->setColumnHidden(Kind, showsFoldersOnly);
+    }
+    for (const char *const part : {"fileTypeLabel", "fileTypeCombo"}) {
+        if (auto *const widget = panel.findChild<QWidget *>(QLatin1String(part))) {
+            widget->setHidden(showsFoldersOnly);
+        }
+    }
+}
+
 void prepare(QFileDialog &panel, const OpenPanelSettings &settings) {
     panel.setObjectName(QStringLiteral("openPanel"));
     panel.setAcceptMode(QFileDialog::AcceptOpen);
@@ -46,12 +64,7 @@ void prepare(QFileDialog &panel, const OpenPanelSettings &settings) {
     panel.setOption(QFileDialog::ReadOnly, !settings.canCreateDirectories); // no new folders, and no renaming either
     panel.setWindowTitle(QtTextOf(settings.title));
     panel.setLabelText(QFileDialog::Accept, QtTextOf(settings.prompt));
-    constexpr int DateColumn = 3;
-    if (auto *const details = panel.findChild<QTreeView *>(QStringLiteral("treeView"))) { // of Qt's own panel: dates stand there whole
-        details->header()->setStretchLastSection(false);
-        details->header()->setSectionResizeMode(0, QHeaderView::Stretch);
-        details->header()->setSectionResizeMode(DateColumn, QHeaderView::ResizeToContents);
-    }
+    makeClearer(panel, directoriesOnly);
 }
 
 } // namespace
@@ -107,9 +120,14 @@ void QtOpenPanel::_remember(const QString &folder) {
     }
     const QString path = QtTextOf(_memoryFile);
     // A memory that cannot be kept costs the user some clicks after a restart, no more: no message.
-    QDir().mkpath(QFileInfo(path).path());
+    const QFileInfo place(QFileInfo(path).path());
+    if (!place.exists()) {
+        QDir().mkpath(place.path());
+        QDir().mkdir(place.filePath(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    }
     QSaveFile file(path);
     if (file.open(QIODevice::WriteOnly)) {
+        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
         file.write(folder.toUtf8());
         file.commit();
     }

@@ -1,10 +1,14 @@
 #include "platform/qt/QtProgressWindow.h"
 
+#include "platform/qt/QtApplication.h"
+#include "platform/qt/QtResources.h"
+
 #include <array>
 
 #include <unistd.h>
 
 #include <QApplication>
+#include <QIcon>
 #include <QLabel>
 #include <QLocale>
 #include <QProgressBar>
@@ -47,6 +51,7 @@ int QtRunProgressWindow(int &argc, char **argv, int input) {
     QCoreApplication::setApplicationName(QStringLiteral("Orvane"));
     QGuiApplication::setDesktopFileName(QStringLiteral("org.orvane.Helper"));
     const QApplication application(argc, argv);
+    QGuiApplication::setWindowIcon(QtProgramIcon(QtResources::folderOfProgram()));
     QtProgressWindow window;
     QSocketNotifier arrival(input, QSocketNotifier::Read);
     QObject::connect(&arrival, &QSocketNotifier::activated, &window, [&] {

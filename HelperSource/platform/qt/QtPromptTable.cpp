@@ -252,6 +252,13 @@ void QtPromptTable::mouseReleaseEvent(QMouseEvent *event) {
     }
 }
 
+/// A row stays selected whatever key is held during a click: Return always has a value to begin with.
+QItemSelectionModel::SelectionFlags QtPromptTable::selectionCommand(const QModelIndex &index, const QEvent *event) const {
+    const QItemSelectionModel::SelectionFlags usual = QTableView::selectionCommand(index, event);
+    const bool takesAway = usual.testAnyFlags(QItemSelectionModel::Toggle | QItemSelectionModel::Deselect);
+    return takesAway ? QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows : usual;
+}
+
 void QtPromptTable::currentChanged(const QModelIndex &current, const QModelIndex &previous) {
     QTableView::currentChanged(current, previous);
     if (_model != nullptr && current.isValid() && !_model->isValueColumn(current.column())) {

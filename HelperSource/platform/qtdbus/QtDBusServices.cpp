@@ -19,6 +19,7 @@ namespace {
 const QString name = u"org.orvane.Helper"_s;
 constexpr int limitForBus = 500;    // ms; dbus-daemon itself answers in a fraction of one
 constexpr int limitForOther = 3000; // ms
+constexpr int betweenWindows = 20;  // ms until it is looked again what a request has on the screen
 
 } // namespace
 
@@ -85,7 +86,11 @@ void QtDBusServices::_receive(Request request) {
 }
 
 void QtDBusServices::_serve(const Request &request) {
-    const bool isBusy = _isServing || (_hooks.isBusy && _hooks.isBusy());
+    const bool isBusy = _hooks.isBusy && _hooks.isBusy();
+    if (_isServing && !isBusy) { // between two windows of the earlier request, or at its very end
+        QTimer::singleShot(betweenWindows, this, [this, request] { _serve(request); });
+        return;
+    }
     if (isBusy && _hooks.showWhatIsOpen) {
         const QtActivationToken token(request.token);
         _hooks.showWhatIsOpen();

@@ -19,9 +19,10 @@ namespace orvane {
 /// (freedesktop.org, Desktop Entry 1.5, "D-Bus Activation") and org.orvane.Services.
 ///
 /// Requests that want the menu go to the services provider, from the event loop; the caller has its answer as soon as the provider
-/// returns or starts handling events of its own, so that no caller waits for a menu. Such a request is dropped while an earlier one
-/// is still with the provider or while `isBusy`: what is on the screen then is what the user works with, and comes to the front. Requests
-/// that come before there is a provider wait for it. Main thread only.
+/// returns or starts handling events of its own, so that no caller waits for a menu. Such a request is dropped while `isBusy`: what is
+/// on the screen then is what the user works with, and comes to the front. One that comes while an earlier one is with the provider,
+/// but has nothing on the screen (its menu has just gone, its folder is being made), waits until it has, or is done. Requests that
+/// come before there is a provider wait for it. Main thread only.
 class QtDBusServices final : public QObject, public Services {
     Q_OBJECT
 

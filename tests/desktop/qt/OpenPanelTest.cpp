@@ -17,6 +17,8 @@
 #include <QTemporaryDir>
 #include <QToolButton>
 
+#include <sys/stat.h>
+
 namespace orvane::test {
 namespace {
 
@@ -99,6 +101,18 @@ TEST_F(OpenPanelTest, ChosenFolderIsAbsoluteAndRememberedAcrossRestarts) {
     QtOpenPanel afterRestart(application(), memory());
     cancelLooking([&] { EXPECT_EQ(panel()->directory().path().toStdString(), path("/Jobs")); });
     EXPECT_FALSE(afterRestart.runModal(ParentFolder).has_value());
+}
+
+TEST_F(OpenPanelTest, MemoryIsForTheUserAlone) {
+    QtOpenPanel openPanel(application(), memory());
+    chooseByTyping(path("/Jobs"));
+    EXPECT_TRUE(openPanel.runModal(ParentFolder).has_value());
+    struct stat file {};
+    struct stat folder {};
+    ASSERT_EQ(::stat(memory().c_str(), &file), 0);
+    ASSERT_EQ(::stat(path("/state/orvane").c_str(), &folder), 0);
+    EXPECT_EQ(file.st_mode & 07777U, 0600U);
+    EXPECT_EQ(folder.st_mode & 07777U, 0700U);
 }
 
 TEST_F(OpenPanelTest, ReturnWithoutAnythingSelectedChoosesTheFolderShown) {

@@ -144,6 +144,20 @@ TEST_F(PromptKeys, ClickingAnotherNameSelectsItsRowWithoutEditing) {
     EXPECT_EQ(desk.values(), (Lines{"one", ""}));
 }
 
+TEST_F(PromptKeys, ClickingWithControlHeldDoesNotTakeTheSelectionAway) {
+    user.when([] { return isEditingSelected(0); },
+              [] {
+                  xdotool("keydown ctrl");
+                  click(*promptTable()->viewport(), middleOfCell(0, 0));
+                  xdotool("keyup ctrl");
+              },
+              "editing of row 0");
+    key([] { return isSelected(0); }, "Return", "the row still selected");
+    type(0, "one", "Return");
+    EXPECT_TRUE(desk.createFolder("{a}"));
+    EXPECT_EQ(desk.values(), Lines{"one"});
+}
+
 TEST_F(PromptKeys, ClickingAnotherValueEditsIt) {
     user.when([] { return isEditingSelected(0); }, [] { xdotool("type --delay 2 --args 1 one"); }, "editing of row 0");
     user.when([] { return promptField()->text() == QLatin1String("one"); }, [] { click(*promptTable()->viewport(), middleOfCell(2, 1)); },

@@ -1,5 +1,6 @@
 // A program made of the adapters on the session bus, for tests to drive: commands come as lines on standard input, what happens goes
 // out as lines on standard output.
+#include "platform/qtdbus/DesktopNotice.h"
 #include "platform/qtdbus/DesktopWorkspace.h"
 #include "platform/qtdbus/QtDBusNotifications.h"
 #include "platform/qtdbus/QtDBusServices.h"
@@ -79,6 +80,7 @@ public:
     }
     std::optional<std::string> failure;
     bool holds = false;
+    bool isHidden = false; ///< while it runs its loop there is nothing on the screen
     QEventLoop loop;
 };
 
@@ -133,6 +135,8 @@ private:
         _commands["provide"] = [this](const Words &) { _services.setServicesProvider(&_provider); };
         _commands["fail"] = [this](const Words &words) { _provider.failure = words.at(1); };
         _commands["hold"] = [this](const Words &) { _provider.holds = true; };
+        _commands["nothing-on-screen"] = [this](const Words &) { _provider.isHidden = true; };
+        _commands["something-on-screen"] = [this](const Words &) { _provider.isHidden = false; };
         _commands["release"] = [this](const Words &) {
             _provider.holds = false;
             _provider.loop.quit();
@@ -148,6 +152,9 @@ private:
         _commands["suspend"] = [this](const Words &) { _notifications.suspend(); };
         _commands["resume"] = [this](const Words &) { _notifications.resume(); };
         _commands["open"] = [this](const Words &words) { say(_workspace.openFile(words.at(1)) ? "opening" : "not opening"); };
+        _commands["notice"] = [this](const Words &words) {
+            _notice.show(QString::fromStdString(words.at(1)), QString::fromStdString(words.at(2)), [] { say("noticed"); });
+        };
         _commands["pane"] = [this](const Words &words) { say(_preferences.showPane(words.at(1)) ? "showing" : "nobody"); };
         _commands["ping"] = [](const Words &) { say("pong"); };
         _commands["dark"] = [](const Words &) {
@@ -221,9 +228,10 @@ private:
                               .requestDone = [] { say("done"); },
                               .showPreferences = [] { say("preferences"); },
                               .quit = [] { say("quit"); },
-                              .isBusy = {},
-                              .showWhatIsOpen = {}}};
+                              .isBusy = [this] { return _provider.loop.isRunning() && !_provider.isHidden; },
+                              .showWhatIsOpen = [] { say("in front"); }}};
     DesktopWorkspace _workspace{_session, _log, {.bus = 2000, .program = 1500}};
+    DesktopNotice _notice{_session, _log};
     QtDBusSystemPreferences _preferences{_session, _log};
     Provider _provider;
     QEventLoop _actionLoop;

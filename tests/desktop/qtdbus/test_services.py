@@ -62,6 +62,33 @@ class ServicesTest(BusTest):
         call(NAME, PATH, SERVICES, "makePresetFromService", "(ss)", "third", "")
         probe.expect("service [third]")
 
+    def meet_nothing_on_the_screen(self):
+        """A request with another folder while an earlier one is with the provider and shows nothing."""
+        probe = self.serving()
+        probe.tell("hold")
+        probe.tell("nothing-on-screen")
+        probe.settle()
+        call(NAME, PATH, SERVICES, "makePresetFromService", "(ss)", "first", "")
+        probe.expect("service [first]")
+        activate_action("make-preset-in", GLib.Variant("s", "/other"))
+        probe.settle()
+        self.assertEqual((probe.count("folder"), probe.count("in front")), (0, 0))
+        return probe
+
+    def test_a_request_that_meets_one_with_nothing_on_the_screen_waits_for_its_end(self):
+        probe = self.meet_nothing_on_the_screen()
+        probe.ask("release", "released")
+        probe.expect("folder /other")
+        probe.expect("service [] []")
+
+    def test_a_request_that_waits_gives_way_to_a_window_that_comes_up(self):
+        probe = self.meet_nothing_on_the_screen()
+        probe.ask("something-on-screen", "in front")
+        probe.ask("release", "released")
+        call(NAME, PATH, SERVICES, "makePresetFromService", "(ss)", "third", "")
+        self.assertEqual(probe.expect("service"), "service [third] [] token -")
+        self.assertEqual(probe.count("folder"), 0)
+
     def test_a_folder_counts_until_the_provider_is_done(self):
         probe = self.serving()
         probe.tell("hold")

@@ -99,6 +99,18 @@ def active(pattern):
     return wait(lambda: re.search(pattern, title_of(active_window())) and active_window(), f"'{pattern}' to be active")
 
 
+def choose_in_panel(folder):
+    """Types a folder's path into the chooser, which has the focus. On a busy machine the list of completions comes up late and takes
+    the first Return for itself."""
+    panel = active_window()
+    type_text(str(folder))
+    keys("Return")
+    try:
+        wait(lambda: active_window() != panel, "the chooser to go", 4)
+    except TimeIsUp:
+        keys("Return")
+
+
 def geometry(identifier):
     """x, y, width, height on the screen."""
     values = dict(line.split("=", 1) for line in output("xdotool", "getwindowgeometry", "--shell", str(identifier)).splitlines() if "=" in line)

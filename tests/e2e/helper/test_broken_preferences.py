@@ -123,8 +123,7 @@ class BrokenPreferences(Files):
         self.write(content)
         keys("Down", "Return")
         active("Orvane: Choose Parent Folder")
-        type_text(str(self.projects))
-        keys("Return")
+        choose_in_panel(self.projects)
         gone("Orvane: Choose Parent Folder")
         self.announce_change()
         self.pop_up()  # comes only when nothing else is open

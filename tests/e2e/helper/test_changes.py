@@ -26,14 +26,30 @@ class Changes(Desktop):
     def open_prompt(self, label):
         choose(self.process, label)
         active(PANEL)
-        type_text(str(self.projects))
-        keys("Return")
+        choose_in_panel(self.projects)
         active(PROMPT)
 
     def start_with(self, presets, **more):
         self.write_preferences(presets, **more)
         self.start()
         self.wait_for_menu(*[each["label"] for each in presets])
+
+    def test_a_menu_that_grows_while_it_is_up_stays_on_the_screen_and_scrolls(self):
+        self.start_with([preset(f"Preset {number}", "x") for number in range(3)])
+        self.pop_up(600, 600)
+        self.replace_preferences([preset(f"Preset {number}", f"Folder {number}") for number in range(60)])
+        self.notify()
+
+        def is_whole():
+            x, y, width, height = popup_menu() or (0, 0, 0, 0)
+            return height > 300 and x >= 0 and y >= 0 and x + width <= WIDTH and y + height <= HEIGHT
+
+        wait(is_whole, f"the longer menu to be on the screen; it is at {popup_menu()}")
+        keys("Up", "Up", "Up", "Return")  # from below: Quit, Preferences, the last preset
+        active(PANEL)
+        picture("chosen-from-a-menu-that-grew")
+        choose_in_panel(self.projects)
+        self.wait_for_folder(self.projects / "Folder 59")
 
     def test_an_open_prompt_completes_with_what_it_was_started_with(self):
         film = preset("Film", "{AutoJob} {Client}", [node("{Client}.txt")])
@@ -64,8 +80,7 @@ class Changes(Desktop):
         self.replace_preferences([preset("Photo", "Photo")])
         self.notify()
         self.wait_for_menu("Photo")
-        type_text(str(self.projects))
-        keys("Return")
+        choose_in_panel(self.projects)
         self.wait_for_folder(self.projects / "Photo")
         self.assertEqual([path.name for path in self.projects.iterdir()], ["Photo"])
 

@@ -61,8 +61,7 @@ class LongMenu(Desktop):
         picture("thousand-last")
         keys("Return")
         active(PANEL)
-        type_text(str(self.projects))
-        keys("Return")
+        choose_in_panel(self.projects)
         self.wait_for_folder(self.projects / "Folder 999")
 
     def test_typing_goes_to_a_preset_among_a_thousand(self):
@@ -71,8 +70,7 @@ class LongMenu(Desktop):
         keys("z")
         keys("Return")
         active(PANEL)
-        type_text(str(self.projects))
-        keys("Return")
+        choose_in_panel(self.projects)
         self.wait_for_folder(self.projects / "Folder 999")
 
 

@@ -1,9 +1,15 @@
 """A desktop without any tray: the helper says so once, and is reached without one."""
 
 import os
+import threading
+
+import gi
+
+gi.require_version("Gio", "2.0")
+from gi.repository import Gio, GLib  # noqa: E402 (after the version)
 
 from desktop import *
-from neighbours import labels, ticks
+from neighbours import BUS, labels, ticks
 
 MESSAGE = "this desktop has no status bar"
 PATIENCE = 60  # seconds; the helper waits forty for a tray before it says that there is none
@@ -32,8 +38,52 @@ class NoTray(Desktop):
         self.assert_alive()
 
 
+class MessagesOfTheDesktop:
+    """Stands in for what shows messages; `shown` is (title, text) of each."""
+
+    XML = """<node><interface name="org.freedesktop.Notifications"><method name="Notify">
+    <arg type="s" direction="in"/><arg type="u" direction="in"/><arg type="s" direction="in"/><arg type="s" direction="in"/>
+    <arg type="s" direction="in"/><arg type="as" direction="in"/><arg type="a{sv}" direction="in"/><arg type="i" direction="in"/>
+    <arg type="u" direction="out"/></method></interface></node>"""
+
+    def __init__(self):
+        self.shown = []
+        flags = Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION
+        self.connection = Gio.DBusConnection.new_for_address_sync(os.environ["DBUS_SESSION_BUS_ADDRESS"], flags, None, None)
+        [interface] = Gio.DBusNodeInfo.new_for_xml(self.XML).interfaces
+        self.connection.register_object("/org/freedesktop/Notifications", interface, self._notify, None, None)
+        self.connection.call_sync(*BUS, "RequestName", GLib.Variant("(su)", ("org.freedesktop.Notifications", 4)), None, 0, 5000, None)
+        self._loop = GLib.MainLoop()
+        threading.Thread(target=self._loop.run, daemon=True).start()
+
+    def _notify(self, _connection, _sender, _path, _interface, _method, parameters, invocation):
+        arguments = parameters.unpack()
+        self.shown.append((arguments[3], arguments[4]))
+        invocation.return_value(GLib.Variant("(u)", (1,)))
+
+    def stop(self):
+        self.connection.close_sync(None)
+        self._loop.quit()
+
+
 class Told(NoTray):
     """Long: run on demand."""
+
+    def test_the_desktop_shows_it_once_and_never_again(self):
+        messages = MessagesOfTheDesktop()
+        self.addCleanup(messages.stop)
+        self.write_preferences([preset("Plain", "Plain folder")])
+        for start in (1, 2):
+            self.start()
+            wait(lambda: self.said().count(MESSAGE) == start, "the message in the log", PATIENCE)
+            wait(lambda: messages.shown, "the message on the desktop")
+            self.assertTrue(holds(lambda: len(messages.shown) == 1, 1), messages.shown)
+            self.process.terminate()
+            self.process.wait(LIMIT)
+            wait(lambda: f"'{NAME}'" not in bus_names(), "the helper to be off the bus")
+        [(title, text)] = messages.shown
+        self.assertEqual(title, "Orvane has no icon on this desktop")
+        self.assertIn("“orvane menu”", text)
 
     def test_it_says_so_once(self):
         self.write_preferences([preset("Plain", "Plain folder")])
