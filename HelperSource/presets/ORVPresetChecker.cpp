@@ -10,6 +10,8 @@
 #include <array>
 #include <optional>
 #include <span>
+#include <string>
+#include <unordered_map>
 #include <utility>
 
 // A preset is walked twice, both times with a stack of its own: first to learn its variables, because what a backslash or
@@ -120,6 +122,13 @@ struct ORVPresetChecker::Run {
     std::vector<ORVPresetProblem> problems = {};
     ORVProblemPlace place = {}; ///< of the node that is looked at
     ORVVariableUse variables = {};
+    std::unordered_map<std::string, ORVContentState> contents = {}; ///< that were asked about
+
+    /// Asked once for each name: many nodes may share a content file.
+    ORVContentState stateOfContent(const std::string &name) {
+        const auto known = contents.find(name);
+        return known != contents.end() ? known->second : contents.emplace(name, checker._resources.stateOfContent(name)).first->second;
+    }
 
     void add(ORVProblemSeverity severity, std::string_view key, const char *format, std::vector<std::string> arguments = {}) {
         ORVPresetProblem problem{severity, place, format, std::move(arguments), false};
@@ -331,7 +340,7 @@ struct ORVPresetChecker::Run {
         if (content.empty()) {
             return ORVSiblingKind::EmptyFile;
         }
-        const bool isCopiedFolder = checker._resources.stateOfContent(content) == ORVContentState::UsableFolder;
+        const bool isCopiedFolder = stateOfContent(content) == ORVContentState::UsableFolder;
         return isCopiedFolder ? ORVSiblingKind::CopiedFolder : ORVSiblingKind::FileWithContents;
     }
 
@@ -390,7 +399,7 @@ struct ORVPresetChecker::Run {
             add(ORVProblemSeverity::Warning, "contentFilename",
                 hasParentComponent(name) ? "'%1' leads out of the content folder" : "'%1' is a path, not a file name", {name});
         }
-        const ORVContentState state = checker._resources.stateOfContent(name);
+        const ORVContentState state = stateOfContent(name);
         for (const ContentText &each : ContentTexts) {
             if (each.state == state) {
                 add(ORVProblemSeverity::Error, "contentFilename", each.text, {name});

@@ -1,10 +1,12 @@
 // A keyboard with several layouts, on sway and on KWin: names of keys follow the one in use, and the hot key is the same key in each.
 #include "desktop/wayland/HotKeyDesk.h"
+#include "platform/wayland/SeatKeymap.h"
 #include "platform/wayland/WaylandKeyboardLayouts.h"
 
 #include <linux/input-event-codes.h>
 
 #include <array>
+#include <string>
 
 namespace orvane::wayland {
 namespace {
@@ -30,6 +32,8 @@ protected:
     void SetUp() override {
         ASSERT_NE(input, nullptr);
         input->press({KEY_LEFTSHIFT}); // sway's seat has the keymap of the keyboard that was used last
+        // The compositor may not know the keyboard at once, and has no layouts until then.
+        ASSERT_TRUE(HotKeyDesk::waitFor([] { return SeatKeymapText().value_or("").find("\"Russian\"") != std::string::npos; }));
     }
     void TearDown() override { switchTo(0); }
 

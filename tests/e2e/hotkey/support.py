@@ -64,7 +64,10 @@ class HotKeyDesktop(Desktop):
     def statement(self):
         """What the helper says of its hot key where other programs read it."""
         path = self.home / ".local/state/orvane/hot-key"
-        return path.read_text().partition("\n")[2] if path.exists() else ""
+        try:
+            return path.read_text().partition("\n")[2]
+        except FileNotFoundError:  # taken away for a moment while the key changes
+            return ""
 
     def wait_for_statement(self, text):
         wait(lambda: text in self.statement(), f"the statement '{text}'; it is: {self.statement()}")
