@@ -3,12 +3,16 @@
 #include "window/Icons.h"
 #include "window/Page.h"
 
+#include "VariableMaking.h"
 #include "platform/qt/QtText.h"
 
 #include <QCheckBox>
+#include <QFormLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -33,7 +37,8 @@ bool isSameList(const std::vector<Variable> &left, const std::vector<Variable> &
 
 VariablesPanel::VariablesPanel(SettingsContext &context, QWidget *parent)
     : QWidget(parent), _context(context), _ui_tree(new QTreeWidget(this)),
-      _ui_all(new QCheckBox(translated("Variables of &all presets"), this)) {
+      _ui_all(new QCheckBox(translated("Variables of &all presets"), this)), _ui_text(new QLineEdit(this)), _ui_name(new QLineEdit(this)),
+      _ui_make(new QPushButton(translated("&Make Variable"), this)) {
     setObjectName(QStringLiteral("variablesPanel"));
     auto *const column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -59,6 +64,7 @@ VariablesPanel::VariablesPanel(SettingsContext &context, QWidget *parent)
     hint->setForegroundRole(QPalette::PlaceholderText);
     options->addWidget(hint);
     column->addWidget(_ui_tree, 1);
+    options->addLayout(_makeFieldsForNewOne());
     column->addLayout(options);
     connect(_ui_all, &QCheckBox::toggled, this, [this] { _list(); });
     connect(_ui_tree, &QTreeWidget::itemChanged, this, [this](QTreeWidgetItem *row, int changed) { _rowChanged(row, changed); });
@@ -74,6 +80,57 @@ VariablesPanel::VariablesPanel(SettingsContext &context, QWidget *parent)
     };
     connect(_ui_tree, &QTreeWidget::itemClicked, this, choose);
     connect(_ui_tree, &QTreeWidget::itemActivated, this, choose);
+}
+
+QLayout *VariablesPanel::_makeFieldsForNewOne() {
+    auto *const form = new QFormLayout;
+    form->setContentsMargins(0, 8, 0, 0);
+    form->setRowWrapPolicy(QFormLayout::WrapLongRows);
+    _ui_text->setObjectName(QStringLiteral("textForVariable"));
+    _ui_text->setToolTip(translated("A text that stands in names, such as the client's name in a folder that was imported"));
+    _ui_name->setObjectName(QStringLiteral("nameOfVariable"));
+    _ui_make->setObjectName(QStringLiteral("makeVariable"));
+    form->addRow(translated("Te&xt in names:"), _ui_text);
+    form->addRow(translated("B&ecomes:"), _ui_name);
+    form->addRow(_ui_make);
+    for (QLineEdit *const field : {_ui_text, _ui_name}) {
+        connect(field, &QLineEdit::textChanged, this, &VariablesPanel::_enableMaking);
+        connect(field, &QLineEdit::returnPressed, _ui_make, &QPushButton::click);
+    }
+    connect(_ui_make, &QPushButton::clicked, this, &VariablesPanel::_make);
+    _enableMaking();
+    return form;
+}
+
+void VariablesPanel::_enableMaking() {
+    _ui_text->setEnabled(_preset != NoItem);
+    _ui_name->setEnabled(_preset != NoItem);
+    _ui_make->setEnabled(_preset != NoItem && !_ui_text->text().isEmpty() && !_ui_name->text().isEmpty());
+}
+
+void VariablesPanel::_make() {
+    const QString text = _ui_text->text();
+    const QString name = _ui_name->text();
+    const VariableMade made = makeVariable(_context.presets, _preset, QtUtf8Of(text), QtUtf8Of(name));
+    switch (made.outcome) {
+    case VariableMaking::Done:
+        _ui_text->clear();
+        _ui_name->clear();
+        _ui_text->setFocus();
+        _context.showMessage(
+            translated("“%1” is the variable “%2” now. Names that changed: %3").arg(text, name, QString::number(made.names)), false);
+        break;
+    case VariableMaking::BadName:
+        _context.showMessage(translated("A variable cannot be called “%1”.").arg(name), true);
+        break;
+    case VariableMaking::BadText:
+        _context.showMessage(translated("A text with a brace or a backslash cannot become a variable."), true);
+        break;
+    case VariableMaking::NotFound:
+        _context.showMessage(translated("No name of this preset has the text “%1”.").arg(text), true);
+        break;
+    }
+    _list();
 }
 
 bool VariablesPanel::eventFilter(QObject *watched, QEvent *event) {
@@ -100,6 +157,7 @@ std::vector<Variable> VariablesPanel::_variables() {
 
 void VariablesPanel::showPreset(ItemID preset) {
     _preset = preset;
+    _enableMaking();
     if (!isSameList(_variables(), _listed)) {
         _list();
     }

@@ -8,13 +8,16 @@
 #include <vector>
 
 class QCheckBox;
+class QLayout;
+class QLineEdit;
+class QPushButton;
 class QTreeWidget;
 class QTreeWidgetItem;
 
 namespace orvane {
 
 /// The variables of the shown preset, or of all: what the preview puts in for each, and where each is used. A variable that gets
-/// another name here gets it everywhere.
+/// another name here gets it everywhere; a text that stands in names becomes a variable here.
 class VariablesPanel final : public QWidget {
     Q_OBJECT
 
@@ -38,6 +41,9 @@ private:
     void _rowChanged(QTreeWidgetItem *row, int column);
     void _rename(const std::string &from, const std::string &to);
     void _editCurrent();
+    [[nodiscard]] QLayout *_makeFieldsForNewOne();
+    void _enableMaking();
+    void _make();
     [[nodiscard]] QString _nameOfUse(ItemID item) const;
     [[nodiscard]] std::vector<Variable> _variables();
 
@@ -47,6 +53,9 @@ private:
     bool _isListing = false;
     QTreeWidget *_ui_tree;
     QCheckBox *_ui_all;
+    QLineEdit *_ui_text; ///< that becomes a variable
+    QLineEdit *_ui_name; ///< of that variable
+    QPushButton *_ui_make;
 };
 
 } // namespace orvane

@@ -1472,6 +1472,11 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
     </message>
     <message>
         <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
+        <source>&amp;Make Variable</source>
+        <translation>Variable &amp;anlegen</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
         <source>Variable</source>
         <translation>Variable</translation>
     </message>
@@ -1492,6 +1497,41 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
     </message>
     <message>
         <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
+        <source>A text that stands in names, such as the client&apos;s name in a folder that was imported</source>
+        <translation>Ein Text, der in Namen steht, etwa der Name des Auftraggebers in einem importierten Ordner</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
+        <source>Te&amp;xt in names:</source>
+        <translation>Te&amp;xt in Namen:</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
+        <source>B&amp;ecomes:</source>
+        <translation>&amp;Wird zu:</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
+        <source>“%1” is the variable “%2” now. Names that changed: %3</source>
+        <translation>„%1“ ist jetzt die Variable „%2“. Geänderte Namen: %3</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
+        <source>A variable cannot be called “%1”.</source>
+        <translation>„%1“ kann keine Variable heißen.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
+        <source>A text with a brace or a backslash cannot become a variable.</source>
+        <translation>Ein Text mit geschweifter Klammer oder umgekehrtem Schrägstrich kann keine Variable werden.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
+        <source>No name of this preset has the text “%1”.</source>
+        <translation>Kein Name dieser Vorlage enthält den Text „%1“.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
         <source>%1: top folder</source>
         <translation>%1: oberster Ordner</translation>
     </message>
@@ -1504,11 +1544,6 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
         <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
         <source>Counts on by itself with each creation</source>
         <translation>Zählt bei jedem Anlegen von selbst weiter</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
-        <source>A variable cannot be called “%1”.</source>
-        <translation>„%1“ kann keine Variable heißen.</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
@@ -1629,6 +1664,11 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
         <location filename="../../PreferencePane/model/VariableIndex.cpp"/>
         <source>Rename Variable</source>
         <translation>Variable umbenennen</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/model/VariableMaking.cpp"/>
+        <source>Make Variable</source>
+        <translation>Variable anlegen</translation>
     </message>
     <message>
         <location filename="../../HelperSource/main.cpp"/>

@@ -1472,6 +1472,11 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     </message>
     <message>
         <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
+        <source>&amp;Make Variable</source>
+        <translation>&amp;Créer la variable</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
         <source>Variable</source>
         <translation>Variable</translation>
     </message>
@@ -1492,6 +1497,41 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     </message>
     <message>
         <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
+        <source>A text that stands in names, such as the client&apos;s name in a folder that was imported</source>
+        <translation>Un texte présent dans des noms, par exemple le nom du client dans un dossier importé</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
+        <source>Te&amp;xt in names:</source>
+        <translation>Te&amp;xte dans les noms :</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
+        <source>B&amp;ecomes:</source>
+        <translation>D&amp;evient :</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
+        <source>“%1” is the variable “%2” now. Names that changed: %3</source>
+        <translation>« %1 » est maintenant la variable « %2 ». Noms modifiés : %3</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
+        <source>A variable cannot be called “%1”.</source>
+        <translation>Une variable ne peut pas s’appeler « %1 ».</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
+        <source>A text with a brace or a backslash cannot become a variable.</source>
+        <translation>Un texte contenant une accolade ou une barre oblique inverse ne peut pas devenir une variable.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
+        <source>No name of this preset has the text “%1”.</source>
+        <translation>Aucun nom de ce modèle ne contient le texte « %1 ».</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
         <source>%1: top folder</source>
         <translation>%1 : dossier principal</translation>
     </message>
@@ -1504,11 +1544,6 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
         <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
         <source>Counts on by itself with each creation</source>
         <translation>Avance d’elle-même à chaque création</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
-        <source>A variable cannot be called “%1”.</source>
-        <translation>Une variable ne peut pas s’appeler « %1 ».</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
@@ -1629,6 +1664,11 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
         <location filename="../../PreferencePane/model/VariableIndex.cpp"/>
         <source>Rename Variable</source>
         <translation>Renommer la variable</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/model/VariableMaking.cpp"/>
+        <source>Make Variable</source>
+        <translation>Créer une variable</translation>
     </message>
     <message>
         <location filename="../../HelperSource/main.cpp"/>

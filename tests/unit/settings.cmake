@@ -14,6 +14,7 @@ orvane_add_test(NAME unit_settings LABEL unit
     unit/settings/ProblemsTest.cpp
     unit/settings/RecoveryTest.cpp
     unit/settings/StoreTest.cpp
+    unit/settings/VariableMakingTest.cpp
     unit/settings/VariablesTest.cpp
   LIBRARIES settings_platform)
 orvane_add_test(NAME unit_settings_platform LABEL unit

@@ -266,6 +266,28 @@ TEST_F(SettingsWindowTest, AVariableGetsAnotherNameWhereverItIsUsed) {
     EXPECT_EQ(widget<QLineEdit>("directoryName")->text(), u"{Name}");
 }
 
+TEST_F(SettingsWindowTest, ATextInNamesBecomesAVariable) {
+    writePresets({"One"});
+    start();
+    context().presets.renameNode(item("A"), "Acme raw");
+    context().presets.renameNode(item("c.txt"), "Acme.txt");
+    widget<QTabWidget>("presetTabs")->setCurrentIndex(2);
+    EXPECT_FALSE(widget<QPushButton>("makeVariable")->isEnabled());
+    widget<QLineEdit>("textForVariable")->setFocus();
+    keys(QStringLiteral("Acme"));
+    key(Qt::Key_Tab);
+    keys(QStringLiteral("Client"));
+    key(Qt::Key_Return);
+    EXPECT_TRUE(waitUntil([this] { return shownTree() == "{Client} raw B {Client}.txt"; })) << shownTree();
+    EXPECT_EQ(bar("messageBar").text(), u"“Acme” is the variable “Client” now. Names that changed: 2");
+    EXPECT_EQ(widget<QLineEdit>("textForVariable")->text(), QString());
+    keys(QStringLiteral("nowhere"));
+    key(Qt::Key_Tab);
+    keys(QStringLiteral("Client"));
+    key(Qt::Key_Return);
+    EXPECT_EQ(bar("messageBar").text(), u"No name of this preset has the text “nowhere”.");
+}
+
 TEST_F(SettingsWindowTest, TryItMakesThePresetInATemporaryFolderAndOpensThat) {
     writePresets({"One"});
     start();
