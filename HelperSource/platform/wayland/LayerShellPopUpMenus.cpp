@@ -27,7 +27,7 @@ constexpr int BusyAnswer = 40;
 constexpr int MostRounds = 5;
 /// Time in which there is something to enter; what a machine that has much else to do may take.
 constexpr int PatienceWithPainting = 2000;
-/// Time for which an overlay that has gone is kept; milliseconds. See `_retire`.
+/// Time after which the window of an overlay that has left the screen goes; milliseconds. See `_retire`.
 constexpr int Retirement = 200;
 /// Distance that the menu keeps from the screen's edges.
 constexpr int EdgeGap = 4;
@@ -56,10 +56,10 @@ public:
         return _surface != nullptr;
     }
     void takeKeyboard() { _surface->takeKeyboard(); }
-    /// Takes it from the screen for good.
+    /// Takes it from the screen for good. Qt's window is not hidden by this: see `_retire`.
     void leave() {
+        setUpdatesEnabled(false);
         _surface.reset();
-        hide();
         _panel.reset();
     }
     [[nodiscard]] QPoint onDesktop(const QPoint &point) const { return _place + point; }
@@ -79,21 +79,29 @@ protected:
     void enterEvent(QEnterEvent *event) override { _pointerAt(event->position().toPoint()); }
     void mouseMoveEvent(QMouseEvent *event) override { _pointerAt(event->position().toPoint()); }
     void mousePressEvent(QMouseEvent *event) override {
+        if (_hasLeft()) {
+            return;
+        }
         // What the menu does not take arrives here too.
         if (_panel == nullptr || !_panel->geometry().contains(event->position().toPoint())) {
             _owner._end(std::nullopt);
         }
     }
     void keyPressEvent(QKeyEvent *event) override {
-        if (event->key() == Qt::Key_Escape) {
+        if (event->key() == Qt::Key_Escape && !_hasLeft()) {
             _owner._end(std::nullopt);
         }
     }
     void closeEvent(QCloseEvent *event) override {
-        _owner._end(std::nullopt);
+        if (!_hasLeft()) {
+            _owner._end(std::nullopt);
+        }
         QWidget::closeEvent(event);
     }
     void paintEvent(QPaintEvent * /*event*/) override {
+        if (_hasLeft()) {
+            return;
+        }
         if (_panel == nullptr) {
             _owner._painted();
             return;
@@ -108,7 +116,12 @@ protected:
     }
 
 private:
+    /// What was on its way to it still arrives then.
+    [[nodiscard]] bool _hasLeft() const { return _surface == nullptr; }
     void _pointerAt(const QPoint &point) {
+        if (_hasLeft()) {
+            return;
+        }
         _owner._notePointer(onDesktop(point));
         if (_owner._shown == nullptr) {
             _owner._show(*this, point);
@@ -227,10 +240,13 @@ void LayerShellPopUpMenus::_lost(const Overlay &overlay) {
 }
 
 void LayerShellPopUpMenus::_retire(std::unique_ptr<Overlay> overlay) {
-    // Qt 6.4 hears on a thread of its own that a frame was shown, and that thread may be about to tell the window: it finds one that is
-    // hidden, which it is prepared for, but must not find one that is deleted.
+    // Qt 6.4 hears on a thread of its own that a frame was shown, and destroys that answer's object there. Hiding or deleting the window
+    // destroys it too, without asking whether the thread is about to (mended in later versions of Qt:
+    // https://codereview.qt-project.org/c/qt/qtwayland/+/445585), and libwayland ends the program. Without its role the surface is off
+    // the screen as well and is not told of frames any more, so that the window can be hidden once the thread has done its work.
     overlay->leave();
-    QTimer::singleShot(Retirement, &_patience, [kept = std::shared_ptr<Overlay>(std::move(overlay))] {});
+    _retired.push_back(std::move(overlay));
+    QTimer::singleShot(Retirement, &_patience, [this] { _retired.pop_front(); });
 }
 
 void LayerShellPopUpMenus::_close() {

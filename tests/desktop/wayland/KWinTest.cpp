@@ -160,6 +160,7 @@ TEST_F(KWinActiveApplicationTest, StaysWhatItIsWhileTheMenuIsOpenAndAfterwards) 
     EXPECT_EQ(meanwhile->pid, pid);
     ASSERT_TRUE(active->window().has_value());
     EXPECT_EQ(active->window()->pid, pid);
+    waitUntilWindowsAreGone();
 }
 
 TEST_F(KWinActiveApplicationTest, LeavesNoScriptBehind) {

@@ -20,12 +20,13 @@ protected:
                 ++askedBefore;
                 EXPECT_EQ(shownPanel(), nullptr);
                 for (const QWidget *const window : QApplication::topLevelWidgets()) {
-                    EXPECT_FALSE(window->isVisible());
+                    EXPECT_FALSE(isOnScreen(*window));
                 }
             },
             log);
         ASSERT_TRUE(log.has("at the pointer")) << "the compositor has no layer shell";
     }
+    void TearDown() override { waitUntilWindowsAreGone(); }
     static bool isUp() { return shownPanel() != nullptr && shownPanel()->window()->isActiveWindow(); }
     void press(std::uint32_t code) { input->press({code}); }
 

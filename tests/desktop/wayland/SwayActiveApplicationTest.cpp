@@ -61,6 +61,7 @@ TEST_F(SwayActiveApplicationTest, StaysWhatItIsWhileTheMenuIsOpenAndAfterwards) 
         return outputOf(QStringLiteral("swaymsg"), {QStringLiteral("-t"), QStringLiteral("get_tree")}).find("\"app_id\": \"front\"") !=
                std::string::npos;
     }));
+    waitUntilWindowsAreGone();
 }
 
 TEST_F(SwayActiveApplicationTest, IsNobodyOnAnEmptyWorkspace) {

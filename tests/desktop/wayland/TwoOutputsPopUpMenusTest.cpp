@@ -29,7 +29,7 @@ TEST(TwoOutputsPopUpMenusTest, ComesUpOnTheOutputWhereThePointerIs) {
         steps.when([] { return highlighted() == "Preset 0"; },
                    [&] {
                        for (const QWidget *const window : QApplication::topLevelWidgets()) {
-                           shownWindows += window->isVisible() ? 1 : 0;
+                           shownWindows += isOnScreen(*window) ? 1 : 0;
                        }
                        input->press({KEY_ENTER});
                    });
@@ -40,6 +40,7 @@ TEST(TwoOutputsPopUpMenusTest, ComesUpOnTheOutputWhereThePointerIs) {
         EXPECT_EQ(menus->mouseLocation(), (ScreenPoint{static_cast<double>(place.x()), 800.0 - place.y()}));
     }
     EXPECT_EQ(presets.done, std::vector<std::string>(3, "Preset 0"));
+    waitUntilWindowsAreGone();
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <functional>
@@ -61,6 +62,10 @@ inline QWidget *shownPanel() {
 }
 inline QListView *shownItems() {
     return shown<QListView>("menuItems");
+}
+/// Whether a window covers anything: those that have left the screen are not painted any more, and stay with Qt for a moment.
+inline bool isOnScreen(const QWidget &window) {
+    return window.isVisible() && window.updatesEnabled();
 }
 /// The panel's upper left corner in its window.
 inline QPoint panelCorner() {
@@ -183,6 +188,18 @@ inline void popUp(PopUpMenus &menus, Menu &menu) {
     SyntheticEvent event;
     event.location = {mouse.x - 10, mouse.y - 10};
     menus.popUpContextMenu(menu, event, window);
+}
+
+/// Waits until the windows that a menu covered the screen with are gone for Qt, too.
+inline void waitUntilWindowsAreGone() {
+    Steps steps;
+    steps.when(
+        [] {
+            const QWidgetList windows = QApplication::topLevelWidgets();
+            return std::none_of(windows.begin(), windows.end(), [](const QWidget *window) { return window->isVisible(); });
+        },
+        [] {});
+    steps.run();
 }
 
 } // namespace orvane::wayland
