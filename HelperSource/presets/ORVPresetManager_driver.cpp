@@ -97,7 +97,9 @@ void ORVPresetManager::createFileHierarchyFromSurveyedPreset(const PropertyListV
     // The path stays as it is, while the folder's name is substituted once more and cleaned: where the name holds a ":" or
     // "/", the folder made is another than the one checked, removed, told the script and opened. Kept deliberately.
     const PropertyList root = rootNodeOfPreset(preset, topLevelName);
-    if (!_createNode(root.root(), parent, _promptValues, &survey.tree)) {
+    // A failure then leaves what was made so far, which two threads could not make the same as one.
+    const bool standsAsChecked = cleanFilesystemEntities(replaceBracketedKeysReplace(topLevelName, _promptValues)) == topLevelName;
+    if (!_createNode(root.root(), parent, _promptValues, standsAsChecked ? &survey.tree : nullptr)) {
         _reportCreationFailure(topLevelPath);
         return;
     }

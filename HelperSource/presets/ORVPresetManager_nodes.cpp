@@ -116,7 +116,9 @@ bool ORVPresetManager::_createNode(const PropertyListValue &node, std::string_vi
     if (!made && run.dependsOnOrder && !wasStopped) {
         return _createNodeAgain(node, basePath, replacePairs, std::move(writer));
     }
-    run.logEmptied();
+    if (!wasStopped) {
+        run.logEmptied();
+    }
     if (!made) {
         if (walk.failure().message) {
             _setFileCreationError(*walk.failure().message);

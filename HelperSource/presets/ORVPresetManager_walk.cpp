@@ -232,12 +232,16 @@ bool ORVPresetManager::CreationWalk::_makeOnTwoThreads(OpenFolder &folder) {
     return shared.firstFailed == std::numeric_limits<std::size_t>::max() && !_run.dependsOnOrder && _finishAhead(shared);
 }
 
-/// Takes one part after the other until none is left or one has failed.
+/// Takes one part after the other, from the front or from the end, until none is left or one has failed.
 void ORVPresetManager::CreationWalk::_makeParts(SharedParts &shared) {
     _shared = &shared;
-    for (_part = shared.next++; _part < shared.parts.size() && !_isInVain(); _part = shared.next++) {
-        const Part &part = shared.parts[_part];
-        if (_makePart(shared, part)) {
+    const bool isForwards = !shared.isTakenFromFront.exchange(true);
+    for (std::size_t own = 0; shared.taken++ < shared.parts.size(); ++own) {
+        _part = isForwards ? own : shared.parts.size() - 1 - own;
+        if (_isInVain()) {
+            break;
+        }
+        if (_makePart(shared, shared.parts[_part])) {
             continue;
         }
         const std::lock_guard lock(shared.monitor);

@@ -19,9 +19,10 @@
 // contents. The walk keeps its own stack, so that the depth of a tree is bounded by memory alone.
 //
 // What is in a large folder is shared out between two threads where the disk allows it. It is cut into parts, runs of
-// neighbours in some folder; the folders that are cut themselves are made ahead. Each thread takes the first part, in the order of
-// the tree, that nobody has; so whenever a part fails, all before it have been taken and are made to their ends, and the
-// failure in the first part that has one is the one that a single thread would have met. What can depend on who comes
+// neighbours in some folder; the folders that are cut themselves are made ahead. One thread takes the parts in the order of the tree,
+// the other one from the end, so that they are seldom in the same folder, where the system lets only one of them make something at a
+// time. A failure of the one ends the other, which only makes what comes later; after a failure of the other the one goes on up to
+// there. So the failure in the first part that has one is the one that a single thread would have met. What can depend on who comes
 // first (a full disk, no descriptors left), and a folder that cannot be made ahead, is not decided by two threads at all:
 // everything is taken away and made again by one.
 
@@ -97,10 +98,11 @@ private:
     };
     /// What two threads share.
     struct SharedParts {
-        std::vector<FolderAhead> ahead;         ///< folders before what is in them
-        std::vector<ItemAttributes> attributes; ///< of those
-        std::vector<Part> parts;                ///< in the tree's order
-        std::atomic<std::size_t> next = 0;
+        std::vector<FolderAhead> ahead;             ///< folders before what is in them
+        std::vector<ItemAttributes> attributes;     ///< of those
+        std::vector<Part> parts;                    ///< in the tree's order
+        std::atomic<std::size_t> taken = 0;         ///< how many of them are, or more when none is left
+        std::atomic<bool> isTakenFromFront = false; ///< a thread takes them in the tree's order already
         std::atomic<std::size_t> firstFailed = std::numeric_limits<std::size_t>::max();
         std::mutex monitor; ///< over `failure`
         Failure failure;

@@ -1,7 +1,8 @@
 #pragma once
 
 #include <functional>
-#include <thread>
+#include <pthread.h>
+#include <sched.h>
 
 namespace orvane {
 
@@ -14,12 +15,18 @@ public:
     /// Waits for the work.
     ~PosixSecondThread() { join(); }
 
-    /// Starts the work; false, with nothing done, when there are no more threads. Once.
+    /// Starts the work, at once and on another processor than the caller's where there is one; false, with nothing done, when there are
+    /// no more threads. Once.
     [[nodiscard]] bool start(std::function<void()> work);
     void join();
 
 private:
-    std::thread _thread;
+    static void *_run(void *self) noexcept;
+
+    std::function<void()> _work;
+    cpu_set_t _processors{}; ///< those that the process may use; none when the thread begins wherever it likes
+    pthread_t _thread{};
+    bool _isStarted = false;
 };
 
 /// Whether this process may run on more than one processor.

@@ -38,7 +38,7 @@ private:
     std::unique_ptr<LayerShell> _shell;
     std::vector<std::unique_ptr<Overlay>> _overlays;
     std::deque<std::unique_ptr<Overlay>> _retired; ///< off the screen already, the one to go first in front
-    std::unique_ptr<MenuChooser> _chooser; ///< where the compositor refuses the overlays
+    std::unique_ptr<MenuChooser> _chooser;         ///< where the compositor refuses the overlays
     QTimer _patience;
     Menu *_menu = nullptr;
     QPoint _offset;

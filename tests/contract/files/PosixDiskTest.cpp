@@ -148,6 +148,19 @@ TEST_F(PosixDisk, WithoutAttributesLabelsAreLeftOutAndTheLogIsToldOnce) {
               "A label, permissions or times could not be set: 'top/in/e': Operation not supported (2 more like it);");
 }
 
+TEST_F(PosixDisk, TwoThreadsWorkOnlyWhereNamesAreKnownToBeToldApart) {
+    EXPECT_EQ(onSmallDisk(
+                  disk(), "mode=0777",
+                  [&]() -> std::string {
+                      auto writer = files.beginHierarchy(disk());
+                      const bool entered = writer->enterFolder("top");
+                      const TwoThreads done = writer->makeOnTwoThreads({}, [](HierarchyWriter &) {});
+                      return !entered ? "not made" : done == TwoThreads::Refused ? "refused" : "worked";
+                  },
+                  "ramfs"),
+              "refused");
+}
+
 TEST_F(PosixDisk, AReadOnlyDiskRefusesEverything) {
     EXPECT_EQ(onSmallDisk(disk(), "size=1m",
                           [&]() -> std::string {

@@ -124,6 +124,14 @@ TEST(PosixModesTest, TheUpperThreeBitsCanBeGiven) {
     EXPECT_EQ(modeOf(folder / "d/e"), 06755U);
 }
 
+TEST(PosixModesTest, AskingForTheUmaskLeavesItAsItWas) {
+    const mode_t before = ::umask(0027);
+    const mode_t told = umaskOfSingleThread();
+    const mode_t after = ::umask(before);
+    EXPECT_EQ(told, 0027U);
+    EXPECT_EQ(after, 0027U);
+}
+
 TEST(PosixModesTest, AReadOnlyFolderGetsItsLabel) {
     const TemporaryFolder folder;
     putFolder(folder / "work", 0777);

@@ -11,8 +11,10 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cstdint>
 #include <filesystem>
 #include <map>
+#include <mutex>
 #include <random>
 #include <set>
 
@@ -216,6 +218,24 @@ TEST_F(TwoThreadsTest, ShareManyFilesOfOneFolder) {
     EXPECT_EQ(shared.sharings, 1);
 }
 
+TEST_F(TwoThreadsTest, AFolderGetsItsModeAfterTheFoldersInIt) {
+    std::vector<PropertyList> many;
+    for (int i = 0; i < 400; ++i) {
+        many.push_back(test::file("file " + std::to_string(i)));
+    }
+    const auto folderOf = [&](const char *name, const char *mode, std::vector<PropertyList> children) {
+        return dict({{"filename", text(name)}, {"isFolder", yes()}, {"permissions", text(mode)}, {"children", list(children)}});
+    };
+    std::vector<PropertyList> outer = many;
+    outer.push_back(folderOf("inner", "711", many));
+    std::vector<PropertyList> top = many;
+    top.push_back(folderOf("outer", "751", outer));
+    EXPECT_EQ(bothWays(test::preset("top", top), folder / "one").disk.size(), 1203U);
+    EXPECT_EQ(shared.sharings, 1);
+    EXPECT_EQ(shared.modes, (std::vector<unsigned>{0711, 0751}));
+    EXPECT_EQ(single.modes, shared.modes);
+}
+
 TEST_F(TwoThreadsTest, FailWithTheErrorThatOneMeetsAndLeaveNothing) {
     const std::vector<std::string> badNames{std::string(256, 'n'), "..", "", "."};
     for (unsigned seed = 1; seed <= 15; ++seed) {
@@ -228,6 +248,19 @@ TEST_F(TwoThreadsTest, FailWithTheErrorThatOneMeetsAndLeaveNothing) {
         EXPECT_EQ(outcome.disk.size(), 0U) << seed;
     }
     EXPECT_GT(shared.sharings, 10); // bad names at the top of the tree can make two of them equal
+}
+
+TEST_F(TwoThreadsTest, TellOfTheFirstFailureThoughTheLastOneIsMetSooner) {
+    std::vector<PropertyList> children;
+    for (int i = 0; i < 5000; ++i) {
+        const bool isTooLong = i == 2000 || i == 4999;
+        children.push_back(test::file((isTooLong ? std::string(256, 'n') : std::string("frame ")) + std::to_string(i)));
+    }
+    const Outcome outcome = bothWays(test::preset("top", children), folder / "one");
+    ASSERT_EQ(outcome.alerts.size(), 1U);
+    EXPECT_NE(outcome.alerts.front().message.value_or("").find("n2000'"), std::string::npos);
+    EXPECT_EQ(outcome.disk.size(), 0U);
+    EXPECT_EQ(shared.sharings, 1);
 }
 
 TEST_F(TwoThreadsTest, DuplicateNamesAreWhatTheyAreForOne) {
@@ -255,11 +288,66 @@ TEST_F(TwoThreadsTest, SmallHierarchiesAreLeftToOne) {
 }
 
 TEST_F(TwoThreadsTest, AFolderThatWasThereIsLeftToOne) {
-    desk.prompt.answers = {{"Day", "a:b"}, {"Job", "Acme/7"}}; // checked under another name than the one that is made
-    putFolder(folder / "one/a_b top");
-    RandomTree tree(3);
-    const Outcome outcome = create(shared, tree.preset(), folder / "one");
-    EXPECT_EQ(outcome.disk.size(), Nodes + 1);
+    std::vector<PropertyList> many;
+    for (int i = 0; i < 1000; ++i) {
+        many.push_back(test::file("file " + std::to_string(i)));
+    }
+    std::vector<PropertyList> others;
+    for (int i = 500; i < 1500; ++i) {
+        others.push_back(test::file("file " + std::to_string(i)));
+    }
+    const Outcome outcome = bothWays(test::preset("top", {test::folder("twin", many), test::folder("twin", others)}), folder / "one");
+    EXPECT_EQ(outcome.disk.size(), 1502U);
+    EXPECT_EQ(shared.sharings, 1); // of the first one
+    putFolder(folder / "two/there");
+    auto writer = files.beginHierarchy(folder / "two");
+    ASSERT_TRUE(writer->enterFolder("there"));
+    EXPECT_EQ(writer->makeOnTwoThreads({}, [](HierarchyWriter &) { FAIL() << "called"; }), TwoThreads::Refused);
+}
+
+TEST_F(TwoThreadsTest, OnlySoManyFoldersAreMadeAhead) {
+    std::vector<PropertyList> inside;
+    for (int i = 0; i < 1000; ++i) {
+        inside.push_back(test::file("file " + std::to_string(i)));
+    }
+    for (int level = 0; level < 90; ++level) {
+        inside = {test::folder("level " + std::to_string(level), inside), test::file("beside " + std::to_string(level))};
+    }
+    EXPECT_EQ(bothWays(test::preset("top", inside), folder / "one").disk.size(), 1181U);
+    EXPECT_EQ(shared.sharings, 1); // from some level on
+    EXPECT_GT(shared.mostAhead, 0U);
+    EXPECT_LE(shared.mostAhead, 64U);
+}
+
+TEST_F(TwoThreadsTest, AFolderMadeAheadThatWasExchangedIsNotEntered) {
+    PosixFileSystem open(mode_t{0}); // others may write in what is made
+    auto writer = open.beginHierarchy(folder / "two");
+    ASSERT_TRUE(writer->enterFolder("top"));
+    const std::vector<FolderAhead> ahead{{FolderAhead::InCurrent, "ahead"}};
+    std::once_flag exchange;
+    const TwoThreads done = writer->makeOnTwoThreads(ahead, [&](HierarchyWriter &each) {
+        std::call_once(exchange, [&] {
+            std::filesystem::rename(folder / "two/top/ahead", folder / "two/elsewhere");
+            putFolder(folder / "two/top/ahead");
+        });
+        EXPECT_FALSE(each.enterFolder("ahead"));
+        EXPECT_EQ(each.lastError(), EEXIST);
+        EXPECT_TRUE(each.makeEmptyFile("in top " + std::to_string(reinterpret_cast<std::uintptr_t>(&each)), {}));
+    });
+    EXPECT_EQ(done, TwoThreads::Done);
+    EXPECT_EQ(namesIn(folder / "two/top/ahead").size(), 0U);
+    EXPECT_EQ(namesIn(folder / "two/top").size(), 3U);
+}
+
+TEST_F(TwoThreadsTest, WhatAFailureLeavesUnderACleanedNameIsWhatOneLeaves) {
+    desk.prompt.answers = {{"Day", "a:b"}, {"Job", "Acme/7"}}; // nothing is removed from the name that is made
+    for (unsigned seed = 1; seed <= 2; ++seed) {
+        RandomTree tree(seed);
+        tree.any().name = std::string(256, 'n');
+        const Outcome outcome = bothWays(tree.preset(), folder / "one");
+        EXPECT_EQ(outcome.alerts.size(), 1U) << seed;
+        EXPECT_TRUE(outcome.disk.contains("/a_b top")) << seed;
+    }
     EXPECT_EQ(shared.sharings, 0);
 }
 
@@ -274,6 +362,39 @@ TEST_F(TwoThreadsTest, AFullDiskIsDecidedByOne) {
         EXPECT_EQ(shared.hierarchies, before + 2);
         EXPECT_EQ(starts, 1);
     }
+}
+
+TEST_F(TwoThreadsTest, WhateverHasRunOutIsDecidedByOne) {
+    single.room = shared.room = 900;
+    for (const int error : {ENOSPC, EDQUOT, EMFILE, ENFILE, ENOMEM, EMLINK}) {
+        single.errorWhenFull = shared.errorWhenFull = error;
+        RandomTree tree(5, 1000);
+        const Outcome outcome = bothWays(tree.preset(), folder / "one");
+        EXPECT_EQ(outcome.alerts.size(), 1U) << error;
+        EXPECT_EQ(outcome.disk.size(), 0U) << error;
+        EXPECT_EQ(starts, 1) << error;
+    }
+}
+
+TEST_F(TwoThreadsTest, WhichCopiesFindNoRoomIsDecidedByOne) {
+    single.roomForCopies = shared.roomForCopies = 150;
+    RandomTree tree(5, 1000);
+    const Outcome outcome = bothWays(tree.preset(), folder / "one");
+    EXPECT_EQ(outcome.alerts.size(), 0U); // the others are empty
+    EXPECT_EQ(outcome.disk.size(), 1001U);
+    EXPECT_EQ(starts, 1);
+}
+
+TEST_F(TwoThreadsTest, AmongTheContentsOneMakesThemInTheirOrder) {
+    putFolder(folder / "support/Orvane/File Content/work");
+    std::vector<PropertyList> children{dict({{"filename", text("first")}, {"permissions", text("604")}})};
+    for (int i = 0; i < 1000; ++i) {
+        children.push_back(dict({{"filename", text("copy " + std::to_string(i))}, {"contentFilename", text("work/top/first")}}));
+    }
+    const Outcome outcome = create(shared, test::preset("top", children), folder / "support/Orvane/File Content/work");
+    EXPECT_EQ(outcome.disk.size(), 1002U);
+    EXPECT_EQ(modeOf(folder / "support/Orvane/File Content/work/top/copy 999"), 0604U);
+    EXPECT_EQ(shared.sharings, 0);
 }
 
 TEST_F(TwoThreadsTest, NoDescriptorIsLeftOpen) {
@@ -303,6 +424,7 @@ TEST_F(TwoThreadsTest, AStopTakesEverythingAway) {
         EXPECT_EQ(starts, 0) << questions;
     }
     EXPECT_GE(shared.sharings, 3);
+    EXPECT_EQ(desk.log.entries(), std::vector<std::string>()); // nothing of contents that could not be copied
 }
 
 TEST_F(TwoThreadsTest, WritersLeaveWhatIsForeign) {

@@ -2,9 +2,12 @@
 
 #include "ports/FileSystem.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <memory>
+#include <mutex>
+#include <vector>
 
 namespace orvane::testing {
 
@@ -14,9 +17,13 @@ public:
     explicit WatchedFileSystem(FileSystem &fileSystem) : _fileSystem(fileSystem) {}
 
     bool refusesTwoThreads = false;
-    long room = 1'000'000;         ///< items that the disk takes
+    long room = 1'000'000;          ///< items that the disk takes
+    long roomForCopies = 1'000'000; ///< those of them that may be copies
+    int errorWhenFull = ENOSPC;
     std::atomic<int> sharings = 0; ///< pieces of work that two threads did
     int hierarchies = 0;
+    std::size_t mostAhead = 0;   ///< folders made ahead for one piece of work
+    std::vector<unsigned> modes; ///< of the folders that were given one, in the order in which they were left
 
     [[nodiscard]] bool fileExists(std::string_view path) override { return _fileSystem.fileExists(path); }
     [[nodiscard]] bool isExecutableFile(std::string_view path) override { return _fileSystem.isExecutableFile(path); }
@@ -25,6 +32,7 @@ public:
     [[nodiscard]] std::unique_ptr<HierarchyWriter> beginHierarchy(std::string_view basePath) override {
         ++hierarchies;
         _left = room;
+        _copiesLeft = roomForCopies;
         auto writer = _fileSystem.beginHierarchy(basePath);
         return writer ? std::make_unique<Owning>(*this, std::move(writer)) : nullptr;
     }
@@ -35,15 +43,22 @@ private:
         Writer(WatchedFileSystem &owner, HierarchyWriter &writer) : _owner(owner), _writer(writer) {}
 
         [[nodiscard]] bool enterFolder(std::string_view name) override { return _take() && _writer.enterFolder(name); }
-        void leaveFolder(const ItemAttributes &attributes) override { _writer.leaveFolder(attributes); }
+        void leaveFolder(const ItemAttributes &attributes) override {
+            if (attributes.mode) {
+                const std::lock_guard lock(_owner._monitor);
+                _owner.modes.push_back(*attributes.mode);
+            }
+            _writer.leaveFolder(attributes);
+        }
         [[nodiscard]] bool copyItem(std::string_view name, const ContentSource &source, const ItemAttributes &attributes) override {
-            return _take() && _writer.copyItem(name, source, attributes);
+            return _take() && _takeCopy() && _writer.copyItem(name, source, attributes);
         }
         [[nodiscard]] bool makeEmptyFile(std::string_view name, const ItemAttributes &attributes) override {
             return _take() && _writer.makeEmptyFile(name, attributes);
         }
         [[nodiscard]] TwoThreads makeOnTwoThreads(std::span<const FolderAhead> ahead,
                                                   const std::function<void(HierarchyWriter &writer)> &work) override {
+            _owner.mostAhead = std::max(_owner.mostAhead, ahead.size());
             if (_owner.refusesTwoThreads) {
                 return TwoThreads::Refused;
             }
@@ -55,11 +70,15 @@ private:
             return result;
         }
         void removeEverythingMade() override { _writer.removeEverythingMade(); }
-        [[nodiscard]] int lastError() const override { return _isFull ? ENOSPC : _writer.lastError(); }
+        [[nodiscard]] int lastError() const override { return _isFull ? _owner.errorWhenFull : _writer.lastError(); }
 
     private:
         bool _take() {
             _isFull = --_owner._left < 0;
+            return !_isFull;
+        }
+        bool _takeCopy() {
+            _isFull = --_owner._copiesLeft < 0;
             return !_isFull;
         }
         WatchedFileSystem &_owner;
@@ -75,7 +94,9 @@ private:
     };
 
     FileSystem &_fileSystem;
+    std::mutex _monitor; ///< over `modes`
     std::atomic<long> _left = 0;
+    std::atomic<long> _copiesLeft = 0;
 };
 
 } // namespace orvane::testing

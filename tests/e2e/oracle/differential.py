@@ -253,7 +253,7 @@ class Case:
             if not actual.startswith("orvane: "):
                 self.differences.append(f"standard error: expected an explanation, got {actual!r}")
             for name in self.missing if self.status == 2 else ():
-                if name not in actual:
+                if as_shown(name) not in actual:
                     self.differences.append(f"standard error: expected the missing name {name!r}, got {actual!r}")
             return
         expected = "".join(f"orvane: {title}: {message}\n" for title, message in self.alerts)
@@ -341,6 +341,16 @@ def script_result(path):
     """How a script that is there and executable ends: True for success, False for failure, None when it cannot start."""
     status = generator.SCRIPT_STATUSES.get(os.path.basename(path))
     return None if status is None else status == 0
+
+
+def as_shown(text):
+    """Text as messages about words show it: control characters and what is no UTF-8 as their bytes."""
+    shown = ""
+    for character in text:
+        code = ord(character)
+        is_hidden = code < 0x20 or 0x7F <= code < 0xA0 or 0xD800 <= code < 0xE000
+        shown += "".join(f"\\x{byte:02x}" for byte in rules.to_bytes(character)) if is_hidden else character
+    return shown
 
 
 def as_json(text):
