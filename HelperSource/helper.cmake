@@ -4,7 +4,8 @@ add_executable(orvane-helper
   wiring/DesktopHotKeys.cpp
   wiring/DesktopSession.cpp
   wiring/MissingStatusBar.cpp
-  wiring/StatedHotKeys.cpp)
+  wiring/StatedHotKeys.cpp
+  wiring/UnfinishedCreations.cpp)
 target_compile_definitions(orvane-helper PRIVATE ORVANE_VERSION="${PROJECT_VERSION}" QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII)
 target_link_libraries(orvane-helper PRIVATE core platform_posix platform_propertylist platform_qt platform_qtdbus platform_xembed
   platform_x11 platform_filemanagers platform_wayland)

@@ -23,6 +23,7 @@
 #include "platform/qt/QtProgressWindow.h"
 #include "platform/qt/QtPromptInterface.h"
 #include "platform/qt/QtReferenceWindow.h"
+#include "platform/qt/QtRemainsOffer.h"
 #include "platform/qt/QtResources.h"
 #include "platform/qt/QtTermination.h"
 #include "platform/qt/QtTranslations.h"
@@ -42,11 +43,14 @@
 #include "wiring/DesktopSession.h"
 #include "wiring/LoggedAssertions.h"
 #include "wiring/MissingStatusBar.h"
+#include "wiring/UnfinishedCreations.h"
 
 #include <QApplication>
 #include <QCoreApplication>
 #include <QMenu>
+#include <QTimer>
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
@@ -66,6 +70,8 @@ using namespace orvane;
 
 /// Makes the program the window that a long creation shows; for itself only.
 constexpr const char *ProgressWindowOption = "--progress-window";
+/// From the start; the icon and the hot key are there by then, and a desktop that is just starting up has had its turn.
+constexpr std::chrono::seconds TimeBeforeLookingForRemains{1};
 constexpr const char *Usage =
     "Usage: orvane-helper [--help | --version]\n\n"
     "Shows the preset menu in the status bar, at the hot key, and to other programs. Runs until it is told to quit.\n"
@@ -109,7 +115,7 @@ public:
         _menuBarController.awakeFromNib();
         _hotKeyController->awakeFromNib();
         _delegate.applicationDidFinishLaunching();
-        _tellOfRemains();
+        QTimer::singleShot(TimeBeforeLookingForRemains, &_remainsOffer, [this] { _lookForRemains(); });
         return _application.run();
     }
 
@@ -125,9 +131,9 @@ public:
 
 private:
     /// Creations that were killed half-way.
-    void _tellOfRemains() {
-        for (const CreationRemains &remains : PosixCreationRecovery(PosixCreationJournal::usualDirectory()).remains()) {
-            _log.log("the creation of " + remains.topPath + " was ended half-way; 'orvane recover' shows and removes what it left");
+    void _lookForRemains() {
+        if (_recovery.mayHaveRemains()) {
+            _unfinishedCreations.look();
         }
     }
 
@@ -184,6 +190,11 @@ private:
         return options;
     }
 
+    UnfinishedCreationsOffer _offerOfRemains() {
+        return {[this](const auto &remains, auto answered) { _remainsOffer.offer(remains, std::move(answered)); },
+                [this](const RemainsRemoval &removal) { _remainsOffer.showRemoval(removal); }};
+    }
+
     QtDBusServices::Hooks _serviceHooks() {
         QtDBusServices::Hooks hooks;
         hooks.useFolder = [this](const std::string &folder) {
@@ -210,6 +221,7 @@ private:
     PosixFileSystem _disk;
     PosixCreationJournal _journal{PosixCreationJournal::usualDirectory()};
     ORVJournaledFileSystem _fileSystem{_disk, _journal};
+    PosixCreationRecovery _recovery{PosixCreationJournal::usualDirectory()};
     PosixProcessLauncher _processes;
     PosixThreadLauncher _threads;
     UnistringTextCase _textCase;
@@ -220,6 +232,8 @@ private:
     QtOpenPanel _openPanel{_application, _folders.stateDirectory() + "/parent-folder"};
     QtCreationProgress _progress{{"/proc/self/exe", ProgressWindowOption}};
     QtReferenceWindow _window;
+    QtRemainsOffer _remainsOffer{_application};
+    UnfinishedCreations _unfinishedCreations{_recovery, _threads, _mainThread, _log, _offerOfRemains()};
     QtUnblockedTray _unblockedTray;
     QtDBusSession _session{&_log};
     DesktopHotKeys _hotKeys{{_session, _log, _assertions, _resources, _textCase, _folders.stateDirectory()}};

@@ -1736,6 +1736,101 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
         <translation>So kann kein Ordner heißen.</translation>
     </message>
     <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>1 file or folder can be removed.</source>
+        <translation>1 Datei oder Ordner kann entfernt werden.</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>%1 files and folders can be removed.</source>
+        <translation>%1 Dateien und Ordner können entfernt werden.</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>and %1 more</source>
+        <translation>und %1 weitere</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>Changed since, and never removed:</source>
+        <translation>Seitdem geändert und wird nie entfernt:</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>The folder “%1” was not finished.</source>
+        <translation>Der Ordner „%1“ wurde nicht fertig angelegt.</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>%1 folders were not finished.</source>
+        <translation>%1 Ordner wurden nicht fertig angelegt.</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>Orvane was ended while it was making the folder. What it made can be removed again. What was changed since stays.</source>
+        <translation>Orvane wurde beendet, während es den Ordner anlegte. Was es angelegt hat, kann wieder entfernt werden. Was seitdem geändert wurde, bleibt.</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>Orvane was ended while it was making the folders. What it made can be removed again. What was changed since stays.</source>
+        <translation>Orvane wurde beendet, während es die Ordner anlegte. Was es angelegt hat, kann wieder entfernt werden. Was seitdem geändert wurde, bleibt.</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>If you just close this window, you will be asked again at the next start.</source>
+        <translation>Wenn Sie dieses Fenster nur schließen, werden Sie beim nächsten Start wieder gefragt.</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>Nothing was removed.</source>
+        <translation>Es wurde nichts entfernt.</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>1 file or folder was removed.</source>
+        <translation>1 Datei oder Ordner wurde entfernt.</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>%1 files and folders were removed.</source>
+        <translation>%1 Dateien und Ordner wurden entfernt.</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>Changed since, and so still there with the folders around it:</source>
+        <translation>Seitdem geändert und deshalb noch da, samt den Ordnern darum:</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>Not everything could be removed from:</source>
+        <translation>Nicht alles konnte entfernt werden aus:</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>This had been dealt with already.</source>
+        <translation>Das war bereits erledigt.</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>Orvane: Unfinished Folder</source>
+        <translation>Orvane: Unfertiger Ordner</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>&amp;Keep</source>
+        <translation>&amp;Behalten</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>Everything stays as it is, and you will not be asked again.</source>
+        <translation>Alles bleibt, wie es ist, und Sie werden nicht noch einmal gefragt.</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>&amp;Remove What Was Made</source>
+        <translation>Angelegtes &amp;entfernen</translation>
+    </message>
+    <message>
         <location filename="../../HelperSource/platform/wayland/ChooserPopUpMenus.cpp"/>
         <source>Orvane presets</source>
         <translation>Orvane-Vorlagen</translation>

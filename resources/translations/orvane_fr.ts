@@ -1736,6 +1736,101 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
         <translation>Un dossier ne peut pas porter ce nom.</translation>
     </message>
     <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>1 file or folder can be removed.</source>
+        <translation>1 fichier ou dossier peut être supprimé.</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>%1 files and folders can be removed.</source>
+        <translation>%1 fichiers et dossiers peuvent être supprimés.</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>and %1 more</source>
+        <translation>et %1 de plus</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>Changed since, and never removed:</source>
+        <translation>Modifié depuis, et jamais supprimé :</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>The folder “%1” was not finished.</source>
+        <translation>Le dossier « %1 » n’a pas été terminé.</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>%1 folders were not finished.</source>
+        <translation>%1 dossiers n’ont pas été terminés.</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>Orvane was ended while it was making the folder. What it made can be removed again. What was changed since stays.</source>
+        <translation>Orvane a été arrêté pendant la création du dossier. Ce qui a été créé peut être supprimé. Ce qui a été modifié depuis est conservé.</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>Orvane was ended while it was making the folders. What it made can be removed again. What was changed since stays.</source>
+        <translation>Orvane a été arrêté pendant la création des dossiers. Ce qui a été créé peut être supprimé. Ce qui a été modifié depuis est conservé.</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>If you just close this window, you will be asked again at the next start.</source>
+        <translation>Si vous fermez simplement cette fenêtre, la question vous sera posée de nouveau au prochain démarrage.</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>Nothing was removed.</source>
+        <translation>Rien n’a été supprimé.</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>1 file or folder was removed.</source>
+        <translation>1 fichier ou dossier a été supprimé.</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>%1 files and folders were removed.</source>
+        <translation>%1 fichiers et dossiers ont été supprimés.</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>Changed since, and so still there with the folders around it:</source>
+        <translation>Modifié depuis, et donc toujours là avec les dossiers qui l’entourent :</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>Not everything could be removed from:</source>
+        <translation>Tout n’a pas pu être supprimé de :</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>This had been dealt with already.</source>
+        <translation>Cela avait déjà été fait.</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>Orvane: Unfinished Folder</source>
+        <translation>Orvane : dossier inachevé</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>&amp;Keep</source>
+        <translation>&amp;Conserver</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>Everything stays as it is, and you will not be asked again.</source>
+        <translation>Tout reste en l’état, et la question ne sera plus posée.</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
+        <source>&amp;Remove What Was Made</source>
+        <translation>&amp;Supprimer ce qui a été créé</translation>
+    </message>
+    <message>
         <location filename="../../HelperSource/platform/wayland/ChooserPopUpMenus.cpp"/>
         <source>Orvane presets</source>
         <translation>Modèles Orvane</translation>

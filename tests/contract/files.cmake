@@ -1,6 +1,7 @@
 # Tests: contract/files.
 orvane_add_test(NAME contract_files LABEL contract
   SOURCES
+    contract/files/CreationRecoveryTest.cpp
     contract/files/FileSystemContractTest.cpp
     contract/files/FilesTestSupport.cpp
     contract/files/PosixContentsTest.cpp
@@ -17,6 +18,7 @@ if(orvane_processors GREATER 1)
   orvane_add_test(NAME contract_threads LABEL contract
     SOURCES
       contract/files/FilesTestSupport.cpp
+      contract/threads/SecondThreadTest.cpp
       contract/threads/TwoThreadsTest.cpp
     LIBRARIES commandline)
 else()

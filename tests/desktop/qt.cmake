@@ -16,11 +16,18 @@ orvane_add_desktop_test(NAME desktop_qt_windows
     desktop/qt/OpenPanelTest.cpp
     desktop/qt/PopUpMenusTest.cpp
     desktop/qt/ProgressTest.cpp
+    desktop/qt/RemainsTest.cpp
     desktop/qt/TerminationTest.cpp
   LIBRARIES qt_test_support)
 orvane_add_desktop_test(NAME desktop_qt_windows_xfwm4 PROGRAM desktop_qt_windows DESKTOP_ARGUMENTS --wm xfwm4)
 
-orvane_add_desktop_test(NAME desktop_qt_looks SOURCES desktop/qt/LooksTest.cpp desktop/qt/LooksSupport.cpp LIBRARIES qt_test_support)
+set(built_resources ORVANE_TEST_BUILT_RESOURCES=${CMAKE_BINARY_DIR}/share/orvane)
+orvane_add_desktop_test(NAME desktop_qt_looks
+  SOURCES desktop/qt/LooksTest.cpp desktop/qt/LooksSupport.cpp
+  LIBRARIES qt_test_support
+  ENVIRONMENT ${built_resources})
+add_dependencies(desktop_qt_looks translations)
 orvane_add_desktop_test(NAME desktop_qt_looks_double PROGRAM desktop_qt_looks
-  DESKTOP_ARGUMENTS --size 2560x1600 ENVIRONMENT QT_SCALE_FACTOR=2)
-orvane_add_desktop_test(NAME desktop_qt_looks_small PROGRAM desktop_qt_looks DESKTOP_ARGUMENTS --size 640x480)
+  DESKTOP_ARGUMENTS --size 2560x1600 ENVIRONMENT QT_SCALE_FACTOR=2 ${built_resources})
+orvane_add_desktop_test(NAME desktop_qt_looks_small PROGRAM desktop_qt_looks DESKTOP_ARGUMENTS --size 640x480
+  ENVIRONMENT ${built_resources})

@@ -32,6 +32,16 @@ orvane_add_helper_test(NAME file_managers FILE file_managers DESKTOP --accessibi
 orvane_add_helper_test(NAME trays.xembed FILE trays SETTINGS ORVANE_TEST_TRAY=trayer DESKTOP --wm openbox)
 orvane_add_helper_test(NAME trays.statusnotifier FILE trays SETTINGS ORVANE_TEST_TRAY=xfce4-panel DESKTOP --wm openbox)
 
+# Creations are killed by strace, which does not go together with sanitizers.
+if(NOT ORVANE_SANITIZE)
+  find_program(ORVANE_STRACE strace REQUIRED)
+  orvane_add_helper_test(NAME remains FILE remains DESKTOP --wm openbox)
+  orvane_add_helper_test(NAME remains.xfwm4 FILE remains.Remains.test_what_a_killed_command_left_is_offered_and_removed
+                         DESKTOP --wm xfwm4)
+  orvane_add_helper_test(NAME remains.screenreader FILE remains_spoken DESKTOP --accessibility)
+  set_tests_properties(e2e.helper.remains PROPERTIES TIMEOUT 600)
+endif()
+
 # Needs leave to mount a small disk for one program; not every container gives it.
 execute_process(COMMAND /usr/bin/python3 -B ${CMAKE_CURRENT_LIST_DIR}/helper/smalldisk.py RESULT_VARIABLE ORVANE_NO_SMALL_DISK
                 OUTPUT_QUIET ERROR_QUIET)

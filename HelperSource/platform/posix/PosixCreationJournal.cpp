@@ -204,6 +204,11 @@ FileDescriptor PosixCreationJournal::openIdle(const std::string &directory, cons
     return file && takeLock(file.get()) ? std::move(file) : FileDescriptor();
 }
 
+bool PosixCreationJournal::isUnfinished(int file) {
+    Header header{};
+    return ::pread(file, &header, sizeof header, 0) == static_cast<ssize_t>(sizeof header) && header.magic == Magic && header.used > 0;
+}
+
 std::optional<PosixCreationRecord> PosixCreationJournal::read(int file) {
     Header header{};
     struct stat status {};

@@ -49,6 +49,8 @@ public:
     static constexpr int MostEntries = 32;
     /// Opens and locks the entry of that name, when there is one and nobody works on it.
     [[nodiscard]] static FileDescriptor openIdle(const std::string &directory, const std::string &name);
+    /// Whether an open entry was not finished, as far as its first bytes tell.
+    [[nodiscard]] static bool isUnfinished(int file);
     /// Reads an entry; nothing for one that was finished.
     [[nodiscard]] static std::optional<PosixCreationRecord> read(int file);
     /// Makes an open entry one that was finished.

@@ -257,6 +257,16 @@ private:
 
 } // namespace
 
+bool PosixCreationRecovery::mayHaveRemains() const {
+    bool found = false;
+    const bool isThere = !_directory.empty() && ::access(_directory.c_str(), F_OK) == 0;
+    for (int number = 0; isThere && !found && number < PosixCreationJournal::MostEntries; ++number) {
+        const FileDescriptor file = PosixCreationJournal::openIdle(_directory, std::to_string(number));
+        found = file && PosixCreationJournal::isUnfinished(file.get());
+    }
+    return found;
+}
+
 std::vector<CreationRemains> PosixCreationRecovery::remains() {
     std::vector<CreationRemains> result;
     for (int number = 0; number < PosixCreationJournal::MostEntries && !_directory.empty(); ++number) {

@@ -16,6 +16,10 @@ class PosixCreationRecovery final : public CreationRecovery {
 public:
     explicit PosixCreationRecovery(std::string directory) : _directory(std::move(directory)) {}
 
+    /// Whether an entry stands there whose process has ended: some system calls, of which one where nothing was ever noted. What it
+    /// names may be gone. Any thread.
+    [[nodiscard]] bool mayHaveRemains() const;
+
     [[nodiscard]] std::vector<CreationRemains> remains() override;
     std::size_t remove(const CreationRemains &remains) override;
     void keep(const CreationRemains &remains) override;

@@ -101,8 +101,11 @@ void QtApplication::activateIgnoringOtherApps(bool ignoring) {
     QWidget *window = modalWindow();
     if (window == nullptr) {
         const QWidgetList windows = QApplication::topLevelWidgets();
-        const auto shown = std::find_if(windows.rbegin(), windows.rend(),
-                                        [](const QWidget *each) { return each->isVisible() && each->windowType() != Qt::Popup; });
+        // Menus are not windows to be worked in, be they pop-ups or, on Wayland, covers of the screen.
+        const auto shown = std::find_if(windows.rbegin(), windows.rend(), [](const QWidget *each) {
+            return each->isVisible() && each->windowType() != Qt::Popup && !each->windowFlags().testFlag(Qt::BypassWindowManagerHint) &&
+                   !each->testAttribute(Qt::WA_ShowWithoutActivating);
+        });
         window = shown == windows.rend() ? nullptr : *shown;
     }
     if (window != nullptr && (ignoring || QGuiApplication::applicationState() == Qt::ApplicationActive)) {
@@ -124,14 +127,25 @@ bool QtApplication::isQuitting() const {
 }
 
 void QtApplication::bringToFront(QWidget &window) {
-    if (const std::string folder = std::exchange(_resourceFolder, {}); !folder.empty()) {
-        QGuiApplication::setWindowIcon(QtProgramIcon(folder));
-    }
+    _setWindowIcon();
     window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
     window.show();
     window.raise();
     window.activateWindow();
     QtX11ActivateWindow(*window.windowHandle());
+}
+
+void QtApplication::showQuietly(QWidget &window) {
+    _setWindowIcon();
+    window.setAttribute(Qt::WA_ShowWithoutActivating);
+    window.show();
+    QApplication::alert(&window);
+}
+
+void QtApplication::_setWindowIcon() {
+    if (const std::string folder = std::exchange(_resourceFolder, {}); !folder.empty()) {
+        QGuiApplication::setWindowIcon(QtProgramIcon(folder));
+    }
 }
 
 QIcon QtProgramIcon(const std::string &resourceFolder) {

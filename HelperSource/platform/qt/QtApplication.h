@@ -25,7 +25,8 @@ public:
     [[nodiscard]] bool load() override;
     /// Where the program's picture is looked for, when the first window is shown; see QtProgramIcon.
     void setResourceFolder(std::string folder) { _resourceFolder = std::move(folder); }
-    /// Brings the window that the user has to answer to the front; without one, the last of our windows that is shown.
+    /// Brings the window that the user has to answer to the front; without one, the last of our windows that is shown and was not
+    /// shown quietly.
     void activateIgnoringOtherApps(bool ignoring) override;
 
     /// Runs the event loop until `quit`; the exit status.
@@ -36,11 +37,15 @@ public:
     [[nodiscard]] bool isQuitting() const;
     /// Shows the window in front of all others, with the keyboard, though the user may be working in another program.
     void bringToFront(QWidget &window);
+    /// Shows the window without taking the keyboard away from what the user is at; the desktop marks it where it lists windows. Nothing
+    /// but the user brings it to the front afterwards.
+    void showQuietly(QWidget &window);
     /// The window without whose answer none of our other windows goes on; null for none.
     [[nodiscard]] static QWidget *modalWindow();
 
 private:
     class QuitFilter;
+    void _setWindowIcon();
 
     int &_argc;
     char **_argv;

@@ -8,6 +8,8 @@
 #include "platform/qt/QtMenuView.h"
 #include "platform/qt/QtOpenPanel.h"
 #include "platform/qt/QtProgressWindow.h"
+#include "platform/qt/QtRemainsWindow.h"
+#include "platform/qt/QtTranslations.h"
 
 #include <cmath>
 
@@ -19,6 +21,7 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QLabel>
+#include <QLocale>
 #include <QMenu>
 #include <QProgressBar>
 #include <QPushButton>
@@ -26,6 +29,7 @@
 #include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTextEdit>
+#include <QTranslator>
 
 namespace orvane::test {
 namespace {
@@ -275,6 +279,30 @@ TEST_P(Looks, Progress) {
         EXPECT_TRUE(takePicture(window, picture("progress")));
     });
     EXPECT_TRUE(waitUntil([&] { return user.hasFinished(); }));
+}
+
+TEST_P(Looks, RemainsInEachLanguage) {
+    for (const char *language : {"en", "de", "fr"}) {
+        static_cast<void>(QtInstallTranslations(environment("ORVANE_TEST_BUILT_RESOURCES"), QLocale(QLatin1String(language))));
+        QtRemainsWindow window({{"/home/user/Jobs/2024/Film/Acme & Söhne – Winter 7", "0", 1234, {}},
+                                {"/home/user/Jobs/שלום (עולם)", "1", 1, {"/home/user/Jobs/שלום (עולם)/Docs/Notes to keep.txt"}}},
+                               {});
+        application().bringToFront(window);
+        ASSERT_TRUE(waitUntil([] { return isPainted("remains"); })) << language;
+        take("remains", std::string("remains-") + language);
+        EXPECT_TRUE(child<QPushButton>("remains", "remainsKeep")->hasFocus());
+        expectTabReachesEverything(window);
+        window.showRemoval({1233, {"/home/user/Jobs/שלום (עולם)/Docs/Notes to keep.txt"}, {"/home/user/Jobs/2024/Film"}});
+        ASSERT_TRUE(waitUntil([&] { return isPainted("remains") && window.size() == window.sizeHint(); })) << language;
+        EXPECT_TRUE(child<QPushButton>("remains", "remainsClose")->hasFocus());
+        window.repaint();
+        take("remains", std::string("remains-done-") + language);
+        window.close();
+        for (QTranslator *translator : qApp->findChildren<QTranslator *>()) {
+            QCoreApplication::removeTranslator(translator);
+            delete translator;
+        }
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Settings, Looks, testing::Values(Setting::Light, Setting::Dark, Setting::RightToLeft), [](const auto &instance) {

@@ -1,0 +1,121 @@
+// What is found of creations whose process has ended, and by whom. The journal stands in memory, as in use.
+
+#include "platform/posix/PosixCreationRecovery.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace orvane::testing {
+
+namespace {
+
+class CreationRecoveryTest : public ::testing::Test {
+protected:
+    CreationRecoveryTest() {
+        std::string pattern = "/dev/shm/orvane-recovery-XXXXXX";
+        _root = ::mkdtemp(pattern.data()) == nullptr ? std::string() : pattern;
+        EXPECT_FALSE(_root.empty());
+        std::filesystem::create_directory(_root + "/jobs");
+    }
+    ~CreationRecoveryTest() override { std::filesystem::remove_all(_root); }
+
+    [[nodiscard]] std::string journal() const { return _root + "/creations"; }
+    [[nodiscard]] std::string job(const std::string &name) const { return _root + "/jobs/" + name; }
+    /// Makes the top folder of a creation and notes it.
+    [[nodiscard]] std::unique_ptr<CreationJournal::Entry> begin(const std::string &name) const {
+        auto entry = PosixCreationJournal(journal()).begin(_root + "/jobs");
+        if (entry) {
+            entry->aboutToMake(CreationJournal::Kind::Folder, CreationJournal::Base, name);
+            std::filesystem::create_directory(job(name));
+            entry->isDone();
+        }
+        return entry;
+    }
+    /// Such a creation of a process that ends in the middle of it.
+    void beginAndDie(const std::string &name) const {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            const auto entry = begin(name);
+            ::_exit(entry ? 0 : 1);
+        }
+        int status = -1;
+        ASSERT_EQ(::waitpid(child, &status, 0), child);
+        ASSERT_EQ(status, 0);
+    }
+
+private:
+    std::string _root;
+};
+
+TEST_F(CreationRecoveryTest, NothingIsThereBeforeTheFirstCreation) {
+    PosixCreationRecovery recovery(journal());
+    EXPECT_FALSE(recovery.mayHaveRemains());
+    EXPECT_TRUE(recovery.remains().empty());
+    EXPECT_FALSE(std::filesystem::exists(journal())) << "looking makes nothing";
+    EXPECT_FALSE(PosixCreationRecovery({}).mayHaveRemains());
+}
+
+TEST_F(CreationRecoveryTest, CreationsThatGoOnAndThoseThatWereFinishedAreNoRemains) {
+    PosixCreationRecovery recovery(journal());
+    auto entry = begin("Acme");
+    ASSERT_NE(entry, nullptr);
+    EXPECT_FALSE(recovery.mayHaveRemains());
+    EXPECT_TRUE(recovery.remains().empty());
+    entry.reset();
+    EXPECT_FALSE(recovery.mayHaveRemains());
+    EXPECT_TRUE(recovery.remains().empty());
+}
+
+TEST_F(CreationRecoveryTest, KilledOnesAreFoundBesideOnesThatGoOn) {
+    PosixCreationRecovery recovery(journal());
+    const auto entry = begin("Running");
+    beginAndDie("Acme");
+    EXPECT_TRUE(recovery.mayHaveRemains());
+    const auto remains = recovery.remains();
+    ASSERT_EQ(remains.size(), 1U);
+    EXPECT_EQ(remains.front().topPath, job("Acme"));
+    EXPECT_EQ(recovery.remove(remains.front()), 1U);
+    EXPECT_FALSE(recovery.mayHaveRemains());
+    EXPECT_FALSE(std::filesystem::exists(job("Acme")));
+    EXPECT_TRUE(std::filesystem::exists(job("Running")));
+}
+
+TEST_F(CreationRecoveryTest, OfTwoThatRemoveTheSameOneFindsNothingMore) {
+    PosixCreationRecovery one(journal());
+    PosixCreationRecovery other(journal());
+    beginAndDie("Acme");
+    const auto seen = other.remains();
+    ASSERT_EQ(seen.size(), 1U);
+    EXPECT_EQ(one.remove(one.remains().front()), 1U);
+    std::filesystem::create_directory(job("Acme")); // somebody else's
+    EXPECT_EQ(other.remove(seen.front()), 0U);
+    EXPECT_TRUE(std::filesystem::exists(job("Acme")));
+}
+
+TEST_F(CreationRecoveryTest, KeptOnesAreForgotten) {
+    PosixCreationRecovery recovery(journal());
+    beginAndDie("Acme");
+    recovery.keep(recovery.remains().front());
+    EXPECT_FALSE(recovery.mayHaveRemains());
+    EXPECT_TRUE(recovery.remains().empty());
+    EXPECT_TRUE(std::filesystem::exists(job("Acme")));
+}
+
+TEST_F(CreationRecoveryTest, WhatIsGoneIsForgottenWhenItIsLookedFor) {
+    PosixCreationRecovery recovery(journal());
+    beginAndDie("Acme");
+    std::filesystem::remove(job("Acme"));
+    EXPECT_TRUE(recovery.mayHaveRemains()) << "only the entry is looked at";
+    EXPECT_TRUE(recovery.remains().empty());
+    EXPECT_FALSE(recovery.mayHaveRemains());
+}
+
+} // namespace
+} // namespace orvane::testing
