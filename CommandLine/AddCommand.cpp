@@ -3,6 +3,7 @@
 #include "Options.h"
 #include "PresetPacking.h"
 #include "PresetStorage.h"
+#include "Translation.h"
 
 #include "presets/ORVFileHelpers.h"
 #include "presets/ORVPresetFile.h"
@@ -11,44 +12,48 @@ namespace orvane {
 
 namespace {
 
-constexpr const char *Title = "Preset not added";
+constexpr const char *Title = forTranslation("Preset not added");
 
 } // namespace
 
-const char AddCommandHelp[] = "Usage: orvane add FILE\n"
-                              "\n"
-                              "Adds the preset that 'orvane export' wrote to FILE (\"-\" is standard input) to the user's\n"
-                              "presets, its contents and its script included. Nothing that is there is overwritten:\n"
-                              "what has the same name and differs gets a new name, in the preset, too.\n"
-                              "A script will run after each creation: look at it when FILE comes from somebody else.\n"
-                              "\n"
-                              "Prints the new preset's index and label.\n"
-                              "\n"
-                              "Exit status: 0 added, 1 not added, 2 wrong usage.\n";
+std::string addCommandHelp() {
+    return localized("Usage: orvane add FILE\n"
+                     "\n"
+                     "Adds the preset that 'orvane export' wrote to FILE (\"-\" is standard input) to\n"
+                     "the user's presets, its contents and its script included. Nothing that is there\n"
+                     "is overwritten: what has the same name and differs gets a new name, in the\n"
+                     "preset, too. A script will run after each creation: look at it when FILE comes\n"
+                     "from somebody else.\n"
+                     "\n"
+                     "Prints the new preset's index and label.\n"
+                     "\n"
+                     "Exit status: 0 added, 1 not added, 2 wrong usage.\n");
+}
 
 ExitStatus runAddCommand(CommandContext &context, const CommandArguments &arguments) {
     const ParsedOptions words = parseOptions(arguments, {});
     if (!words.error.empty() || words.operands.size() != 1) {
         return usageError("add", !words.error.empty()     ? words.error
-                                 : words.operands.empty() ? "no file given"
-                                                          : "more than one file given");
+                                 : words.operands.empty() ? localized("no file given")
+                                                          : localized("more than one file given"));
     }
     const std::string &file = words.operands.front();
     std::string problem;
     const auto document = readPropertyListFile(file, problem);
     const auto parts = document ? ORVUnpackPreset(*document, problem) : std::nullopt;
     if (!parts) {
-        return failure(Title, printable(file + ": " + problem));
+        return failure(localized(Title), printable(withReason(file, localizedSentence(problem))));
     }
     if (refusesNeverEnding(parts->preset.root()) || !readPresets(context)) {
         return ExitStatus::NotMade;
     }
     PresetAddition addition(*parts, ORVApplicationSupportPath(context.folders), warn);
     if (!addition.storeResources(problem)) {
-        return failure(Title, printable(problem));
+        return failure(localized(Title), printable(problem));
     }
     if (addition.script()) {
-        writeStandardError("orvane: the script '" + printable(*addition.script()) + "' will run after each creation with this preset\n");
+        const std::string script = printable(*addition.script());
+        writeStandardError("orvane: " + localized("the script '%1' will run after each creation with this preset", {script}) + "\n");
     }
     const auto index = appendPreset(context, addition.preset(), [&] { addition.flush(); });
     if (!index) {

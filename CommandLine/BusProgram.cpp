@@ -1,10 +1,10 @@
 #include "BusProgram.h"
 
+#include "ProgramFolder.h"
+
 #include "platform/posix/FileDescriptor.h"
 
-#include <array>
 #include <cerrno>
-#include <climits>
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -18,10 +18,7 @@ constexpr const char *ProgramName = "orvane-bus";
 
 /// Where the program may be: beside this one, as after a build, or where it is installed, seen from this one.
 std::vector<std::string> placesOfProgram() {
-    std::array<char, PATH_MAX> self{};
-    const ssize_t length = ::readlink("/proc/self/exe", self.data(), self.size());
-    const std::string path(self.data(), length > 0 ? static_cast<std::size_t>(length) : 0);
-    const std::string folder = path.substr(0, path.find_last_of('/') + 1);
+    const std::string folder = folderOfProgram();
     if (folder.empty()) {
         return {};
     }

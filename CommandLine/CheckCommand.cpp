@@ -3,6 +3,7 @@
 #include "JSONWriter.h"
 #include "Options.h"
 #include "PresetStorage.h"
+#include "Translation.h"
 
 #include "platform/posix/UnistringTextCase.h"
 #include "presets/ORVPresetFile.h"
@@ -19,7 +20,7 @@ namespace orvane {
 namespace {
 
 constexpr std::array<OptionRule, 1> Rules = {{{"json", false}}};
-constexpr const char *UnreadableFileTitle = "File cannot be read";
+constexpr const char *UnreadableFileTitle = forTranslation("File cannot be read");
 
 /// What is to be checked.
 struct Subject {
@@ -49,7 +50,7 @@ public:
         }
         std::string lines;
         for (const ORVPresetProblem &problem : problems) {
-            lines += shownLabelOfPreset(preset) + ": " + lineOfProblem(problem, preset) + "\n";
+            lines += withReason(shownLabelOfPreset(preset), lineOfProblem(problem, preset)) + "\n";
         }
         return writeStandardOutput(lines) == ExitStatus::Success;
     }
@@ -95,7 +96,7 @@ bool takeFile(CommandContext &context, const std::string &path, Subject &subject
     std::string why;
     const auto document = readPropertyListFile(path, why);
     if (!document) {
-        failure(UnreadableFileTitle, printable(path + ": " + why));
+        failure(localized(UnreadableFileTitle), printable(withReason(path, why)));
         return false;
     }
     if (const PropertyListValue *presets = document->root().find(ORVPresetsKey); presets != nullptr && presets->isArray()) {
@@ -105,7 +106,7 @@ bool takeFile(CommandContext &context, const std::string &path, Subject &subject
     }
     subject.packed = ORVUnpackPreset(*document, why);
     if (!subject.packed) {
-        failure(UnreadableFileTitle, printable(path + ": " + why));
+        failure(localized(UnreadableFileTitle), printable(withReason(path, localizedSentence(why))));
         return false;
     }
     subject.presets = listOf(subject.packed->preset);
@@ -122,11 +123,11 @@ bool takePreferences(CommandContext &context, Subject &subject) {
         std::string why; // the reader tells the line, too
         const std::string path = pathOfPreferences(context.folders);
         const bool isReadable = readPropertyListFile(path, why).has_value();
-        failure(UnreadablePreferencesTitle, printable(isReadable || why.empty() ? problem : path + ": " + why));
+        failure(localized(UnreadablePreferencesTitle), printable(isReadable || why.empty() ? problem : withReason(path, why)));
         return false;
     }
     if (stored && !stored->root().isArray()) {
-        failure("Presets cannot be read", "ORVPresets in the preferences is no array.");
+        failure(localized("Presets cannot be read"), localized("ORVPresets in the preferences is no array."));
         return false;
     }
     subject.presets = *presets;
@@ -162,22 +163,27 @@ ExitStatus takeWord(CommandContext &context, const std::string &word, Subject &s
 
 } // namespace
 
-const char CheckCommandHelp[] = "Usage: orvane check [PRESET | FILE] [--json]\n"
-                                "\n"
-                                "Looks for mistakes in a preset (an index or a label), in a file made by 'orvane export', in\n"
-                                "a preferences file, or, without argument, in all presets. Prints a line for each:\n"
-                                "\"LABEL: PLACE: severity: text\". An error makes a creation fail, hang or lose something; a\n"
-                                "warning is most likely not what was meant; a note only tells what will happen.\n"
-                                "\n"
-                                "  --json  print one JSON object: 'presets' (each with 'index', 'label' and 'problems' of\n"
-                                "          'place', 'severity', 'text'), 'errors', 'warnings', 'notes' (numbers)\n"
-                                "\n"
-                                "Exit status: 0 neither errors nor warnings, 1 some, or nothing could be read, 2 wrong usage.\n";
+std::string checkCommandHelp() {
+    return localized("Usage: orvane check [PRESET | FILE] [--json]\n"
+                     "\n"
+                     "Looks for mistakes in a preset (an index or a label), in a file made by\n"
+                     "'orvane export', in a preferences file, or, without argument, in all presets.\n"
+                     "Prints a line for each: \"LABEL: PLACE: severity: text\". An error makes a\n"
+                     "creation fail, hang or lose something; a warning is most likely not what was\n"
+                     "meant; a note only tells what will happen.\n"
+                     "\n"
+                     "  --json  print one JSON object: 'presets' (each with 'index', 'label' and\n"
+                     "          'problems' of 'place', 'severity', 'text'), 'errors', 'warnings',\n"
+                     "          'notes' (numbers)\n"
+                     "\n"
+                     "Exit status: 0 neither errors nor warnings, 1 some, or nothing could be read,\n"
+                     "2 wrong usage.\n");
+}
 
 ExitStatus runCheckCommand(CommandContext &context, const CommandArguments &arguments) {
     const ParsedOptions words = parseOptions(arguments, Rules);
     if (!words.error.empty() || words.operands.size() > 1) {
-        return usageError("check", !words.error.empty() ? words.error : "more than one preset or file given");
+        return usageError("check", !words.error.empty() ? words.error : localized("more than one preset or file given"));
     }
     Subject subject;
     const ExitStatus taken = !words.operands.empty()             ? takeWord(context, words.operands.front(), subject)

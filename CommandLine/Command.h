@@ -51,11 +51,10 @@ using CommandArguments = std::vector<std::string>;
 /// wherever they stand as options before `--`.
 struct Command {
     const char *name;
-    const char *summary; ///< one line for `orvane --help`
-    const char *help;    ///< whole text of `orvane NAME --help`
+    const char *summary;   ///< one line for `orvane --help`, to be translated
+    std::string (*help)(); ///< whole text of `orvane NAME --help` in the user's language
     ExitStatus (*run)(CommandContext &context, const CommandArguments &arguments);
     std::span<const OptionRule> (*options)() = nullptr; ///< its options; may be null where none takes a value
-    std::string (*moreHelp)() = nullptr;                ///< what follows the help text on this desktop; may be null
 };
 
 // One function and one help text for each command, both defined in the command's own file.
@@ -72,24 +71,25 @@ ExitStatus runRecoverCommand(CommandContext &context, const CommandArguments &ar
 [[nodiscard]] std::span<const OptionRule> createCommandOptions();
 [[nodiscard]] std::span<const OptionRule> importCommandOptions();
 [[nodiscard]] std::span<const OptionRule> menuCommandOptions();
-[[nodiscard]] std::string menuCommandMoreHelp();
-extern const char ListCommandHelp[];
-extern const char ShowCommandHelp[];
-extern const char CreateCommandHelp[];
-extern const char ImportCommandHelp[];
-extern const char ExportCommandHelp[];
-extern const char AddCommandHelp[];
-extern const char CheckCommandHelp[];
-extern const char MenuCommandHelp[];
-extern const char NotifyCommandHelp[];
-extern const char RecoverCommandHelp[];
+[[nodiscard]] std::string listCommandHelp();
+[[nodiscard]] std::string showCommandHelp();
+[[nodiscard]] std::string createCommandHelp();
+[[nodiscard]] std::string importCommandHelp();
+[[nodiscard]] std::string exportCommandHelp();
+[[nodiscard]] std::string addCommandHelp();
+[[nodiscard]] std::string checkCommandHelp();
+[[nodiscard]] std::string menuCommandHelp();
+[[nodiscard]] std::string notifyCommandHelp();
+[[nodiscard]] std::string recoverCommandHelp();
 
 // Shared by the commands; defined in CommandSupport.cpp.
 
 /// A usage error: "orvane: NAME: TEXT" and a hint at --help on standard error. Returns `ExitStatus::Usage`.
 ExitStatus usageError(std::string_view command, std::string_view text);
-/// A failure: "orvane: TITLE: MESSAGE" on standard error. Returns `ExitStatus::NotMade`.
+/// A failure of the command: "orvane: TITLE: MESSAGE" on standard error, both translated. Returns `ExitStatus::NotMade`.
 ExitStatus failure(std::string_view title, std::string_view message);
+/// The same for an alert of the engine, which is the same in every language; either may be empty.
+ExitStatus alert(std::string_view title, std::string_view message);
 /// Position of the preset that an index or an exact label names. Nothing, after a message with the candidates on standard
 /// error, when it is unknown or ambiguous. A word that is a valid index is an index, even where a label reads the same.
 [[nodiscard]] std::optional<std::size_t> presetNamed(std::string_view word, const PropertyList &presets);

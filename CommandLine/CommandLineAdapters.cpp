@@ -47,7 +47,7 @@ void CommandLineAlerts::runAlertPanel(const std::optional<std::string> &title, c
     if (_gate && !_gate()) {
         return;
     }
-    failure(title.value_or(""), message.value_or(""));
+    alert(title.value_or(""), message.value_or(""));
     _shown.push_back({title, message});
 }
 

@@ -2,6 +2,7 @@
 
 #include "Command.h"
 #include "CreateOptions.h"
+#include "Translation.h"
 
 #include <algorithm>
 
@@ -12,7 +13,7 @@ namespace {
 std::string joined(std::span<const std::string> names) {
     std::string text;
     for (const std::string &name : names) {
-        text.append(text.empty() ? "" : ", ").append("'").append(printable(name)).append("'");
+        text.append(text.empty() ? "" : ", ").append(localized("'%1'", {printable(name)}));
     }
     return text;
 }
@@ -29,8 +30,10 @@ std::vector<std::string> namesOf(std::span<const PromptValueRow> rows) {
 }
 
 std::string unknownNames(const std::vector<std::string> &unknown, std::span<const PromptValueRow> rows) {
-    const std::string known = rows.empty() ? "it has none" : "it has " + joined(namesOf(rows));
-    return "this preset has no variable " + joined(unknown) + "; " + known;
+    if (rows.empty()) {
+        return localized("this preset has no variable %1; it has none", {joined(unknown)});
+    }
+    return localized("this preset has no variable %1; it has %2", {joined(unknown), joined(namesOf(rows))});
 }
 
 /// A row's name, with its number where several rows share the name.
@@ -41,12 +44,12 @@ std::string questionFor(std::span<const PromptValueRow> rows, std::size_t positi
     std::string question = printable(name);
     if (all > 1) {
         const auto number = 1 + std::count_if(rows.begin(), rows.begin() + static_cast<std::ptrdiff_t>(position), sameName);
-        question += " (" + std::to_string(number) + " of " + std::to_string(all) + ")";
+        question += " (" + localized("%1 of %2", {std::to_string(number), std::to_string(all)}) + ")";
     }
     if (!rows[position].value.empty()) {
         question += " [" + printable(rows[position].value) + "]";
     }
-    return question + ": ";
+    return localized("%1: ", {question});
 }
 
 } // namespace
@@ -95,13 +98,14 @@ CommandLinePrompt::Outcome CommandLinePrompt::_fill(std::string_view directoryNa
     for (const std::size_t position : result.missing) {
         missing.push_back(rows[position]);
     }
-    _problem = "no value for " + joined(namesOf(missing)) + "; give each with --set NAME=VALUE, or take the defaults with --no-input";
+    _problem =
+        localized("no value for %1; give each with --set NAME=VALUE, or take the defaults with --no-input", {joined(namesOf(missing))});
     return Outcome::WrongUsage;
 }
 
 CommandLinePrompt::Outcome CommandLinePrompt::_ask(std::string_view directoryName, std::span<PromptValueRow> rows,
                                                    const std::vector<std::size_t> &missing) {
-    _terminal.write("Values for " + printable(directoryName) + "\n");
+    _terminal.write(localized("Values for %1", {printable(directoryName)}) + "\n");
     for (const std::size_t position : missing) {
         _terminal.write(questionFor(rows, position));
         std::optional<std::string> line = _terminal.readLine();

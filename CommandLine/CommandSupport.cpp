@@ -1,6 +1,7 @@
 #include "CommandSupport.h"
 
 #include "Terminal.h"
+#include "Translation.h"
 
 #include "platform/posix/FileDescriptor.h"
 #include "platform/propertylist/PropertyListFiles.h"
@@ -11,7 +12,6 @@
 
 #include <cerrno>
 #include <charconv>
-#include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -42,32 +42,32 @@ std::string candidates(std::span<const PropertyListValue> presets) {
         appendCandidate(text, index, presets[index]);
     }
     if (presets.size() > MostCandidates) {
-        text += "\n  and " + std::to_string(presets.size() - MostCandidates) + " more";
+        text += "\n  " + localizedCount("and %1 more", "and %1 more", presets.size() - MostCandidates);
     }
     return text;
 }
 
 /// Why the preferences file could not be read, as far as a second look tells.
 std::string problemOfFile(const std::string &path) {
-    constexpr const char *Passed = "it could not be read, but that seems to have passed; try again";
+    constexpr const char *Passed = forTranslation("it could not be read, but that seems to have passed; try again");
     const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     if (!file) {
-        return errno == ENOENT ? Passed : std::strerror(errno);
+        return errno == ENOENT ? localized(Passed) : textOfError(errno);
     }
     struct stat status {};
     const bool isKnown = ::fstat(file.get(), &status) == 0;
     if (isKnown && !S_ISREG(status.st_mode)) {
-        return S_ISDIR(status.st_mode) ? "it is a folder" : "it is not an ordinary file";
+        return S_ISDIR(status.st_mode) ? localized("it is a folder") : localized("it is not an ordinary file");
     }
     if (isKnown && status.st_size == 0) {
-        return "the file is empty";
+        return localized("the file is empty");
     }
     PropertyListReport report;
     const auto list = readPropertyList(file.get(), &report);
     if (!list) {
-        return "it is not a property list: " + report.why;
+        return localized("it is not a property list: %1", {localizedSentence(report.why)});
     }
-    return list->root().isDictionary() ? Passed : "it holds something else than a dictionary";
+    return localized(list->root().isDictionary() ? Passed : forTranslation("it holds something else than a dictionary"));
 }
 
 char hexDigit(unsigned value) {
@@ -119,7 +119,7 @@ bool writeWhole(int descriptor, std::string_view text) {
 }
 
 ExitStatus writeStandardOutput(std::string_view text) {
-    return writeWhole(STDOUT_FILENO, text) ? ExitStatus::Success : failure("Standard output", std::strerror(errno));
+    return writeWhole(STDOUT_FILENO, text) ? ExitStatus::Success : failure(localized("Standard output"), textOfError(errno));
 }
 
 void writeStandardError(std::string_view text) {
@@ -129,12 +129,17 @@ void writeStandardError(std::string_view text) {
 ExitStatus usageError(std::string_view command, std::string_view text) {
     std::string lines = "orvane: ";
     lines.append(command).append(command.empty() ? "" : ": ").append(text);
-    lines.append("\nTry 'orvane ").append(command).append(command.empty() ? "" : " ").append("--help' for more information.\n");
+    const std::string help = "orvane " + std::string(command) + (command.empty() ? "" : " ") + "--help";
+    lines.append("\n").append(localized("Try '%1' for more information.", {help})).append("\n");
     writeStandardError(lines);
     return ExitStatus::Usage;
 }
 
 ExitStatus failure(std::string_view title, std::string_view message) {
+    return alert(withReason(title, message), {});
+}
+
+ExitStatus alert(std::string_view title, std::string_view message) {
     std::string line = "orvane: ";
     line.append(title).append(title.empty() || message.empty() ? "" : ": ").append(message) += '\n';
     // A name in the message may hold what would move a terminal's cursor or more; other readers get it as it is.
@@ -148,7 +153,7 @@ std::optional<std::string> labelOfPreset(const PropertyListValue &preset) {
 }
 
 std::string shownLabelOfPreset(const PropertyListValue &preset) {
-    return printable(labelOfPreset(preset).value_or("(no label)"));
+    return printable(labelOfPreset(preset).value_or(localized("(no label)")));
 }
 
 PresetChoice choosePreset(std::string_view word, const PropertyList &presets) {
@@ -166,14 +171,14 @@ PresetChoice choosePreset(std::string_view word, const PropertyList &presets) {
     if (found.size() == 1) {
         return {found.front(), {}};
     }
-    const std::string name = "'" + printable(word) + "'";
+    const std::string name = printable(word);
     if (records.empty()) {
-        return {std::nullopt, "no preset " + name + ": there are no presets"};
+        return {std::nullopt, localized("no preset '%1': there are no presets", {name})};
     }
     if (found.empty()) {
-        return {std::nullopt, "no preset " + name + "; there are:" + candidates(records)};
+        return {std::nullopt, localized("no preset '%1'; there are:", {name}) + candidates(records)};
     }
-    std::string problem = "more than one preset " + name + "; give one of the indexes:";
+    std::string problem = localized("more than one preset '%1'; give one of the indexes:", {name});
     for (const std::size_t position : found) {
         appendCandidate(problem, position, records[position]);
     }
@@ -198,7 +203,7 @@ std::optional<PropertyList> synchronizedPresets(CommandContext &context, std::st
     // replace presets that are still there.
     if (!context.preferences.synchronize()) {
         const std::string path = pathOfPreferences(context.folders);
-        problem = path + ": " + problemOfFile(path);
+        problem = withReason(path, problemOfFile(path));
         return std::nullopt;
     }
     if (auto presets = context.preferences.copyAppValue(ORVPresetsKey); presets && presets->root().isArray()) {
@@ -211,7 +216,7 @@ std::optional<PropertyList> readPresets(CommandContext &context) {
     std::string problem;
     auto presets = synchronizedPresets(context, problem);
     if (!presets) {
-        failure(UnreadablePreferencesTitle, problem);
+        failure(localized(UnreadablePreferencesTitle), problem);
     }
     return presets;
 }

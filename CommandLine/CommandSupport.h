@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Command.h"
+#include "Translation.h"
 
 #include <optional>
 #include <string>
@@ -35,8 +36,8 @@ struct PresetChoice {
 /// As `readPresets`, but `problem` gets the text instead of standard error. Synchronises the store, so that what
 /// `copyAppValue` gives afterwards comes from the same reading.
 [[nodiscard]] std::optional<PropertyList> synchronizedPresets(CommandContext &context, std::string &problem);
-/// Title of the failure that goes with such a problem.
-inline constexpr std::string_view UnreadablePreferencesTitle = "Preferences cannot be read";
+/// Title of the failure that goes with such a problem, to be translated.
+inline constexpr const char *UnreadablePreferencesTitle = forTranslation("Preferences cannot be read");
 
 /// Path of the file that holds the preferences.
 [[nodiscard]] std::string pathOfPreferences(UserFolders &folders);

@@ -11,6 +11,7 @@
 #include "PresetEngine.h"
 #include "PresetStorage.h"
 #include "ProgressBar.h"
+#include "Translation.h"
 
 #include "presets/ORVFileHelpers.h"
 #include "presets/ORVPresetManager.h"
@@ -53,12 +54,12 @@ private:
         std::string problem;
         const std::string parent = parentFolder(_options.in, problem);
         if (!problem.empty()) {
-            return _refuseUsage(_options.in ? "--in: " + problem : problem);
+            return _refuseUsage(_options.in ? withReason("--in", problem) : problem);
         }
         const std::unique_ptr<ORVPresetManager> manager = _makeManager();
         const auto presets = synchronizedPresets(_context, problem);
         if (!presets) {
-            return _refuse(std::string(UnreadablePreferencesTitle), problem);
+            return _refuse(localized(UnreadablePreferencesTitle), problem);
         }
         const PresetChoice choice = choosePreset(_options.preset, *presets);
         if (!choice.index) {
@@ -67,7 +68,7 @@ private:
         const PropertyListValue &preset = presets->root().array()[*choice.index];
         const ORVPresetSurvey survey(preset);
         if (problem = endlessTemplate(survey); !problem.empty()) {
-            return _refuse("Preset refused", problem);
+            return _refuse(localized("Preset refused"), problem);
         }
         if (problem = _problemOfAssignments(survey); !problem.empty()) {
             return _refuseUsage(problem);
@@ -128,7 +129,7 @@ private:
         _report.path = _observed.topPath();
         _report.nodes = _nodes.nodes();
         if (!manager.countersWereStored()) {
-            warn("the last values of automatic variables were not stored; the log says why");
+            warn(localized("the last values of automatic variables were not stored; the log says why"));
         }
         if (!_interruptionIsOpen) { // else it is too late to take anything back, but not to keep the script from starting
             _runScript();
@@ -138,10 +139,11 @@ private:
     void _noteStop() {
         _report.status = ExitStatus::Cancelled;
         if (!_observed.topIsThere()) {
-            return writeStandardError("orvane: interrupted, and what was made is removed again\n");
+            return writeStandardError(std::string("orvane: ") + localized("interrupted, and what was made is removed again") + "\n");
         }
-        const std::string &path = _observed.topPath();
-        writeStandardError("orvane: interrupted; '" + printable(path) + "' is still there and may hold some of what was made\n");
+        const std::string path = printable(_observed.topPath());
+        const std::string told = localized("interrupted; '%1' is still there and may hold some of what was made", {path});
+        writeStandardError("orvane: " + told + "\n");
     }
 
     void _runScript() {
@@ -165,9 +167,9 @@ private:
             return;
         }
         if (!_context.fileSystem.fileExists(_report.script->path)) {
-            _report.script->problem = "does not exist";
+            _report.script->problem = localized("does not exist");
         } else if (!_context.fileSystem.isExecutableFile(_report.script->path)) {
-            _report.script->problem = "is not executable";
+            _report.script->problem = localized("is not executable");
         }
     }
 
@@ -257,25 +259,29 @@ ExitStatus refuseWords(const CreateOptions &options, const std::string &problem)
 
 } // namespace
 
-const char CreateCommandHelp[] = "Usage: orvane create PRESET [--in DIR] [--set NAME=VALUE]... [--no-input]\n"
-                                 "                     [--no-open] [--dry-run] [--json]\n"
-                                 "\n"
-                                 "Makes the folder of a preset, with everything in it, runs the preset's script and\n"
-                                 "opens the new folder. PRESET is the index or the exact label that 'orvane list' shows.\n"
-                                 "\n"
-                                 "  --in DIR          make it in DIR instead of the current folder\n"
-                                 "  --set NAME=VALUE  value of a variable; given several times for one name, the values\n"
-                                 "                    go to the places of that name in order\n"
-                                 "  --no-input        do not ask: variables without --set take their defaults\n"
-                                 "  --no-open         do not open the new folder\n"
-                                 "  --dry-run         show what would be made, with its problems, and change nothing\n"
-                                 "  --json            print one JSON object about what was done\n"
-                                 "\n"
-                                 "Without --no-input, variables without --set are asked for on the terminal; an empty\n"
-                                 "line takes the value in brackets. The path of the new folder is printed.\n"
-                                 "\n"
-                                 "Exit status: 0 made, 1 not made, 2 wrong usage, 3 cancelled, 4 made but the script\n"
-                                 "reported errors.\n";
+std::string createCommandHelp() {
+    return localized("Usage: orvane create PRESET [--in DIR] [--set NAME=VALUE]... [--no-input]\n"
+                     "                     [--no-open] [--dry-run] [--json]\n"
+                     "\n"
+                     "Makes the folder of a preset, with everything in it, runs the preset's script\n"
+                     "and opens the new folder. PRESET is the index or the exact label that\n"
+                     "'orvane list' shows.\n"
+                     "\n"
+                     "  --in DIR          make it in DIR instead of the current folder\n"
+                     "  --set NAME=VALUE  value of a variable; given several times for one name, the\n"
+                     "                    values go to the places of that name in order\n"
+                     "  --no-input        do not ask: variables without --set take their defaults\n"
+                     "  --no-open         do not open the new folder\n"
+                     "  --dry-run         show what would be made, with its problems, and change\n"
+                     "                    nothing\n"
+                     "  --json            print one JSON object about what was done\n"
+                     "\n"
+                     "Without --no-input, variables without --set are asked for on the terminal; an\n"
+                     "empty line takes the value in brackets. The path of the new folder is printed.\n"
+                     "\n"
+                     "Exit status: 0 made, 1 not made, 2 wrong usage, 3 cancelled, 4 made but the\n"
+                     "script reported errors.\n");
+}
 
 ExitStatus runCreateCommand(CommandContext &context, const CommandArguments &arguments) {
     std::string problem;

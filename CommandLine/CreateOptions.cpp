@@ -1,6 +1,7 @@
 #include "CreateOptions.h"
 
 #include "Options.h"
+#include "Translation.h"
 
 #include <algorithm>
 #include <array>
@@ -50,12 +51,13 @@ CreateOptions CreateOptions::parse(const CommandArguments &arguments, std::strin
             continue;
         }
         if (error.empty() && option.value.find('=', 1) == std::string::npos) {
-            error = "option '--set' needs NAME=VALUE, not '" + option.value + "'";
+            error = localized("option '--set' needs NAME=VALUE, not '%1'", {option.value});
         }
         result.assignments.push_back(std::move(option.value));
     }
     if (error.empty() && parsed.operands.size() != 1) {
-        error = parsed.operands.empty() ? "which preset?" : "one preset at a time, not '" + parsed.operands[1] + "' as well";
+        error = parsed.operands.empty() ? localized("which preset?")
+                                        : localized("one preset at a time, not '%1' as well", {parsed.operands[1]});
     }
     if (!parsed.operands.empty()) {
         result.preset = std::move(parsed.operands.front());

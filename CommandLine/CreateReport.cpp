@@ -1,6 +1,7 @@
 #include "CreateReport.h"
 
 #include "JSONWriter.h"
+#include "Translation.h"
 #include "TreeDrawing.h"
 
 namespace orvane {
@@ -64,7 +65,7 @@ std::string textOfDryRun(const CreationReport &report, const TextStyle &style) {
         text = drawTree(*report.tree, style) + "\n" + countOfTree(*report.tree) + "\n";
     }
     if (report.script) {
-        text += "script: " + printable(report.script->path);
+        text += localized("script: %1", {printable(report.script->path)});
         text += report.script->problem.empty() ? "" : "  " + std::string(style.unicode ? "⚠" : "!") + " " + report.script->problem;
         text += '\n';
     }

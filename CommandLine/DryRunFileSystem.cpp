@@ -1,10 +1,11 @@
 #include "DryRunFileSystem.h"
 
+#include "Translation.h"
+
 #include "presets/ORVFileHelpers.h"
 
 #include <cerrno>
 #include <climits>
-#include <cstring>
 #include <limits>
 #include <map>
 #include <sys/stat.h>
@@ -26,13 +27,13 @@ struct PlannedFolder {
 /// What file systems refuse in a name; empty when nothing.
 std::string problemOfName(std::string_view name) {
     if (name == "." || name == "..") {
-        return "this name cannot be used";
+        return localized("this name cannot be used");
     }
     if (name.find('\0') != std::string_view::npos) {
-        return "a NUL character cannot stand in a name";
+        return localized("a NUL character cannot stand in a name");
     }
     if (name.size() > NAME_MAX) {
-        return "the name has " + std::to_string(name.size()) + " bytes, at most " + std::to_string(NAME_MAX) + " are possible";
+        return localized("the name has %1 bytes, at most %2 are possible", {std::to_string(name.size()), std::to_string(NAME_MAX)});
     }
     return {};
 }
@@ -66,13 +67,13 @@ public:
         }
         const auto known = _current().entries.find(name);
         if (known != _current().entries.end() && known->second != NoFolder) {
-            item.problem = "goes into the folder of the same name above";
+            item.problem = localized("goes into the folder of the same name above");
             _items.push_back(_owner._tree.size() - 1);
             _open.push_back(known->second);
             return true;
         }
         if (known != _current().entries.end()) {
-            _fail(item, "a file of the same name stands above");
+            _fail(item, localized("a file of the same name stands above"));
         }
         _enterNewFolder(name, item);
         _items.push_back(_owner._tree.size() - 1);
@@ -104,19 +105,19 @@ public:
     [[nodiscard]] bool makeEmptyFile(std::string_view name, const ItemAttributes &attributes) override {
         TreeItem &item = _add(name, false, attributes);
         if (std::exchange(_owner._contentIsMissing, false)) {
-            item.problem = "the content file '" + _owner._askedContent + "' cannot be read: the file will be empty";
+            item.problem = localized("the content file '%1' cannot be read: the file will be empty", {_owner._askedContent});
         }
         _owner._askedContent.clear();
         const auto known = _current().entries.find(name);
         if (known == _current().entries.end()) {
             if (_standsOnDisk(name)) {
-                _fail(item, "something of that name is already there");
+                _fail(item, localized("something of that name is already there"));
             }
             _current().entries.emplace(name, NoFolder);
         } else if (known->second == NoFolder) {
-            item.problem = "empties the file of the same name above";
+            item.problem = localized("empties the file of the same name above");
         } else {
-            _fail(item, "a folder of the same name stands above");
+            _fail(item, localized("a folder of the same name stands above"));
         }
         return true;
     }
@@ -167,7 +168,7 @@ private:
 
     void _checkBase() {
         if (::access(_basePath.c_str(), W_OK | X_OK) != 0 && errno != ENOENT) {
-            _baseProblem = "nothing can be made in '" + _basePath + "': " + std::strerror(errno);
+            _baseProblem = localized("nothing can be made in '%1': %2", {_basePath, textOfError(errno)});
         }
     }
 
@@ -176,9 +177,9 @@ private:
         if (_standsOnDisk(name)) {
             folder.existingPath = stringByAppendingPathComponent(_current().existingPath, name);
             if (isNoFolder(folder.existingPath) && item.problem.empty()) {
-                _fail(item, "something of that name is already there");
+                _fail(item, localized("something of that name is already there"));
             }
-            item.problem = item.problem.empty() ? "goes into what is already there" : item.problem;
+            item.problem = item.problem.empty() ? localized("goes into what is already there") : item.problem;
         }
         _current().entries[std::string(name)] = _folders.size();
         _open.push_back(_folders.size());

@@ -3,6 +3,7 @@
 #include "Options.h"
 #include "PresetPacking.h"
 #include "PresetStorage.h"
+#include "Translation.h"
 
 #include "platform/propertylist/PropertyListFiles.h"
 #include "presets/ORVFileHelpers.h"
@@ -18,7 +19,7 @@ namespace orvane {
 
 namespace {
 
-constexpr const char *Title = "Preset not exported";
+constexpr const char *Title = forTranslation("Preset not exported");
 constexpr std::array<OptionRule, 1> Rules = {{{"force", false}}};
 
 ExitStatus writePresetFile(const std::string &path, const std::string &bytes, bool replaces) {
@@ -27,30 +28,34 @@ ExitStatus writePresetFile(const std::string &path, const std::string &bytes, bo
     }
     struct stat status {};
     if (::stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) {
-        return failure(Title, printable(path) + ": it is not an ordinary file.");
+        return failure(localized(Title), withReason(printable(path), localized("it is not an ordinary file.")));
     }
     if (writeWholeFile(path, bytes, replaces)) {
         return ExitStatus::Success;
     }
-    return failure(Title, printable(path) + ": " + (errno == EEXIST ? "it exists; give --force to replace it." : std::strerror(errno)));
+    return failure(localized(Title),
+                   withReason(printable(path), errno == EEXIST ? localized("it exists; give --force to replace it.") : textOfError(errno)));
 }
 
 } // namespace
 
-const char ExportCommandHelp[] = "Usage: orvane export PRESET FILE [--force]\n"
-                                 "\n"
-                                 "Writes a preset (an index or a label) with its contents and its script to one file, from\n"
-                                 "which 'orvane add' takes it, on this computer or another. FILE \"-\" is standard output; a\n"
-                                 "good ending is \".orvpreset\". Contents that are missing are left out with a warning.\n"
-                                 "\n"
-                                 "  --force  replace FILE when it exists\n"
-                                 "\n"
-                                 "Exit status: 0 exported, 1 not exported, 2 wrong usage.\n";
+std::string exportCommandHelp() {
+    return localized("Usage: orvane export PRESET FILE [--force]\n"
+                     "\n"
+                     "Writes a preset (an index or a label) with its contents and its script to one\n"
+                     "file, from which 'orvane add' takes it, on this computer or another. FILE \"-\"\n"
+                     "is standard output; a good ending is \".orvpreset\". Contents that are missing\n"
+                     "are left out with a warning.\n"
+                     "\n"
+                     "  --force  replace FILE when it exists\n"
+                     "\n"
+                     "Exit status: 0 exported, 1 not exported, 2 wrong usage.\n");
+}
 
 ExitStatus runExportCommand(CommandContext &context, const CommandArguments &arguments) {
     const ParsedOptions words = parseOptions(arguments, Rules);
     if (!words.error.empty() || words.operands.size() != 2) {
-        return usageError("export", !words.error.empty() ? words.error : "a preset and a file are needed");
+        return usageError("export", !words.error.empty() ? words.error : localized("a preset and a file are needed"));
     }
     const auto presets = readPresets(context);
     if (!presets) {
@@ -62,7 +67,7 @@ ExitStatus runExportCommand(CommandContext &context, const CommandArguments &arg
     }
     const PropertyList preset = presets->at(presets->root().array()[*index]);
     if (!preset.root().isDictionary()) {
-        return failure(Title, "the preset is no dictionary.");
+        return failure(localized(Title), localized("the preset is no dictionary."));
     }
     if (refusesNeverEnding(preset.root(), Refusal::Size)) {
         return ExitStatus::NotMade;
@@ -72,7 +77,7 @@ ExitStatus runExportCommand(CommandContext &context, const CommandArguments &arg
     std::string why;
     const auto bytes = writeXMLPropertyList(ORVPackPreset(parts).root(), &why);
     if (!bytes) {
-        return failure(Title, printable(why));
+        return failure(localized(Title), printable(localizedSentence(why)));
     }
     return writePresetFile(words.operands.back(), *bytes, words.has("force"));
 }

@@ -1,6 +1,7 @@
 #include "FolderImport.h"
 
 #include "FolderWalk.h"
+#include "Translation.h"
 
 #include "platform/posix/FileDescriptor.h"
 #include "ports/FinderLabel.h"
@@ -8,7 +9,6 @@
 #include "presets/ORVPresetFile.h"
 
 #include <cerrno>
-#include <cstring>
 #include <span>
 #include <utility>
 
@@ -36,7 +36,7 @@ public:
         const FileDescriptor source(::openat(folder, file.name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
         struct stat status {};
         if (!source || ::fstat(source.get(), &status) != 0) {
-            _walk.warnings().push_back(_walk.pathOfItem(item) + ": its contents are left out: " + std::strerror(errno));
+            _walk.warnings().push_back(localized("%1: its contents are left out: %2", {_walk.pathOfItem(item), textOfError(errno)}));
             return;
         }
         if (!S_ISREG(status.st_mode) || status.st_size == 0) {
@@ -47,7 +47,7 @@ public:
         if (name) {
             file.contentFilename = std::move(*name);
         } else {
-            _problem = "the contents of " + _walk.pathOfItem(item) + " cannot be stored: " + std::strerror(errno);
+            _problem = localized("the contents of %1 cannot be stored: %2", {_walk.pathOfItem(item), textOfError(errno)});
         }
     }
 
@@ -107,10 +107,10 @@ ImportedFolder presetOf(FolderWalk &walk, const FolderImportOptions &options) {
     std::vector<std::string> warnings = std::move(walk.warnings());
     const WalkedItem &top = walk.items().front();
     if (top.label != 0 || top.mode != UsualFolderMode) {
-        warnings.push_back(top.name + ": a preset's top-level folder takes no label and no permissions of its own");
+        warnings.push_back(localized("%1: a preset's top-level folder takes no label and no permissions of its own", {top.name}));
     }
     for (const ORVImportedNameProblem &problem : imported.problems) {
-        warnings.push_back(walk.pathOfItem(problem.name) + ": " + ORVTextWithArguments(problem.format, problem.arguments));
+        warnings.push_back(withReason(walk.pathOfItem(problem.name), localized(problem.format, problem.arguments)));
     }
     PropertyListBuilder builder;
     const std::vector<PropertyListEntry> preset{{"label", builder.string(options.label)},

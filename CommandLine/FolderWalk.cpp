@@ -1,12 +1,13 @@
 #include "FolderWalk.h"
 
+#include "Translation.h"
+
 #include "platform/posix/FileDescriptor.h"
 #include "ports/FinderLabel.h"
 #include "presets/ORVUTF16.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -25,6 +26,9 @@ constexpr std::size_t MostItems = 1'000'000;
 constexpr std::size_t MostOpenFolders = 32;
 constexpr mode_t PermissionBits = 0777;
 constexpr int OpenFolderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
+
+constexpr const char *LeftOut = forTranslation("%1: left out: %2");
+constexpr const char *ContentsLeftOut = forTranslation("%1: its contents are left out: %2");
 
 /// Names in an open folder, sorted byte by byte; nothing, with `errno`, when it cannot be read to its end.
 std::optional<std::vector<std::string>> namesIn(int folder) {
@@ -53,13 +57,13 @@ std::optional<std::vector<std::string>> namesIn(int folder) {
 const char *nameOfType(mode_t mode) {
     switch (mode & S_IFMT) {
     case S_IFLNK:
-        return "a symbolic link";
+        return localized("a symbolic link");
     case S_IFIFO:
-        return "a FIFO";
+        return localized("a FIFO");
     case S_IFSOCK:
-        return "a socket";
+        return localized("a socket");
     default:
-        return "a device";
+        return localized("a device");
     }
 }
 
@@ -90,7 +94,7 @@ bool FolderWalk::walk(const std::string &path, const std::string &name, const Fi
     auto names = top ? namesIn(top.get()) : std::nullopt;
     struct stat status {};
     if (!names || ::fstat(top.get(), &status) != 0) {
-        why = std::strerror(errno);
+        why = textOfError(errno);
         return false;
     }
     _items.push_back({name, 0, true, status.st_mode & PermissionBits, 0, {}});
@@ -105,7 +109,7 @@ bool FolderWalk::walk(const std::string &path, const std::string &name, const Fi
         if (folder.next < folder.names.size()) {
             const std::string child = std::move(folder.names[folder.next++]);
             if (!_visit(open, child, handleFile)) {
-                why = "it holds more than 1,000,000 items";
+                why = localized("it holds more than 1,000,000 items");
                 return false;
             }
             continue;
@@ -115,7 +119,7 @@ bool FolderWalk::walk(const std::string &path, const std::string &name, const Fi
         if (!open.empty() && !open.back().descriptor) {
             open.back().descriptor = FileDescriptor(::openat(left.descriptor.get(), "..", O_PATH | O_DIRECTORY | O_CLOEXEC));
             if (!open.back().descriptor || identityOf(open.back().descriptor.get()) != open.back().identity) {
-                why = "it was changed while it was read";
+                why = localized("it was changed while it was read");
                 return false;
             }
         }
@@ -129,15 +133,15 @@ bool FolderWalk::_visit(std::vector<Folder> &open, const std::string &name, cons
     const std::size_t parent = open.back().item;
     struct stat status {};
     if (::fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
-        _warn(parent, name, std::string("left out: ") + std::strerror(errno));
+        _warn(LeftOut, parent, name, textOfError(errno));
         return true;
     }
     if (!S_ISDIR(status.st_mode) && !S_ISREG(status.st_mode)) {
-        _warn(parent, name, std::string("left out: ") + nameOfType(status.st_mode));
+        _warn(LeftOut, parent, name, nameOfType(status.st_mode));
         return true;
     }
     if (!isUTF8(name)) {
-        _warn(parent, name, "left out: its name is not UTF-8");
+        _warn(forTranslation("%1: left out: its name is not UTF-8"), parent, name);
         return true;
     }
     if (_items.size() > MostItems) {
@@ -154,7 +158,7 @@ bool FolderWalk::_visit(std::vector<Folder> &open, const std::string &name, cons
     if (!isFolder) {
         handleFile(folder, item);
     } else if (!_enter(open, name, item)) {
-        _warn(parent, name, std::string("its contents are left out: ") + std::strerror(errno));
+        _warn(ContentsLeftOut, parent, name, textOfError(errno));
     }
     return true;
 }
@@ -189,8 +193,8 @@ std::string FolderWalk::pathOfItem(std::size_t item) const {
     return path;
 }
 
-void FolderWalk::_warn(std::size_t folder, std::string_view name, std::string_view what) {
-    _warnings.push_back(pathOfItem(folder) + "/" + std::string(name) + ": " + std::string(what));
+void FolderWalk::_warn(const char *text, std::size_t folder, std::string_view name, const std::string &why) {
+    _warnings.push_back(localized(text, {pathOfItem(folder) + "/" + std::string(name), why}));
 }
 
 bool isUTF8(std::string_view text) {

@@ -51,7 +51,7 @@ private:
 
     [[nodiscard]] bool _visit(std::vector<Folder> &open, const std::string &name, const FileHandler &handleFile);
     [[nodiscard]] bool _enter(std::vector<Folder> &open, const std::string &name, std::size_t item);
-    void _warn(std::size_t folder, std::string_view name, std::string_view what);
+    void _warn(const char *text, std::size_t folder, std::string_view name, const std::string &why = {});
 
     FinderInformation &_finderInformation;
     std::vector<WalkedItem> _items;

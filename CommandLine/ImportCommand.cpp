@@ -5,6 +5,7 @@
 #include "Options.h"
 #include "PresetStorage.h"
 #include "ResourceFolder.h"
+#include "Translation.h"
 
 #include "presets/ORVFileHelpers.h"
 #include "presets/ORVPresetManager.h"
@@ -33,12 +34,13 @@ std::string nameOfFolder(const std::string &path) {
 std::optional<ORVImportVariable> variableOf(const std::string &word, std::string &error) {
     const std::size_t equals = word.rfind('=');
     if (equals == std::string::npos || equals == 0) {
-        error = "option '--variable' needs TEXT=NAME, not '" + printable(word) + "'";
+        error = localized("option '--variable' needs TEXT=NAME, not '%1'", {printable(word)});
         return std::nullopt;
     }
     ORVImportVariable variable{word.substr(0, equals), word.substr(equals + 1)};
     if (!ORVIsVariableName(variable.name) || !isUTF8(word)) {
-        error = "'" + printable(variable.name) + "' cannot be the name of a variable: it is empty, not UTF-8 or holds one of {}\\:/";
+        error =
+            localized("'%1' cannot be the name of a variable: it is empty, not UTF-8 or holds one of {}\\:/", {printable(variable.name)});
         return std::nullopt;
     }
     return variable;
@@ -48,7 +50,7 @@ std::optional<ORVImportVariable> variableOf(const std::string &word, std::string
 bool understand(const ParsedOptions &words, FolderImportOptions &options, std::string &error) {
     error = words.error;
     if (error.empty() && words.operands.size() != 1) {
-        error = words.operands.empty() ? "no folder given" : "more than one folder given";
+        error = localized(words.operands.empty() ? forTranslation("no folder given") : forTranslation("more than one folder given"));
     }
     for (const GivenOption &option : words.options) {
         if (error.empty() && option.name == "variable") {
@@ -64,28 +66,34 @@ bool understand(const ParsedOptions &words, FolderImportOptions &options, std::s
     options.name = nameOfFolder(options.folder);
     options.label = words.lastValue("label").value_or(options.name);
     if (!isUTF8(options.label) && words.has("label")) {
-        error = "the label is not UTF-8";
+        error = localized("the label is not UTF-8");
     } else if (options.label.empty() && words.has("label")) {
-        error = "the label is empty";
+        error = localized("the label is empty");
     }
     return error.empty();
 }
 
 } // namespace
 
-const char ImportCommandHelp[] = "Usage: orvane import DIR [--label TEXT] [--variable TEXT=NAME]... [--with-content]\n"
-                                 "\n"
-                                 "Makes a preset from the folder DIR: the names of its folders and files, their permissions\n"
-                                 "and labels. Symbolic links, FIFOs, sockets and devices are left out, each with a warning.\n"
-                                 "\n"
-                                 "  --label TEXT          label of the preset (default: the folder's name)\n"
-                                 "  --variable TEXT=NAME  turn TEXT into the variable {NAME} wherever a name holds it; the\n"
-                                 "                        longest TEXT first (may be given several times)\n"
-                                 "  --with-content        copy the files' contents, too; without it the preset's files are empty\n"
-                                 "\n"
-                                 "Prints the new preset's index and label.\n"
-                                 "\n"
-                                 "Exit status: 0 imported, 1 not imported, 2 wrong usage.\n";
+std::string importCommandHelp() {
+    return localized("Usage: orvane import DIR [--label TEXT] [--variable TEXT=NAME]...\n"
+                     "                     [--with-content]\n"
+                     "\n"
+                     "Makes a preset from the folder DIR: the names of its folders and files, their\n"
+                     "permissions and labels. Symbolic links, FIFOs, sockets and devices are left\n"
+                     "out, each with a warning.\n"
+                     "\n"
+                     "  --label TEXT          label of the preset (default: the folder's name)\n"
+                     "  --variable TEXT=NAME  turn TEXT into the variable {NAME} wherever a name\n"
+                     "                        holds it; the longest TEXT first (may be given several\n"
+                     "                        times)\n"
+                     "  --with-content        copy the files' contents, too; without it the preset's\n"
+                     "                        files are empty\n"
+                     "\n"
+                     "Prints the new preset's index and label.\n"
+                     "\n"
+                     "Exit status: 0 imported, 1 not imported, 2 wrong usage.\n");
+}
 
 std::span<const OptionRule> importCommandOptions() {
     return Rules;
@@ -98,9 +106,9 @@ ExitStatus runImportCommand(CommandContext &context, const CommandArguments &arg
     if (!understand(words, options, problem)) {
         return usageError("import", problem);
     }
-    const std::string title = "Folder not imported";
+    const std::string title = localized("Folder not imported");
     if (options.name.empty() || !isUTF8(options.name)) {
-        return failure(title, "'" + printable(options.folder) + "' does not exist, or its name cannot be used.");
+        return failure(title, localized("'%1' does not exist, or its name cannot be used.", {printable(options.folder)}));
     }
     if (!readPresets(context)) {
         return ExitStatus::NotMade;
@@ -109,7 +117,7 @@ ExitStatus runImportCommand(CommandContext &context, const CommandArguments &arg
     options.contentStore = words.has("with-content") ? &store : nullptr;
     const auto imported = importFolder(options, context.finderInformation, problem);
     if (!imported) {
-        return failure(title, printable(options.folder + ": " + problem));
+        return failure(title, printable(withReason(options.folder, problem)));
     }
     for (const std::string &warning : imported->warnings) {
         warn(warning);

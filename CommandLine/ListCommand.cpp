@@ -1,6 +1,7 @@
 #include "CommandSupport.h"
 #include "JSONWriter.h"
 #include "Options.h"
+#include "Translation.h"
 
 #include <array>
 
@@ -31,14 +32,17 @@ std::string linesOfPresets(std::span<const PropertyListValue> presets) {
 
 } // namespace
 
-const char ListCommandHelp[] = "Usage: orvane list [--json]\n"
-                               "\n"
-                               "Shows the presets, each with its index and label. Either names the preset in the other\n"
-                               "commands; a label must be given exactly, and only when no other preset has the same.\n"
-                               "\n"
-                               "  --json  print a JSON array of objects with 'index' and 'label'\n"
-                               "\n"
-                               "Exit status: 0 shown, 1 the preferences cannot be read, 2 wrong usage.\n";
+std::string listCommandHelp() {
+    return localized("Usage: orvane list [--json]\n"
+                     "\n"
+                     "Shows the presets, each with its index and label. Either names the preset in\n"
+                     "the other commands; a label must be given exactly, and only when no other\n"
+                     "preset has the same.\n"
+                     "\n"
+                     "  --json  print a JSON array of objects with 'index' and 'label'\n"
+                     "\n"
+                     "Exit status: 0 shown, 1 the preferences cannot be read, 2 wrong usage.\n");
+}
 
 ExitStatus runListCommand(CommandContext &context, const CommandArguments &arguments) {
     constexpr std::array<OptionRule, 1> Rules = {{{"json", false}}};
@@ -47,7 +51,7 @@ ExitStatus runListCommand(CommandContext &context, const CommandArguments &argum
         return usageError("list", parsed.error);
     }
     if (!parsed.operands.empty()) {
-        return usageError("list", "unexpected '" + parsed.operands.front() + "'");
+        return usageError("list", localized("unexpected '%1'", {parsed.operands.front()}));
     }
     const auto presets = readPresets(context);
     if (!presets) {

@@ -2,10 +2,12 @@
 #include "Command.h"
 #include "Options.h"
 #include "ParentFolder.h"
+#include "Translation.h"
 
 #include "hotkeys/HotKeyAdvice.h"
 #include "platform/posix/PosixHotKeyStatement.h"
 #include "platform/posix/PosixUserFolders.h"
+#include "presets/ORVPresetChecker.h"
 
 #include <array>
 #include <cerrno>
@@ -18,33 +20,63 @@ namespace {
 
 constexpr const char *Name = "menu";
 constexpr std::array<OptionRule, 1> Rules = {{{"in", true}}};
+constexpr const char *CommandToBind = "orvane menu";
+/// What the way by terminal begins with, where there is one; commands follow.
+constexpr const char *InTerminal = forTranslation("Or in a terminal, if you have no custom shortcuts yet:");
+
+std::string_view currentDesktop() {
+    const char *const desktop = std::getenv("XDG_CURRENT_DESKTOP");
+    return desktop == nullptr ? "" : desktop;
+}
+
+/// How a key is bound on this desktop.
+std::string localizedInstructions() {
+    const ORVHotKeyTexts texts = ORVHotKeyTextsOf(currentDesktop());
+    std::string text = localized(texts.start, {CommandToBind}) + " " + localized(texts.place, {CommandToBind});
+    std::string shell = ORVTextWithArguments(texts.shell, {CommandToBind});
+    if (shell.starts_with(InTerminal)) {
+        shell.replace(0, std::strlen(InTerminal), localized(InTerminal));
+    }
+    return text + (shell.empty() ? "" : " ") + shell;
+}
+
+/// What a helper says in English, which may end in how a key is bound on its desktop, most likely this one.
+std::string localizedStatement(const std::string &statement) {
+    const std::string advice = ORVHotKeyAdvice(currentDesktop());
+    if (!statement.ends_with(advice)) {
+        return localizedSentence(statement);
+    }
+    const std::string why = statement.substr(0, statement.size() - advice.size());
+    const std::string said = why.empty() ? "" : localizedSentence(why.substr(0, why.find_last_not_of(' ') + 1)) + " ";
+    return said + localized(ORVHotKeyTextsOf(currentDesktop()).why) + " " + localizedInstructions();
+}
 
 } // namespace
-
-const char MenuCommandHelp[] = "Usage: orvane menu [--in DIR]\n"
-                               "\n"
-                               "Pops the running helper's menu up, and starts the helper first when it does not run.\n"
-                               "Bind this command to a key in the desktop's settings where programs cannot register hot\n"
-                               "keys themselves, as on most Wayland desktops, or use it as an entry of a file manager's\n"
-                               "context menu.\n"
-                               "\n"
-                               "  --in DIR   make the chosen preset's folder in DIR; without it in the folder of the\n"
-                               "             front window, or where the helper asks for\n"
-                               "\n"
-                               "Exit status: 0 the helper has taken it, 1 no session bus or no helper, 2 wrong usage.\n";
 
 std::span<const OptionRule> menuCommandOptions() {
     return Rules;
 }
 
-/// What the running helper says of its hot key; when none runs, how a key is bound on this desktop.
-std::string menuCommandMoreHelp() {
+/// At its end: what the running helper says of its hot key; when none runs, how a key is bound on this desktop.
+std::string menuCommandHelp() {
+    std::string text = localized("Usage: orvane menu [--in DIR]\n"
+                                 "\n"
+                                 "Pops the running helper's menu up, and starts the helper first when it does not\n"
+                                 "run. Bind this command to a key in the desktop's settings where programs cannot\n"
+                                 "register hot keys themselves, as on most Wayland desktops, or use it as an entry\n"
+                                 "of a file manager's context menu.\n"
+                                 "\n"
+                                 "  --in DIR   make the chosen preset's folder in DIR; without it in the folder of\n"
+                                 "             the front window, or where the helper asks for\n"
+                                 "\n"
+                                 "Exit status: 0 the helper has taken it, 1 no session bus or no helper, 2 wrong\n"
+                                 "usage.\n");
+    text += '\n';
     PosixUserFolders folders;
     if (const auto statement = PosixHotKeyStatement::ofDirectory(folders.stateDirectory())) {
-        return "\nThe running helper says: " + *statement + "\n";
+        return text + localized("The running helper says: %1", {localizedStatement(*statement)}) + "\n";
     }
-    const char *const desktop = std::getenv("XDG_CURRENT_DESKTOP");
-    return "\nOn this desktop: " + ORVHotKeyInstructions(desktop == nullptr ? "" : desktop) + "\n";
+    return text + localized("On this desktop: %1", {localizedInstructions()}) + "\n";
 }
 
 ExitStatus runMenuCommand(CommandContext & /*context*/, const CommandArguments &arguments) {
@@ -53,18 +85,18 @@ ExitStatus runMenuCommand(CommandContext & /*context*/, const CommandArguments &
         return usageError(Name, parsed.error);
     }
     if (!parsed.operands.empty()) {
-        return usageError(Name, "unexpected '" + parsed.operands.front() + "'");
+        return usageError(Name, localized("unexpected '%1'", {parsed.operands.front()}));
     }
     CommandArguments words{"menu"};
     if (const auto in = parsed.lastValue("in")) {
         std::string problem;
         words.push_back(parentFolder(in, problem));
         if (!problem.empty()) {
-            return usageError(Name, "--in: " + problem);
+            return usageError(Name, withReason("--in", problem));
         }
     }
     becomeBusProgram(words);
-    return failure("Menu not shown", std::string("orvane-bus cannot be started: ") + std::strerror(errno));
+    return failure(localized("Menu not shown"), localized("orvane-bus cannot be started: %1", {textOfError(errno)}));
 }
 
 } // namespace orvane

@@ -1,15 +1,19 @@
 #include "Command.h"
 #include "Options.h"
+#include "Translation.h"
 
 #include "presets/ORVPresetManager.h"
 
 namespace orvane {
 
-const char NotifyCommandHelp[] = "Usage: orvane notify\n"
-                                 "\n"
-                                 "Tells the running helper that the preferences have changed, so that it reads them anew.\n"
-                                 "\n"
-                                 "Exit status: 0 sent, 1 no session bus, 2 wrong usage.\n";
+std::string notifyCommandHelp() {
+    return localized("Usage: orvane notify\n"
+                     "\n"
+                     "Tells the running helper that the preferences have changed, so that it reads\n"
+                     "them anew.\n"
+                     "\n"
+                     "Exit status: 0 sent, 1 no session bus, 2 wrong usage.\n");
+}
 
 ExitStatus runNotifyCommand(CommandContext &context, const CommandArguments &arguments) {
     const ParsedOptions parsed = parseOptions(arguments, {});
@@ -17,10 +21,10 @@ ExitStatus runNotifyCommand(CommandContext &context, const CommandArguments &arg
         return usageError("notify", parsed.error);
     }
     if (!parsed.operands.empty()) {
-        return usageError("notify", "unexpected '" + parsed.operands.front() + "'");
+        return usageError("notify", localized("unexpected '%1'", {parsed.operands.front()}));
     }
     if (!context.notifications.post(ORVPresetConfigurationChangedNotification)) {
-        return failure("Not sent", "the session bus cannot be reached");
+        return failure(localized("Not sent"), localized("the session bus cannot be reached"));
     }
     return ExitStatus::Success;
 }

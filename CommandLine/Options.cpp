@@ -1,5 +1,7 @@
 #include "Options.h"
 
+#include "Translation.h"
+
 #include <algorithm>
 
 namespace orvane {
@@ -17,13 +19,13 @@ const OptionRule *ruleNamed(std::string_view name, std::span<const OptionRule> r
             continue;
         }
         if (found != nullptr) {
-            error = "option '--" + std::string(name) + "' is ambiguous";
+            error = localized("option '--%1' is ambiguous", {std::string(name)});
             return nullptr;
         }
         found = &rule;
     }
     if (found == nullptr) {
-        error = "unknown option '--" + std::string(name) + "'";
+        error = localized("unknown option '%1'", {"--" + std::string(name)});
     }
     return found;
 }
@@ -36,17 +38,16 @@ void takeOption(std::span<const std::string> words, std::size_t &position, std::
     if (rule == nullptr) {
         return;
     }
-    const std::string shown = "option '--" + std::string(rule->name) + "'";
     GivenOption option{rule->name, {}};
     if (equals != std::string_view::npos) {
         if (!rule->takesValue) {
-            result.error = shown + " takes no value";
+            result.error = localized("option '--%1' takes no value", {std::string(rule->name)});
             return;
         }
         option.value = word.substr(equals + 1);
     } else if (rule->takesValue) {
         if (position + 1 == words.size()) {
-            result.error = shown + " needs a value";
+            result.error = localized("option '--%1' needs a value", {std::string(rule->name)});
             return;
         }
         option.value = words[++position];
@@ -77,7 +78,7 @@ ParsedOptions parseOptions(std::span<const std::string> words, std::span<const O
         } else if (word[1] == '-') {
             takeOption(words, position, rules, result);
         } else {
-            result.error = "unknown option '" + word + "'";
+            result.error = localized("unknown option '%1'", {word});
         }
     }
     return result;

@@ -1,8 +1,9 @@
 #include "ParentFolder.h"
 
+#include "Translation.h"
+
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <memory>
 #include <string_view>
 #include <sys/stat.h>
@@ -28,18 +29,18 @@ std::string parentFolder(const std::optional<std::string> &in, std::string &prob
     if (!in) {
         const OwnedText current(::getcwd(nullptr, 0));
         if (!current || *current != '/') { // Linux: "(unreachable)" stands before a folder outside of the root
-            problem = std::string("the current folder cannot be used: ") + std::strerror(current ? ENOENT : errno);
+            problem = localized("the current folder cannot be used: %1", {textOfError(current ? ENOENT : errno)});
             return {};
         }
         return current.get();
     }
     struct stat status {};
     if (::stat(in->c_str(), &status) != 0) {
-        problem = "'" + *in + "' cannot be used: " + std::strerror(errno);
+        problem = localized("'%1' cannot be used: %2", {*in, textOfError(errno)});
         return {};
     }
     if (!S_ISDIR(status.st_mode)) {
-        problem = "'" + *in + "' is not a folder";
+        problem = localized("'%1' is not a folder", {*in});
         return {};
     }
     if (in->front() == '/' && !hasDotComponents(*in)) {
@@ -47,7 +48,7 @@ std::string parentFolder(const std::optional<std::string> &in, std::string &prob
     }
     const OwnedText whole(::realpath(in->c_str(), nullptr));
     if (!whole) {
-        problem = "'" + *in + "' cannot be used: " + std::strerror(errno);
+        problem = localized("'%1' cannot be used: %2", {*in, textOfError(errno)});
         return {};
     }
     return whole.get();

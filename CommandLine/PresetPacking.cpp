@@ -1,6 +1,7 @@
 #include "PresetPacking.h"
 
 #include "CommandSupport.h"
+#include "Translation.h"
 
 #include "platform/posix/FileDescriptor.h"
 #include "presets/ORVFileHelpers.h"
@@ -10,7 +11,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <memory>
 #include <unordered_map>
 
@@ -40,11 +40,13 @@ std::optional<PresetPartsReader::File> PresetPartsReader::_readResource(const st
     const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     struct stat status {};
     if (!file || ::fstat(file.get(), &status) != 0) {
-        why = std::strerror(errno);
+        why = textOfError(errno);
         return std::nullopt;
     }
     if (!S_ISREG(status.st_mode) || status.st_size > LargestContent) {
-        why = S_ISDIR(status.st_mode) ? "it is a folder" : S_ISREG(status.st_mode) ? "it is larger than 1 GiB" : "it is no ordinary file";
+        why = S_ISDIR(status.st_mode)   ? localized("it is a folder")
+              : S_ISREG(status.st_mode) ? localized("it is larger than 1 GiB")
+                                        : localized("it is no ordinary file");
         return std::nullopt;
     }
     File result{std::string(static_cast<std::size_t>(status.st_size), '\0'), status.st_mode & 0777U};
@@ -52,7 +54,7 @@ std::optional<PresetPartsReader::File> PresetPartsReader::_readResource(const st
     while (done < result.bytes.size()) {
         const ssize_t count = uninterrupted([&] { return ::read(file.get(), &result.bytes[done], result.bytes.size() - done); });
         if (count < 0) {
-            why = std::strerror(errno);
+            why = textOfError(errno);
             return std::nullopt;
         }
         if (count == 0) {
@@ -67,24 +69,24 @@ std::optional<PresetPartsReader::File> PresetPartsReader::_readResource(const st
 ORVPackedPreset PresetPartsReader::read(const PropertyList &preset) {
     ORVPackedPreset parts{preset, {}, std::nullopt};
     for (std::string &name : ORVContentNamesOfPreset(preset.root())) {
-        if (const File *file = _read(ORVFileContentFolder, name, "the content file")) {
+        if (const File *file = _read(ORVFileContentFolder, name, forTranslation("the content file '%1' is left out: %2"))) {
             parts.contents.push_back({std::move(name), file->bytes, file->mode});
         }
     }
     std::string script = ORVTextValue(preset.root().find("scriptFile"));
     if (!script.empty()) {
-        if (const File *file = _read(ORVScriptsFolder, script, "the script")) {
+        if (const File *file = _read(ORVScriptsFolder, script, forTranslation("the script '%1' is left out: %2"))) {
             parts.script = ORVPackedScript{std::move(script), file->bytes};
         }
     }
     return parts;
 }
 
-const PresetPartsReader::File *PresetPartsReader::_read(std::string_view folder, const std::string &name, const char *what) {
+const PresetPartsReader::File *PresetPartsReader::_read(std::string_view folder, const std::string &name, const char *warning) {
     std::string why;
     auto file = _readResource(stringByAppendingPathComponent(stringByAppendingPathComponent(_supportPath, folder), name), why);
     if (!file) {
-        _warn(std::string(what) + " '" + name + "' is left out: " + why);
+        _warn(localized(warning, {name, why}));
         return nullptr;
     }
     return &_files.emplace_back(std::move(*file));
@@ -110,7 +112,7 @@ bool PresetAddition::storeResources(std::string &problem) {
         packed.erase(name);
     }
     for (const auto &[name, content] : packed) {
-        _warn("the content file '" + std::string(name) + "' is not used by the preset: left out");
+        _warn(localized("the content file '%1' is not used by the preset: left out", {std::string(name)}));
     }
     return _storeScript(problem);
 }
@@ -129,7 +131,7 @@ bool PresetAddition::_storeContent(const ORVPackedContent &content, std::string 
     const std::string safe = ORVSafeFileName(content.name);
     const auto stored = _contents.addBytes(safe.empty() ? "Content" : safe, content.data, content.mode.value_or(UsualContentMode));
     if (!stored) {
-        problem = "the content file '" + content.name + "' cannot be stored: " + std::strerror(errno);
+        problem = localized("the content file '%1' cannot be stored: %2", {content.name, textOfError(errno)});
         return false;
     }
     if (*stored != content.name) {
@@ -140,7 +142,7 @@ bool PresetAddition::_storeContent(const ORVPackedContent &content, std::string 
 
 /// A name without contents in the file stays, as far as it is one.
 void PresetAddition::_keepContentName(const std::string &name) {
-    _warn("the contents of '" + name + "' are not in the file");
+    _warn(localized("the contents of '%1' are not in the file", {name}));
     std::string safe = ORVSafeFileName(name);
     if (safe != name) {
         _names.contents.emplace(name, std::move(safe));
@@ -151,20 +153,20 @@ bool PresetAddition::_storeScript(std::string &problem) {
     const std::string name = ORVTextValue(_parts.preset.root().find("scriptFile"));
     const bool isPacked = _parts.script && _parts.script->name == name;
     if (_parts.script && !isPacked) {
-        _warn("the script '" + _parts.script->name + "' is not the preset's: left out");
+        _warn(localized("the script '%1' is not the preset's: left out", {_parts.script->name}));
     }
     if (name.empty()) {
         return true;
     }
     const std::string safe = ORVSafeFileName(name);
     if (!isPacked) {
-        _warn("the script '" + name + "' is not in the file");
+        _warn(localized("the script '%1' is not in the file", {name}));
         _names.script = safe == name ? std::nullopt : std::optional(safe);
         return true;
     }
     _script = _scripts.addBytes(safe.empty() ? "Script" : safe, _parts.script->data, ScriptMode);
     if (!_script) {
-        problem = "the script '" + name + "' cannot be stored: " + std::strerror(errno);
+        problem = localized("the script '%1' cannot be stored: %2", {name, textOfError(errno)});
         return false;
     }
     _names.script = *_script == name ? std::nullopt : _script;

@@ -18,7 +18,7 @@
 
 namespace orvane {
 
-/// Told of what is left out or missing, one line in English each.
+/// Told of what is left out or missing, one line each.
 using PackingWarning = std::function<void(const std::string &text)>;
 
 /// Gathers a preset's parts from the support folder. What is missing is warned of and left out.
@@ -38,7 +38,7 @@ private:
         mode_t mode = 0;
     };
     [[nodiscard]] static std::optional<File> _readResource(const std::string &path, std::string &why);
-    [[nodiscard]] const File *_read(std::string_view folder, const std::string &name, const char *what);
+    [[nodiscard]] const File *_read(std::string_view folder, const std::string &name, const char *warning);
 
     std::string _supportPath;
     PackingWarning _warn;

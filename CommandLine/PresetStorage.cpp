@@ -1,6 +1,7 @@
 #include "PresetStorage.h"
 
 #include "CommandSupport.h"
+#include "Translation.h"
 
 #include "menubar/MenuBarController.h"
 #include "platform/posix/FileDescriptor.h"
@@ -11,7 +12,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -20,6 +20,8 @@
 namespace orvane {
 
 namespace {
+
+constexpr const char *NotStored = forTranslation("Preset not stored");
 
 /// The first bytes of a regular file; nothing for anything else, which is never opened for long.
 std::optional<std::string> readHead(const std::string &path, std::size_t bytes) {
@@ -44,6 +46,32 @@ public:
     [[nodiscard]] ORVScriptState stateOfScript(std::string_view) override { return ORVScriptState::Usable; }
 };
 
+std::string nameOfSeverity(ORVProblemSeverity severity) {
+    switch (severity) {
+    case ORVProblemSeverity::Note:
+        return localized("note");
+    case ORVProblemSeverity::Warning:
+        return localized("warning");
+    case ORVProblemSeverity::Error:
+        break;
+    }
+    return localized("error");
+}
+
+/// The engine's text for a problem. What stands there without quotation marks is a number or the kind of a value, in words of the
+/// engine; the rest comes from the preset.
+std::string textOfProblem(const ORVPresetProblem &problem) {
+    const std::string_view format = problem.format;
+    std::vector<std::string> arguments = problem.arguments;
+    for (std::size_t i = 0; i < arguments.size() && i < 9; ++i) {
+        const std::size_t place = format.find("%" + std::to_string(i + 1));
+        if (place == 0 || (place != std::string_view::npos && format[place - 1] == ' ')) {
+            arguments[i] = localized(arguments[i].c_str());
+        }
+    }
+    return localized(problem.format, arguments);
+}
+
 /// Opens a file for reading, or takes standard input.
 int openForReading(const std::string &path, std::string &why) {
     if (path == "-") {
@@ -51,7 +79,7 @@ int openForReading(const std::string &path, std::string &why) {
     }
     const int file = ::open(path.c_str(), O_RDONLY | O_NOCTTY | O_CLOEXEC);
     if (file < 0) {
-        why = std::strerror(errno);
+        why = textOfError(errno);
     }
     return file;
 }
@@ -61,7 +89,7 @@ int openForReading(const std::string &path, std::string &why) {
 std::optional<std::size_t> appendPreset(CommandContext &context, const PropertyList &preset, const std::function<void()> &aboutToStore) {
     const auto lock = context.preferences.lock();
     if (!lock) {
-        failure("Preset not stored", "the preferences cannot be locked, or another program holds them for too long.");
+        failure(localized(NotStored), localized("the preferences cannot be locked, or another program holds them for too long."));
         return std::nullopt;
     }
     const auto presets = readPresets(context);
@@ -70,7 +98,7 @@ std::optional<std::size_t> appendPreset(CommandContext &context, const PropertyL
     }
     const auto stored = context.preferences.copyAppValue(ORVPresetsKey);
     if (stored && !stored->root().isArray()) {
-        failure("Preset not stored", "the preferences hold something else than a list of presets, which is left as it is.");
+        failure(localized(NotStored), localized("the preferences hold something else than a list of presets, which is left as it is."));
         return std::nullopt;
     }
     PropertyListBuilder builder;
@@ -87,7 +115,7 @@ std::optional<std::size_t> appendPreset(CommandContext &context, const PropertyL
         context.preferences.setAppValue(ORVShowMenubarKey, shown.finish(PropertyListValue::ofBoolean(true)));
     }
     if (!context.preferences.synchronize()) {
-        failure("Preset not stored", pathOfPreferences(context.folders) + ": the preferences cannot be written.");
+        failure(localized(NotStored), localized("%1: the preferences cannot be written.", {pathOfPreferences(context.folders)}));
         return std::nullopt;
     }
     context.notifications.post(ORVPresetConfigurationChangedNotification); // without anybody to tell there is nothing to do
@@ -101,7 +129,8 @@ std::unique_ptr<ORVPresetResources> storedResources(CommandContext &context) {
 
 std::string lineOfProblem(const ORVPresetProblem &problem, const PropertyListValue &preset) {
     const std::string place = ORVTextOfPlace(problem.place, preset);
-    return printable((place.empty() ? "" : place + ": ") + ORVNameOfSeverity(problem.severity) + ": " + problem.text());
+    const std::string said = withReason(nameOfSeverity(problem.severity), textOfProblem(problem));
+    return printable(place.empty() ? said : withReason(place, said));
 }
 
 bool refusesNeverEnding(const PropertyListValue &preset, Refusal reason) {
@@ -114,7 +143,7 @@ bool refusesNeverEnding(const PropertyListValue &preset, Refusal reason) {
     if (found == problems.end()) {
         return false;
     }
-    failure("Preset refused", lineOfProblem(*found, preset));
+    failure(localized("Preset refused"), lineOfProblem(*found, preset));
     return true;
 }
 
@@ -126,17 +155,17 @@ std::optional<PropertyList> readPropertyListFile(const std::string &path, std::s
     }
     struct stat status {};
     if (::fstat(file, &status) == 0 && S_ISDIR(status.st_mode)) {
-        why = "it is a folder";
+        why = localized("it is a folder");
         return std::nullopt;
     }
     PropertyListReport report;
     auto document = readPropertyList(file, &report);
-    why = report.why;
+    why = localizedSentence(report.why);
     return document;
 }
 
 void warn(std::string_view text) {
-    writeStandardError("orvane: warning: " + printable(text) + "\n");
+    writeStandardError("orvane: " + localized("warning: %1", {printable(text)}) + "\n");
 }
 
 } // namespace orvane

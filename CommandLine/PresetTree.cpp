@@ -1,5 +1,7 @@
 #include "PresetTree.h"
 
+#include "Translation.h"
+
 #include "ports/FinderLabel.h"
 #include "presets/ORVFileHelpers.h"
 #include "presets/ORVNameTemplate.h"
@@ -37,10 +39,23 @@ TreeItem itemOfNode(const PropertyListValue &node, std::size_t depth) {
 }
 
 /// Why the scan of a name does not end.
-std::string endlessName(std::string_view kind, std::string_view name) {
+std::string endlessName(std::string_view name, const char *opening, const char *closing) {
     const bool opens = ORVScanTemplate(name).ending == ORVScanEnding::OpenBraceAtEnd;
-    const std::string_view why = opens ? "ends in an opening brace" : "ends in an escaped closing brace while a variable is open";
-    return std::string(kind) + " '" + std::string(name) + "' " + std::string(why) + ", so that looking for its variables would never end";
+    return localized(opens ? opening : closing, {std::string(name)});
+}
+
+std::string endlessFolderName(std::string_view name) {
+    return endlessName(name,
+                       forTranslation("the folder name '%1' ends in an opening brace, so that looking for its variables would never end"),
+                       forTranslation("the folder name '%1' ends in an escaped closing brace while a variable is open, so that looking "
+                                      "for its variables would never end"));
+}
+
+std::string endlessItemName(std::string_view name) {
+    return endlessName(
+        name, forTranslation("the name '%1' ends in an opening brace, so that looking for its variables would never end"),
+        forTranslation("the name '%1' ends in an escaped closing brace while a variable is open, so that looking for its variables "
+                       "would never end"));
 }
 
 } // namespace
@@ -69,9 +84,9 @@ Tree treeOfPreset(const PropertyListValue &preset) {
 
 std::string endlessTemplate(const ORVPresetSurvey &survey) {
     if (survey.endlessDirectoryName) {
-        return endlessName("the folder name", *survey.endlessDirectoryName);
+        return endlessFolderName(*survey.endlessDirectoryName);
     }
-    return survey.tree.endless() ? endlessName("the name", *survey.tree.endless()) : std::string();
+    return survey.tree.endless() ? endlessItemName(*survey.tree.endless()) : std::string();
 }
 
 } // namespace orvane

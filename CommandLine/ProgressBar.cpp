@@ -1,12 +1,14 @@
 #include "ProgressBar.h"
 
 #include "CommandSupport.h"
+#include "Translation.h"
 
 #include <algorithm>
 #include <csignal>
 #include <sys/ioctl.h>
 #include <system_error>
 #include <unistd.h>
+#include <vector>
 
 namespace orvane {
 
@@ -80,7 +82,8 @@ void ProgressBar::_run() {
 std::string ProgressBar::line(std::size_t nodes, std::size_t total, bool unicode, std::size_t columns) {
     const std::size_t done = std::min(nodes, total);
     const std::size_t percent = total == 0 ? 100 : done * 100 / total;
-    const std::string count = " " + std::to_string(percent) + " %  " + std::to_string(done) + " of " + std::to_string(total);
+    const std::vector<std::string> numbers{std::to_string(done), std::to_string(total)};
+    const std::string count = " " + std::to_string(percent) + " %  " + localized("%1 of %2", numbers);
     if (columns < count.size() + 4) { // no room for a bar
         return count.substr(1, columns);
     }

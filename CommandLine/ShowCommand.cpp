@@ -6,6 +6,7 @@
 #include "Options.h"
 #include "PresetEngine.h"
 #include "PresetTree.h"
+#include "Translation.h"
 #include "TreeDrawing.h"
 
 #include "presets/ORVPropertyListReading.h"
@@ -67,50 +68,67 @@ std::string jsonOfPreset(const ShownPreset &preset) {
     return writer.text() + "\n";
 }
 
-std::string textOfVariables(const std::vector<PromptValueRow> &variables) {
-    if (variables.empty()) {
-        return "variables:  none\n";
-    }
+/// The text, followed by as many blanks as it takes to reach the next column.
+std::string filledUp(std::string text, std::size_t width) {
+    const std::size_t columns = columnsOf(text);
+    return text.append(width > columns ? width - columns : 0, ' ').append("  ");
+}
+
+std::string linesOfVariables(const std::vector<PromptValueRow> &variables) {
     std::size_t width = 0;
     for (const PromptValueRow &row : variables) {
-        width = std::max(width, printable(row.key).size());
+        width = std::max(width, columnsOf(printable(row.key)));
     }
-    std::string text = "variables:\n";
+    std::string text;
     for (const PromptValueRow &row : variables) {
-        std::string name = printable(row.key);
-        if (!row.value.empty()) {
-            name.append(width - name.size(), ' ').append("  ").append(printable(row.value));
-        }
-        text += "  " + name + "\n";
+        const std::string name = printable(row.key);
+        text += "  " + (row.value.empty() ? name : filledUp(name, width) + printable(row.value)) + "\n";
     }
     return text;
 }
 
 std::string textOfPreset(const ShownPreset &preset, const TextStyle &style) {
-    std::string text = "preset:     " + std::to_string(preset.index) + "  " + printable(preset.label.value_or("(no label)")) + "\n";
-    text += "name:       " + printable(preset.nameTemplate) + "\n";
-    text += preset.problem.empty() ? textOfVariables(preset.variables) : "variables:  " + printable(preset.problem) + "\n";
-    text += "script:     " + (preset.script.empty() ? "none" : printable(preset.script)) + "\n\n";
+    const std::array<const char *, 4> headings = {localized("preset:"), localized("name:"), localized("variables:"), localized("script:")};
+    std::size_t width = 0;
+    for (const char *const heading : headings) {
+        width = std::max(width, columnsOf(heading));
+    }
+    std::string text = filledUp(headings[0], width) + std::to_string(preset.index) + "  " +
+                       printable(preset.label.value_or(localized("(no label)"))) + "\n";
+    text += filledUp(headings[1], width) + printable(preset.nameTemplate) + "\n";
+    if (!preset.problem.empty()) {
+        text += filledUp(headings[2], width) + printable(preset.problem) + "\n";
+    } else if (preset.variables.empty()) {
+        text += filledUp(headings[2], width) + localized("no variables") + "\n";
+    } else {
+        text += std::string(headings[2]) + "\n" + linesOfVariables(preset.variables);
+    }
+    text += filledUp(headings[3], width);
+    text += (preset.script.empty() ? localized("none") : printable(preset.script)) + "\n\n";
     return text + drawTree(preset.tree, style) + "\n" + countOfTree(preset.tree) + "\n";
 }
 
 } // namespace
 
-const char ShowCommandHelp[] = "Usage: orvane show PRESET [--json]\n"
-                               "\n"
-                               "Shows a preset: the template of its folder's name, its variables in the order in which\n"
-                               "they are asked for, each with the value that is offered, and the tree of its folders\n"
-                               "and files with modes, labels and content files.\n"
-                               "\n"
-                               "  --json  print one JSON object\n"
-                               "\n"
-                               "Exit status: 0 shown, 1 the preferences cannot be read, 2 wrong usage.\n";
+std::string showCommandHelp() {
+    return localized("Usage: orvane show PRESET [--json]\n"
+                     "\n"
+                     "Shows a preset: the template of its folder's name, its variables in the order\n"
+                     "in which they are asked for, each with the value that is offered, and the tree\n"
+                     "of its folders and files with modes, labels and content files.\n"
+                     "\n"
+                     "  --json  print one JSON object\n"
+                     "\n"
+                     "Exit status: 0 shown, 1 the preferences cannot be read, 2 wrong usage.\n");
+}
 
 ExitStatus runShowCommand(CommandContext &context, const CommandArguments &arguments) {
     constexpr std::array<OptionRule, 1> Rules = {{{"json", false}}};
     const ParsedOptions parsed = parseOptions(arguments, Rules);
     if (!parsed.error.empty() || parsed.operands.size() != 1) {
-        return usageError(Name, !parsed.error.empty() ? parsed.error : parsed.operands.empty() ? "which preset?" : "one preset at a time");
+        return usageError(Name, !parsed.error.empty()     ? parsed.error
+                                : parsed.operands.empty() ? localized("which preset?")
+                                                          : localized("one preset at a time"));
     }
     const auto presets = readPresets(context);
     if (!presets) {

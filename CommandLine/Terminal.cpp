@@ -5,9 +5,11 @@
 
 #include <array>
 #include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 #include <fcntl.h>
 #include <unistd.h>
+#include <uniwidth.h>
 
 namespace orvane {
 
@@ -59,6 +61,11 @@ bool environmentHasUTF8() {
         }
     }
     return codeset == "utf8";
+}
+
+std::size_t columnsOf(std::string_view text) {
+    const int columns = ::u8_width(reinterpret_cast<const std::uint8_t *>(text.data()), text.size(), "UTF-8");
+    return columns > 0 ? static_cast<std::size_t>(columns) : 0;
 }
 
 TextStyle styleOfDescriptor(int descriptor) {

@@ -24,6 +24,9 @@ struct TextStyle {
 /// the name alone, since loading the locale would cost more than the rest of the start.
 [[nodiscard]] bool environmentHasUTF8();
 
+/// How many columns a terminal needs for a text of one line in UTF-8 (Unicode Standard Annex 11; marks take none).
+[[nodiscard]] std::size_t columnsOf(std::string_view text);
+
 /// Somebody at a keyboard who can be asked for lines of text.
 class Terminal {
 public:

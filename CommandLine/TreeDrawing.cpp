@@ -1,6 +1,7 @@
 #include "TreeDrawing.h"
 
 #include "Command.h"
+#include "Translation.h"
 
 #include "ports/FinderLabel.h"
 
@@ -32,6 +33,16 @@ constexpr std::string_view ProblemColor = "\033[1;31m";
 constexpr std::array<std::string_view, 8> LabelColors = {"",         "\033[90m", "\033[32m", "\033[35m",
                                                          "\033[34m", "\033[33m", "\033[31m", "\033[38;5;208m"};
 
+/// By label number.
+constexpr std::array<const char *, 8> ColorNames = {"",
+                                                    forTranslation("gray"),
+                                                    forTranslation("green"),
+                                                    forTranslation("purple"),
+                                                    forTranslation("blue"),
+                                                    forTranslation("yellow"),
+                                                    forTranslation("red"),
+                                                    forTranslation("orange")};
+
 /// For each item, whether no later one stands in the same folder.
 std::vector<bool> lastOnes(std::span<const TreeItem> tree) {
     std::vector<bool> isLast(tree.size());
@@ -52,7 +63,7 @@ public:
 
     void add(const TreeItem &item, bool isLast) {
         _addBranch(item, isLast);
-        _addColored(item.isFolder ? FolderColor : "", _shown(item.name.empty() ? std::string_view("(no name)") : item.name));
+        _addColored(item.isFolder ? FolderColor : "", _shown(item.name.empty() ? std::string_view(localized("(no name)")) : item.name));
         _text += item.isFolder ? "/" : "";
         _addDetails(item);
         if (!item.problem.empty()) {
@@ -78,7 +89,7 @@ private:
         }
         _text += isLast ? _branches.corner : _branches.tee;
         if (item.depth > DeepestDrawn) {
-            _text += "[level " + std::to_string(item.depth) + "] ";
+            _text += localized("[level %1]", {std::to_string(item.depth)}) + " ";
         }
     }
 
@@ -92,7 +103,7 @@ private:
             const auto label = static_cast<std::size_t>(item.label);
             _text += "  ";
             _addColored(LabelColors[label], _branches.dot);
-            _addColored(Quiet, " " + std::string(FinderLabelColors[label]));
+            _addColored(Quiet, std::string(" ") + localized(ColorNames[label]));
         }
         if (!item.content.empty()) {
             _addColored(Quiet, "  <- " + _shown(item.content));
@@ -129,10 +140,6 @@ void writeItem(JSONWriter &writer, const TreeItem &item) {
     if (item.isFolder) {
         writer.key("children").beginArray();
     }
-}
-
-std::string counted(std::size_t count, std::string_view one) {
-    return std::to_string(count) + " " + std::string(one) + (count == 1 ? "" : "s");
 }
 
 } // namespace
@@ -174,7 +181,8 @@ void writeTree(JSONWriter &writer, std::span<const TreeItem> tree) {
 std::string countOfTree(std::span<const TreeItem> tree) {
     const auto folders =
         static_cast<std::size_t>(std::count_if(tree.begin(), tree.end(), [](const TreeItem &item) { return item.isFolder; }));
-    return counted(folders, "folder") + ", " + counted(tree.size() - folders, "file");
+    const std::string text = localizedCount("%1 folder", "%1 folders", folders);
+    return text + ", " + localizedCount("%1 file", "%1 files", tree.size() - folders);
 }
 
 } // namespace orvane

@@ -32,34 +32,39 @@ namespace {
 using namespace orvane;
 
 constexpr std::array<Command, 10> Commands = {{
-    {"list", "show the presets", ListCommandHelp, runListCommand},
-    {"show", "show one preset: its variables and its tree", ShowCommandHelp, runShowCommand},
-    {"create", "make a preset's folder", CreateCommandHelp, runCreateCommand, createCommandOptions},
-    {"import", "make a preset from an existing folder", ImportCommandHelp, runImportCommand, importCommandOptions},
-    {"export", "write a preset to a file", ExportCommandHelp, runExportCommand},
-    {"add", "add the preset in a file", AddCommandHelp, runAddCommand},
-    {"check", "look for mistakes in presets", CheckCommandHelp, runCheckCommand},
-    {"menu", "pop the helper's menu up", MenuCommandHelp, runMenuCommand, menuCommandOptions, menuCommandMoreHelp},
-    {"notify", "tell the running helper that the preferences have changed", NotifyCommandHelp, runNotifyCommand},
-    {"recover", "show or remove what a creation left that was killed", RecoverCommandHelp, runRecoverCommand},
+    {"list", forTranslation("show the presets"), listCommandHelp, runListCommand},
+    {"show", forTranslation("show one preset: its variables and its tree"), showCommandHelp, runShowCommand},
+    {"create", forTranslation("make a preset's folder"), createCommandHelp, runCreateCommand, createCommandOptions},
+    {"import", forTranslation("make a preset from an existing folder"), importCommandHelp, runImportCommand, importCommandOptions},
+    {"export", forTranslation("write a preset to a file"), exportCommandHelp, runExportCommand},
+    {"add", forTranslation("add the preset in a file"), addCommandHelp, runAddCommand},
+    {"check", forTranslation("look for mistakes in presets"), checkCommandHelp, runCheckCommand},
+    {"menu", forTranslation("pop the helper's menu up"), menuCommandHelp, runMenuCommand, menuCommandOptions},
+    {"notify", forTranslation("tell the running helper that the preferences have changed"), notifyCommandHelp, runNotifyCommand},
+    {"recover", forTranslation("show or remove what a creation left that was killed"), recoverCommandHelp, runRecoverCommand},
 }};
 
 std::string generalHelp() {
-    std::string text = "Usage: orvane COMMAND [ARGUMENT]...\n\nMakes ready-made folder hierarchies from presets.\n\n";
+    std::string text = localized("Usage: orvane COMMAND [ARGUMENT]...\n"
+                                 "\n"
+                                 "Makes ready-made folder hierarchies from presets.\n");
+    text += '\n';
     constexpr std::size_t Column = 8;
     for (const Command &command : Commands) {
         std::string name = command.name;
         name.resize(Column, ' ');
-        text.append("  ").append(name).append(command.summary) += '\n';
+        text.append("  ").append(name).append(localized(command.summary)) += '\n';
     }
-    return text + "\n'orvane COMMAND --help' tells more about a command, 'orvane --version' the version.\n";
+    text += '\n';
+    return text + localized("'orvane COMMAND --help' tells more about a command, 'orvane --version' the\n"
+                            "version.\n");
 }
 
 /// Prints what `--help` or `--version` ask for; false when neither is among the options.
-bool answersGeneralOption(const CommandArguments &words, std::span<const OptionRule> rules, std::string_view help, ExitStatus &status) {
+bool answersGeneralOption(const CommandArguments &words, std::span<const OptionRule> rules, std::string (*help)(), ExitStatus &status) {
     switch (generalOptionIn(words, rules)) {
     case GeneralOption::Help:
-        status = writeStandardOutput(help);
+        status = writeStandardOutput(help());
         return true;
     case GeneralOption::Version:
         status = writeStandardOutput("orvane " ORVANE_VERSION "\n");
@@ -105,30 +110,39 @@ ExitStatus runCommand(const Command &command, const CommandArguments &arguments)
     CommandContext context{preferences, journaled, finderInformation, folders, notifications, &engine, &recovery};
     const ExitStatus status = command.run(context, arguments);
     if (journal.hasSeenRemains()) {
-        writeStandardError("orvane: note: an earlier creation was killed half-way; 'orvane recover' shows what it left\n");
+        const char *const text = localized("note: an earlier creation was killed half-way; 'orvane recover' shows what it left");
+        writeStandardError(std::string("orvane: ") + text + "\n");
     }
     return status;
 }
 
+/// Whether some program reads what comes out: then it is the same in every language, and so is what is said besides.
+bool asksForJSON(const CommandArguments &words) {
+    constexpr std::string_view Option = "--json";
+    const auto end = std::find(words.begin(), words.end(), "--");
+    return std::any_of(words.begin(), end, [&](std::string_view word) { return word.starts_with("--j") && Option.starts_with(word); });
+}
+
 ExitStatus runProgram(CommandArguments words) {
     ExitStatus status = ExitStatus::Success;
+    if (!asksForJSON(words)) {
+        speakUsersLanguage();
+    }
     if (words.empty()) {
         writeStandardError(generalHelp());
         return ExitStatus::Usage;
     }
     const std::string name = words.front();
     if (name.starts_with('-')) {
-        return answersGeneralOption(words, {}, generalHelp(), status) ? status : usageError("", "unknown option '" + name + "'");
+        return answersGeneralOption(words, {}, generalHelp, status) ? status : usageError("", localized("unknown option '%1'", {name}));
     }
     const auto *const command = std::find_if(Commands.begin(), Commands.end(), [&](const Command &known) { return name == known.name; });
     if (command == Commands.end()) {
-        return usageError("", "unknown command '" + name + "'");
+        return usageError("", localized("unknown command '%1'", {name}));
     }
     words.erase(words.begin());
     const auto rules = command->options == nullptr ? std::span<const OptionRule>() : command->options();
-    const bool wantsMore = command->moreHelp != nullptr && generalOptionIn(words, rules) == GeneralOption::Help;
-    const std::string help = wantsMore ? command->help + command->moreHelp() : command->help;
-    return answersGeneralOption(words, rules, help, status) ? status : runCommand(*command, words);
+    return answersGeneralOption(words, rules, command->help, status) ? status : runCommand(*command, words);
 }
 
 } // namespace

@@ -1,6 +1,9 @@
+#include "Translation.h"
+
 #include "platform/dbus/SdBusHelperMenu.h"
 #include "platform/dbus/SdBusNotifications.h"
 
+#include <array>
 #include <cstdio>
 #include <optional>
 #include <string>
@@ -18,6 +21,17 @@ namespace {
 
 enum Status : int { Done = 0, NotDone = 1, WrongUsage = 2 };
 
+using orvane::forTranslation;
+using orvane::localized;
+
+/// What the menu may answer; texts of the bus itself stay as they come.
+[[maybe_unused]] constexpr std::array Answers = {
+    forTranslation("the session bus cannot be reached"),
+    forTranslation("the message cannot be written: texts on the bus are UTF-8"),
+    forTranslation("the helper does not run and cannot be started"),
+    forTranslation("the helper does not answer"),
+};
+
 int notify(std::string_view name) {
     return orvane::SdBusNotifications().post(name) ? Done : NotDone;
 }
@@ -27,13 +41,15 @@ int showMenu(const std::optional<std::string> &folder) {
     if (orvane::SdBusHelperMenu().show(folder, why)) {
         return Done;
     }
-    std::fprintf(stderr, "orvane: Menu not shown: %s\n", why.c_str());
+    const std::string said = orvane::withReason(localized("Menu not shown"), localized(why.c_str()));
+    std::fprintf(stderr, "orvane: %s\n", said.c_str());
     return NotDone;
 }
 
 } // namespace
 
 int main(int count, char **words) {
+    orvane::speakUsersLanguage();
     const std::string_view verb = count > 1 ? words[1] : "";
     if (verb == "notify" && count == 3) {
         return notify(words[2]);

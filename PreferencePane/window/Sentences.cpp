@@ -10,7 +10,7 @@
 #include <array>
 #include <vector>
 
-// The command line says these sentences too, and never in another language: they are put together where no translation can be looked up.
+// The command line says these sentences too, and looks them up in catalogues of its own; here they come put together, in English.
 // Here they are taken apart again. A sentence comes before those that fit it as well.
 
 namespace orvane {

@@ -32,3 +32,9 @@ if(NOT ORVANE_SANITIZE)
   add_test(NAME lint.hardening COMMAND ${ORVANE_BASH} ${CMAKE_CURRENT_LIST_DIR}/hardening.sh ${orvane_programs})
   set_tests_properties(lint.hardening PROPERTIES LABELS lint TIMEOUT 60)
 endif()
+
+# The texts of the command line in other languages: every one of them, and nothing else.
+find_package(Python3 REQUIRED COMPONENTS Interpreter)
+add_test(NAME lint.commandline-catalogues
+  COMMAND ${Python3_EXECUTABLE} -B ${CMAKE_CURRENT_LIST_DIR}/catalogues_test.py ${PROJECT_SOURCE_DIR})
+set_tests_properties(lint.commandline-catalogues PROPERTIES LABELS lint TIMEOUT 300)

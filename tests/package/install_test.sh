@@ -194,6 +194,8 @@ command_line() {
     made=$(as_user orvane create "Film production" --in "/home/$user/Work" --set Client=Acme --set "Production=Night Train" --no-input --no-open) ||
         made=/nowhere
     check "orvane create makes the folder and runs its script" made_by_command_line "$root$made"
+    # shellcheck disable=SC2016 # for the shell in there
+    check "orvane speaks German and French" in_root bash -c '[[ $(LANGUAGE=de orvane --help) = Aufruf:* && $(LANGUAGE=fr orvane --help) = Utilisation* ]]'
     check "there are manual pages" test -s "$root/usr/share/man/man1/orvane.1.gz" -a -s "$root/usr/share/man/man1/orvane-helper.1.gz" \
         -a -s "$root/usr/share/man/man1/orvane-settings.1.gz"
     # shellcheck disable=SC2016 # for the shell in there

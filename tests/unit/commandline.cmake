@@ -10,5 +10,6 @@ orvane_add_test(NAME unit_commandline LABEL unit
     unit/commandline/OptionsTest.cpp
     unit/commandline/PresetTreeTest.cpp
     unit/commandline/PromptTest.cpp
+    unit/commandline/TranslationTest.cpp
     unit/commandline/TreeDrawingTest.cpp
   LIBRARIES commandline)

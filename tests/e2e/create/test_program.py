@@ -3,6 +3,7 @@
 import os
 import plistlib
 import re
+import shutil
 import subprocess
 import unittest
 
@@ -18,11 +19,11 @@ class Program(OrvaneTest):
         names = {line.split()[0].rsplit("/", 1)[-1].split(".")[0] for line in listed.splitlines() if line.strip() != "statically linked"}
         self.assertLessEqual(names, {"linux-vdso", "libc", "libm", "ld-linux-x86-64", "ld-linux-aarch64"}, listed)
 
-    def calls(self, *words):
+    def calls(self, *words, **env):
         """Number of system calls of a whole run, from execve to exit."""
         counted = os.path.join(self.root, "calls")
         done = subprocess.run(["strace", "-f", "-qq", "-o", counted, "-e", "trace=all", "-e", "signal=none", PROGRAM, *words],
-                              env=self.env, cwd=self.target, stdin=subprocess.DEVNULL, capture_output=True, timeout=DEADLINE,
+                              env={**self.env, **env}, cwd=self.target, stdin=subprocess.DEVNULL, capture_output=True, timeout=DEADLINE,
                               check=False)
         self.assertEqual((done.returncode, done.stderr), (0, b""))
         with open(counted, encoding="utf-8", errors="replace") as lines:
@@ -64,6 +65,15 @@ class Program(OrvaneTest):
             self.assertNotIn(thread, calls)
         self.assertLessEqual(len(self.calls("--version")), 60)
 
+    def test_languages_cost_nothing_before_there_is_something_to_say(self):
+        self.write_presets(preset("P", "{AutoNo}", *[file(str(number)) for number in range(12)]))
+        languages = ({}, {"LC_ALL": "C"}, {"LC_ALL": "", "LANG": "en_US.UTF-8"}, {"LANGUAGE": "en:de"}, {"LANGUAGE": "de"}, {"LANGUAGE": "fr"})
+        self.calls("create", "0", "--no-input")  # a counter begins
+        self.assertEqual(len({tuple(self.calls("create", "0", "--no-input", **each)) for each in languages}), 1)
+        helps = [self.calls("list", "--help", **each) for each in languages]
+        self.assertEqual(helps[:4], helps[:1] * 4)  # the environment alone tells that it is English
+        self.assertLessEqual(len(helps[4]), len(helps[0]) + 40)
+
 
 class Slowly(OrvaneTest):
     """Creations that last, because a tracer holds one of their system calls up."""
@@ -84,6 +94,12 @@ class Slowly(OrvaneTest):
         result = terminal.finish()
         self.assertEqual((result.status, result.out), (0, self.in_target("top") + "\n"))
         self.assertTrue(result.err.endswith("\r\033[K"), repr(result.err))
+
+    def test_how_far_it_is_in_the_users_language(self):
+        self.env["LANGUAGE"] = "de"
+        terminal = self.create_slowly()
+        terminal.read_until(" 33 %  3 von 9")
+        self.assertEqual(terminal.finish().status, 0)
 
     def test_a_short_one_shows_nothing(self):
         result = self.on_terminal("create", "0").finish()
@@ -149,6 +165,36 @@ class Slowly(OrvaneTest):
         terminal.read_until("A: ")
         terminal.type("\x03")
         self.assertEqual(terminal.finish().status, 3)
+
+
+class Killed(OrvaneTest):
+    """Creations that are killed half-way, and what is said of them in each language."""
+
+    def remains(self):
+        self.env["XDG_RUNTIME_DIR"] = self.root
+        shutil.rmtree(self.in_target("top"), ignore_errors=True)
+        self.write_presets(preset("P", "top", *[folder(f"f{number}", file("x")) for number in range(4)]))
+        subprocess.run(["strace", "-f", "-qq", "-o", "/dev/null", "-e", "trace=mkdirat", "-e", "inject=mkdirat:signal=SIGKILL:when=4", PROGRAM,
+                        "create", "0"], env=self.env, cwd=self.target, stdin=subprocess.DEVNULL, capture_output=True, timeout=DEADLINE, check=False)
+        self.assertTrue(os.path.isdir(self.in_target("top", "f1")))
+
+    def test_what_is_left_is_told_in_the_users_language(self):
+        expected = {
+            "en": ("orvane: note: an earlier creation was killed half-way; 'orvane recover' shows what it left\n", " as the creation left them\n",
+                   "  removed "),
+            "de": ("orvane: Hinweis: Ein früheres Anlegen wurde mittendrin gewaltsam beendet; „orvane recover“ zeigt, was davon übrig ist\n",
+                   " Objekte, wie das Anlegen sie hinterließ\n", " Objekte entfernt\n"),
+            "fr": ("orvane: remarque\u00a0: une création précédente a été brutalement interrompue\u202f; «\u00a0orvane recover\u00a0» montre ce qu’elle a "
+                   "laissé\n", " éléments tels que la création les a laissés\n", " éléments supprimés\n"),
+        }
+        for language, (note, left, removed) in expected.items():
+            with self.subTest(language=language):
+                self.remains()
+                other = self._make("other " + language)
+                self.assertEqual(self.create("0", cwd=other, env={"LANGUAGE": language}).err, note)
+                self.assertIn(left, self.run_orvane("recover", env={"LANGUAGE": language}).out)
+                self.assertIn(removed, self.run_orvane("recover", "--remove", env={"LANGUAGE": language}).out)
+                self.assertNothingMade()
 
 
 class Disturbed(OrvaneTest):
