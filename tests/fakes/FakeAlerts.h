@@ -22,8 +22,9 @@ public:
     void runAlertPanel(const std::optional<std::string> &title, const std::optional<std::string> &message) override {
         alerts.push_back({title, message});
         threads.push_back(std::this_thread::get_id());
-        if (whileShown)
+        if (whileShown) {
             whileShown();
+        }
         ++dismissed;
     }
 

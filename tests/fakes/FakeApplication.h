@@ -12,18 +12,21 @@ class FakeApplication final : public Application {
 public:
     [[nodiscard]] bool load() override {
         ++loads;
-        if (whileLoading)
+        if (whileLoading) {
             whileLoading();
-        if (failures == 0)
+        }
+        if (failures == 0) {
             return true;
+        }
         --failures;
         return false;
     }
 
     void activateIgnoringOtherApps(bool ignoring) override {
         activations.push_back(ignoring);
-        if (whenActivated)
+        if (whenActivated) {
             whenActivated();
+        }
     }
 
     std::function<void()> whileLoading;

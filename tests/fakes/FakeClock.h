@@ -16,8 +16,9 @@ public:
     void sleep(std::chrono::microseconds duration) override {
         ++_sleeps;
         _microseconds += static_cast<std::uint64_t>(duration.count());
-        if (onSleep)
+        if (onSleep) {
             onSleep(duration);
+        }
     }
 
     void setSeconds(std::uint64_t seconds) { _microseconds = seconds * 1'000'000; }

@@ -28,24 +28,28 @@ public:
 
     bool post(std::string_view name) override {
         posted.emplace_back(name);
-        if (reachable)
+        if (reachable) {
             arrive(name);
+        }
         return reachable;
     }
 
     /// What a notification from another program does.
     void arrive(std::string_view name) {
         for (const Observer &observer : std::vector(_observers)) {
-            if (observer.name != name)
+            if (observer.name != name) {
                 continue;
+            }
             if (!_suspended || observer.behavior == Suspension::DeliverImmediately) {
                 _call(observer.number);
                 continue;
             }
-            if (observer.behavior == Suspension::Coalesce)
+            if (observer.behavior == Suspension::Coalesce) {
                 std::erase(_waiting, observer.number);
-            if (observer.behavior != Suspension::Drop)
+            }
+            if (observer.behavior != Suspension::Drop) {
                 _waiting.push_back(observer.number);
+            }
         }
     }
 
@@ -53,8 +57,9 @@ public:
     /// Delivers what was kept, in order of arrival; of coalesced ones the last counts.
     void resume() {
         _suspended = false;
-        for (const std::size_t number : std::exchange(_waiting, {}))
+        for (const std::size_t number : std::exchange(_waiting, {})) {
             _call(number);
+        }
     }
 
     [[nodiscard]] std::size_t observerCount() const { return _observers.size(); }
@@ -62,9 +67,11 @@ public:
     /// Suspension behaviours of the observers of that name, in order of registration.
     [[nodiscard]] std::vector<Suspension> behaviors(std::string_view name) const {
         std::vector<Suspension> result;
-        for (const Observer &observer : _observers)
-            if (observer.name == name)
+        for (const Observer &observer : _observers) {
+            if (observer.name == name) {
                 result.push_back(observer.behavior);
+            }
+        }
         return result;
     }
 
@@ -84,14 +91,16 @@ private:
     };
 
     void _changeObservers() {
-        if (whileObserving)
+        if (whileObserving) {
             whileObserving();
+        }
     }
 
     void _call(std::size_t number) {
         const auto found = std::find_if(_observers.begin(), _observers.end(), [&](const Observer &each) { return each.number == number; });
-        if (found == _observers.end())
+        if (found == _observers.end()) {
             return; // removed meanwhile
+        }
         const Handler handler = found->handler;
         handler();
     }

@@ -21,8 +21,9 @@ public:
 private:
     void _record(std::string_view what, std::string_view key) {
         journal.push_back(std::string(what).append(key));
-        if (hook)
+        if (hook) {
             hook(journal.back());
+        }
     }
 };
 

@@ -48,9 +48,11 @@ public:
     /// of work and when `wake` was called.
     bool runUntil(const std::function<bool()> &done, std::chrono::milliseconds limit = std::chrono::seconds(10)) {
         const auto deadline = std::chrono::steady_clock::now() + limit;
-        while (!done())
-            if (!_runOne(deadline) && std::chrono::steady_clock::now() >= deadline)
+        while (!done()) {
+            if (!_runOne(deadline) && std::chrono::steady_clock::now() >= deadline) {
                 return done();
+            }
+        }
         return true;
     }
     /// Lets `runUntil` ask again; any thread.
@@ -77,11 +79,13 @@ private:
 
     bool _runOne(std::chrono::steady_clock::time_point deadline) {
         std::unique_lock lock(_mutex);
-        if (!_changed.wait_until(lock, deadline, [&] { return !_queue.empty() || _wakes > 0; }))
+        if (!_changed.wait_until(lock, deadline, [&] { return !_queue.empty() || _wakes > 0; })) {
             return false;
+        }
         _wakes = 0;
-        if (_queue.empty())
+        if (_queue.empty()) {
             return true;
+        }
         Item *item = _queue.front();
         _queue.pop_front();
         lock.unlock();

@@ -49,12 +49,15 @@ public:
 
     [[nodiscard]] bool isRunning() override {
         _journal->add("isRunning");
-        if (_program.running)
+        if (_program.running) {
             return _program.running();
-        if (_program.runningPolls == 0)
+        }
+        if (_program.runningPolls == 0) {
             return false;
-        if (_program.runningPolls != FakeProgram::endless)
+        }
+        if (_program.runningPolls != FakeProgram::endless) {
             --_program.runningPolls;
+        }
         return true;
     }
     [[nodiscard]] int terminationStatus() const override {
@@ -95,10 +98,12 @@ public:
             const std::lock_guard lock(_mutex);
             _launches.push_back({path, environment});
         }
-        if (const auto found = programs.find(path); found != programs.end())
+        if (const auto found = programs.find(path); found != programs.end()) {
             return std::make_unique<FakeChildProcess>(found->second, _journal);
-        if (!anyProgram)
+        }
+        if (!anyProgram) {
             return nullptr;
+        }
         return std::make_unique<FakeChildProcess>(*anyProgram, _journal);
     }
 

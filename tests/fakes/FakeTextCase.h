@@ -34,9 +34,11 @@ public:
 
 private:
     [[nodiscard]] std::size_t _lengthOfEntryAtStartOf(std::string_view text) const {
-        for (std::size_t length = 4; length > 0; --length)
-            if (length <= text.size() && table.contains(text.substr(0, length)))
+        for (std::size_t length = 4; length > 0; --length) {
+            if (length <= text.size() && table.contains(text.substr(0, length))) {
                 return length;
+            }
+        }
         return 0;
     }
 };

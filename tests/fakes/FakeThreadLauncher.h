@@ -25,15 +25,18 @@ public:
         {
             const std::lock_guard lock(_mutex);
             ++_launches;
-            if (refuses)
+            if (refuses) {
                 return false;
-            if (mode == Mode::Keep)
+            }
+            if (mode == Mode::Keep) {
                 _kept.push_back(std::move(work));
-            else if (mode == Mode::Real)
+            } else if (mode == Mode::Real) {
                 _threads.emplace_back(std::move(work));
+            }
         }
-        if (mode == Mode::Inline)
+        if (mode == Mode::Inline) {
             work();
+        }
         return true;
     }
 
@@ -43,8 +46,9 @@ public:
             const std::lock_guard lock(_mutex);
             kept.swap(_kept);
         }
-        for (const auto &work : kept)
+        for (const auto &work : kept) {
             work();
+        }
     }
     void joinAll() {
         std::vector<std::thread> threads;
@@ -52,8 +56,9 @@ public:
             const std::lock_guard lock(_mutex);
             threads.swap(_threads);
         }
-        for (std::thread &thread : threads)
+        for (std::thread &thread : threads) {
             thread.join();
+        }
     }
     /// Calls so far, refused ones included.
     [[nodiscard]] std::size_t launches() const {

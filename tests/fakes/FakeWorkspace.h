@@ -14,8 +14,9 @@ class FakeWorkspace final : public Workspace {
 public:
     bool openFile(std::string_view path) override {
         opened.emplace_back(path);
-        if (onOpen)
+        if (onOpen) {
             onOpen(opened.back());
+        }
         return opens;
     }
 

@@ -16,11 +16,14 @@ void NotificationGate::removeObserver(const void *observer, std::string_view nam
 
 void NotificationGate::arrive(std::string_view name, bool follow) {
     std::vector<Registration> concerned; // a copy: handlers may change the list
-    for (const Registration &each : _registrations)
-        if (each.name == name && !(follow && each.behavior == Suspension::Coalesce))
+    for (const Registration &each : _registrations) {
+        if (each.name == name && !(follow && each.behavior == Suspension::Coalesce)) {
             concerned.push_back(each);
-    for (const Registration &each : concerned)
+        }
+    }
+    for (const Registration &each : concerned) {
         _handle(each);
+    }
 }
 
 void NotificationGate::resume() {
@@ -37,18 +40,21 @@ void NotificationGate::_handle(const Registration &registration) {
         _deliver(registration.number);
         return;
     }
-    if (registration.behavior == Suspension::Drop)
+    if (registration.behavior == Suspension::Drop) {
         return;
-    if (registration.behavior == Suspension::Coalesce)
+    }
+    if (registration.behavior == Suspension::Coalesce) {
         std::erase(_kept, registration.number);
+    }
     _kept.push_back(registration.number);
 }
 
 void NotificationGate::_deliver(std::size_t number) {
     const auto found =
         std::find_if(_registrations.begin(), _registrations.end(), [&](const Registration &each) { return each.number == number; });
-    if (found == _registrations.end())
-        return;                             // removed meanwhile
+    if (found == _registrations.end()) {
+        return; // removed meanwhile
+    }
     const Handler handler = found->handler; // it may remove itself
     handler();
 }

@@ -34,8 +34,9 @@ bool SdBusConnection::receiveInto(std::deque<std::string> &names, Deadline deadl
 
 bool SdBusConnection::send(const std::string &name, Deadline deadline) {
     sd_bus_message *made = nullptr;
-    if (::sd_bus_message_new_signal(_bus, &made, objectPath, interfaceName, name.c_str()) < 0)
+    if (::sd_bus_message_new_signal(_bus, &made, objectPath, interfaceName, name.c_str()) < 0) {
         return false;
+    }
     const SdBusMessage signal(made);
     return ::sd_bus_send(_bus, signal.get(), nullptr) >= 0 && _callBus("GetId", nullptr, deadline);
 }
@@ -43,14 +44,16 @@ bool SdBusConnection::send(const std::string &name, Deadline deadline) {
 bool SdBusConnection::process() {
     for (;;) {
         const int result = ::sd_bus_process(_bus, nullptr);
-        if (result <= 0)
+        if (result <= 0) {
             return result == 0;
+        }
     }
 }
 
 bool SdBusConnection::_open(const std::string &address) {
-    if (address.empty())
+    if (address.empty()) {
         return ::sd_bus_open_user(&_bus) >= 0;
+    }
     return ::sd_bus_new(&_bus) >= 0 && ::sd_bus_set_address(_bus, address.c_str()) >= 0 && ::sd_bus_set_bus_client(_bus, 1) >= 0 &&
            ::sd_bus_start(_bus) >= 0;
 }
@@ -59,13 +62,16 @@ bool SdBusConnection::_open(const std::string &address) {
 bool SdBusConnection::_waitUntilReady(Deadline deadline) {
     for (;;) {
         const int ready = ::sd_bus_is_ready(_bus);
-        if (ready != 0)
+        if (ready != 0) {
             return ready > 0;
+        }
         const int processed = ::sd_bus_process(_bus, nullptr);
-        if (processed < 0 || SteadyClock::now() >= deadline)
+        if (processed < 0 || SteadyClock::now() >= deadline) {
             return false;
-        if (processed == 0 && !wait(microsecondsUntil(deadline)))
+        }
+        if (processed == 0 && !wait(microsecondsUntil(deadline))) {
             return false;
+        }
     }
 }
 
@@ -73,8 +79,9 @@ bool SdBusConnection::_waitUntilReady(Deadline deadline) {
 bool SdBusConnection::_callBus(const char *method, const char *argument, Deadline deadline) {
     constexpr const char *bus = "org.freedesktop.DBus";
     sd_bus_message *made = nullptr;
-    if (::sd_bus_message_new_method_call(_bus, &made, bus, "/org/freedesktop/DBus", bus, method) < 0)
+    if (::sd_bus_message_new_method_call(_bus, &made, bus, "/org/freedesktop/DBus", bus, method) < 0) {
         return false;
+    }
     const SdBusMessage call(made);
     const bool isComplete = argument == nullptr || ::sd_bus_message_append_basic(call.get(), 's', argument) >= 0;
     return isComplete && ::sd_bus_call(_bus, call.get(), microsecondsUntil(deadline), nullptr, nullptr) >= 0;
@@ -86,8 +93,9 @@ int SdBusConnection::_receive(sd_bus_message *message, void *connection, sd_bus_
     const char *const member = ::sd_bus_message_get_member(message);
     const bool isOurs = ::sd_bus_message_is_signal(message, interfaceName, nullptr) > 0 && path != nullptr && member != nullptr &&
                         std::string_view(path) == objectPath;
-    if (isOurs)
+    if (isOurs) {
         self._names->emplace_back(member);
+    }
     return 0; // others may look at it, too
 }
 

@@ -38,12 +38,14 @@ bool appendParameter(sd_bus_message *call, const std::optional<std::string> &fol
 }
 
 bool appendPlatformData(sd_bus_message *call) {
-    if (::sd_bus_message_open_container(call, 'a', "{sv}") < 0)
+    if (::sd_bus_message_open_container(call, 'a', "{sv}") < 0) {
         return false;
+    }
     for (const auto &[key, variable] : Tokens) {
         const char *const token = std::getenv(variable);
-        if (token != nullptr && *token != '\0' && ::sd_bus_message_append(call, "{sv}", key, "s", token) < 0)
+        if (token != nullptr && *token != '\0' && ::sd_bus_message_append(call, "{sv}", key, "s", token) < 0) {
             return false;
+        }
     }
     return ::sd_bus_message_close_container(call) >= 0;
 }
@@ -52,8 +54,9 @@ std::string reasonOf(sd_bus_error *error, int status) {
     if (::sd_bus_error_has_name(error, SD_BUS_ERROR_SERVICE_UNKNOWN) > 0 ||
         ::sd_bus_error_has_name(error, SD_BUS_ERROR_NAME_HAS_NO_OWNER) > 0)
         return "the helper does not run and cannot be started";
-    if (status == -ETIMEDOUT || ::sd_bus_error_has_name(error, SD_BUS_ERROR_NO_REPLY) > 0)
+    if (status == -ETIMEDOUT || ::sd_bus_error_has_name(error, SD_BUS_ERROR_NO_REPLY) > 0) {
         return "the helper does not answer";
+    }
     return error->message != nullptr ? error->message : std::strerror(-status);
 }
 
@@ -76,8 +79,9 @@ bool SdBusHelperMenu::show(const std::optional<std::string> &folder, std::string
     }
     OwnedError error;
     status = ::sd_bus_call(connection->bus(), made, microsecondsUntil(deadline), error.get(), nullptr);
-    if (status < 0)
+    if (status < 0) {
         why = reasonOf(error.get(), status);
+    }
     return status >= 0;
 }
 

@@ -30,8 +30,9 @@ SdBusNotifications::~SdBusNotifications() = default;
 
 void SdBusNotifications::addObserver(const void *observer, std::string_view name, Suspension behavior, Handler handler) {
     _gate.addObserver(observer, name, behavior, std::move(handler));
-    if (!_connection)
+    if (!_connection) {
         _connect();
+    }
 }
 
 void SdBusNotifications::removeObserver(const void *observer, std::string_view name) {
@@ -39,8 +40,9 @@ void SdBusNotifications::removeObserver(const void *observer, std::string_view n
 }
 
 bool SdBusNotifications::post(std::string_view name) {
-    if (!isMemberName(name))
+    if (!isMemberName(name)) {
         return false;
+    }
     const auto deadline = SteadyClock::now() + limitOfExchange;
     const auto connection = SdBusConnection::open(_address, deadline);
     return connection && connection->send(std::string(name), deadline);
@@ -51,8 +53,9 @@ int SdBusNotifications::descriptor() const {
 }
 
 bool SdBusNotifications::process() {
-    if (_connection && !_connection->process())
+    if (_connection && !_connection->process()) {
         _connection.reset();
+    }
     // sd-bus cannot be entered again from its own callbacks, but a handler may run an event loop of its own.
     while (!_arrived.empty()) {
         const std::string name = std::move(_arrived.front());
@@ -69,8 +72,9 @@ bool SdBusNotifications::wait(std::chrono::microseconds limit) {
 void SdBusNotifications::_connect() {
     const auto deadline = SteadyClock::now() + limitOfExchange;
     auto connection = SdBusConnection::open(_address, deadline);
-    if (connection && connection->receiveInto(_arrived, deadline))
+    if (connection && connection->receiveInto(_arrived, deadline)) {
         _connection = std::move(connection);
+    }
 }
 
 } // namespace orvane

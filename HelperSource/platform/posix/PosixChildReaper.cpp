@@ -30,9 +30,9 @@ Unwatched &unwatched() {
 
 bool hasEnded(pid_t child) {
     pid_t result = 0;
-    do
+    do {
         result = ::waitpid(child, nullptr, WNOHANG);
-    while (result < 0 && errno == EINTR);
+    } while (result < 0 && errno == EINTR);
     return result != 0; // reaped, or no child of ours any more
 }
 
@@ -46,8 +46,9 @@ void *waitFor(void *argument) {
 /// Starts a detached thread that leaves every signal to the others.
 bool startWaiter(pid_t child) {
     pthread_attr_t attributes;
-    if (::pthread_attr_init(&attributes) != 0)
+    if (::pthread_attr_init(&attributes) != 0) {
         return false;
+    }
     ::pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
     ::pthread_attr_setstacksize(&attributes, waiterStackSize);
     sigset_t all;
@@ -63,8 +64,9 @@ bool startWaiter(pid_t child) {
 
 void PosixReapWhenEnded(pid_t child) {
     PosixReapEnded();
-    if (hasEnded(child) || startWaiter(child))
+    if (hasEnded(child) || startWaiter(child)) {
         return;
+    }
     Unwatched &list = unwatched();
     const std::lock_guard lock(list.mutex);
     try {

@@ -12,8 +12,9 @@ std::uint64_t PosixClock::nowInSeconds() {
 }
 
 void PosixClock::sleep(std::chrono::microseconds duration) {
-    if (duration.count() <= 0)
+    if (duration.count() <= 0) {
         return;
+    }
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(duration);
     timespec remaining{};
     remaining.tv_sec = static_cast<time_t>(seconds.count());

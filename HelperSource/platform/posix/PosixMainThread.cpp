@@ -48,22 +48,26 @@ bool PosixMainThread::runOnce(std::optional<TimePoint> deadline) {
     _enter();
     std::unique_lock lock(_mutex);
     const auto ready = [&] { return _woken || !_queue.empty(); };
-    if (!deadline)
+    if (!deadline) {
         _arrived.wait(lock, ready);
-    else if (!_arrived.wait_until(lock, *deadline, ready))
+    } else if (!_arrived.wait_until(lock, *deadline, ready)) {
         return false;
+    }
     _woken = false;
-    if (_queue.empty())
+    if (_queue.empty()) {
         return false;
+    }
     _serve(lock);
     return true;
 }
 
 bool PosixMainThread::runUntil(const std::function<bool()> &done, std::optional<TimePoint> deadline) {
     _enter();
-    while (!done())
-        if (!runOnce(deadline) && deadline && std::chrono::steady_clock::now() >= *deadline)
+    while (!done()) {
+        if (!runOnce(deadline) && deadline && std::chrono::steady_clock::now() >= *deadline) {
             return done();
+        }
+    }
     return true;
 }
 
@@ -81,8 +85,9 @@ void PosixMainThread::endEvent() {
             const std::lock_guard lock(_mutex);
             const auto first =
                 std::stable_partition(_deferred.begin(), _deferred.end(), [&](const Deferred &each) { return each.depth < _depth; });
-            if (first == _deferred.end())
+            if (first == _deferred.end()) {
                 return;
+            }
             ending.assign(std::make_move_iterator(first), std::make_move_iterator(_deferred.end()));
             _deferred.erase(first, _deferred.end());
         }
@@ -112,8 +117,9 @@ void PosixMainThread::_enter() {
         const std::lock_guard lock(_mutex);
         return _depth == 0;
     }();
-    if (outermost)
+    if (outermost) {
         endEvent();
+    }
 }
 
 } // namespace orvane

@@ -38,18 +38,21 @@ void dropUntilReadable(const FileDescriptor &wanted, FileDescriptor &unwanted) {
     while (unwanted) {
         std::array<pollfd, 2> both{{{wanted.get(), POLLIN, 0}, {unwanted.get(), POLLIN, 0}}};
         if (::poll(both.data(), both.size(), -1) < 0) {
-            if (errno == EINTR)
+            if (errno == EINTR) {
                 continue;
+            }
             return;
         }
         if (both[1].revents != 0) {
             const ssize_t count = ::read(unwanted.get(), buffer.data(), buffer.size());
             dropped += count > 0 ? static_cast<std::size_t>(count) : 0;
-            if (count == 0 || (count < 0 && errno != EINTR) || dropped > mostBytesDropped)
+            if (count == 0 || (count < 0 && errno != EINTR) || dropped > mostBytesDropped) {
                 unwanted = FileDescriptor();
+            }
         }
-        if (both[0].revents != 0)
+        if (both[0].revents != 0) {
             return;
+        }
     }
 }
 
@@ -61,17 +64,20 @@ std::string readToEnd(FileDescriptor descriptor, FileDescriptor unwanted = FileD
     while (descriptor) {
         dropUntilReadable(descriptor, unwanted);
         const ssize_t count = ::read(descriptor.get(), buffer.data(), buffer.size());
-        if (count < 0 && errno == EINTR)
+        if (count < 0 && errno == EINTR) {
             continue;
-        if (count <= 0)
+        }
+        if (count <= 0) {
             break;
+        }
         const auto bytes = static_cast<std::size_t>(count);
         const std::size_t room = std::min(bytes, mostBytesKept - kept.size());
         kept.append(buffer.data(), room);
         dropped += bytes - room;
     }
-    if (dropped > 0)
+    if (dropped > 0) {
         kept += "\n[" + std::to_string(dropped) + " more bytes were not kept.]\n";
+    }
     return kept;
 }
 
@@ -82,17 +88,20 @@ public:
     PosixChildProcess(const PosixChildProcess &) = delete;
     PosixChildProcess &operator=(const PosixChildProcess &) = delete;
     ~PosixChildProcess() override {
-        if (!_status)
+        if (!_status) {
             PosixReapWhenEnded(_child);
+        }
     }
 
     [[nodiscard]] bool isRunning() override {
-        if (_status)
+        if (_status) {
             return false;
+        }
         int status = 0;
         const pid_t result = ::waitpid(_child, &status, WNOHANG);
-        if (result == 0 || (result < 0 && errno == EINTR))
+        if (result == 0 || (result < 0 && errno == EINTR)) {
             return true;
+        }
         _status = result == _child ? _exitStatusOf(status) : statusUnknown;
         return false;
     }
@@ -120,18 +129,21 @@ struct Pipe {
 
 /// In a program whose own 0, 1 or 2 is closed a pipe may get those numbers, which the child's redirections would overwrite.
 bool moveToOrdinary(FileDescriptor &descriptor) {
-    if (descriptor.get() < firstOrdinaryDescriptor)
+    if (descriptor.get() < firstOrdinaryDescriptor) {
         descriptor = FileDescriptor(::fcntl(descriptor.get(), F_DUPFD_CLOEXEC, firstOrdinaryDescriptor));
+    }
     return static_cast<bool>(descriptor);
 }
 
 std::optional<Pipe> makePipe() {
     int ends[2] = {-1, -1};
-    if (::pipe2(ends, O_CLOEXEC) != 0)
+    if (::pipe2(ends, O_CLOEXEC) != 0) {
         return std::nullopt;
+    }
     Pipe pipe{FileDescriptor(ends[0]), FileDescriptor(ends[1])};
-    if (!moveToOrdinary(pipe.readingEnd) || !moveToOrdinary(pipe.writingEnd))
+    if (!moveToOrdinary(pipe.readingEnd) || !moveToOrdinary(pipe.writingEnd)) {
         return std::nullopt;
+    }
     return pipe;
 }
 
@@ -148,8 +160,9 @@ public:
     FileActions(const FileActions &) = delete;
     FileActions &operator=(const FileActions &) = delete;
     ~FileActions() {
-        if (_isInitialised)
+        if (_isInitialised) {
             ::posix_spawn_file_actions_destroy(&_actions);
+        }
     }
     [[nodiscard]] const posix_spawn_file_actions_t *get() const { return _isComplete ? &_actions : nullptr; }
 
@@ -175,8 +188,9 @@ public:
     SpawnAttributes(const SpawnAttributes &) = delete;
     SpawnAttributes &operator=(const SpawnAttributes &) = delete;
     ~SpawnAttributes() {
-        if (_isInitialised)
+        if (_isInitialised) {
             ::posix_spawnattr_destroy(&_attributes);
+        }
     }
     [[nodiscard]] const posix_spawnattr_t *get() const { return _isComplete ? &_attributes : nullptr; }
 
@@ -190,16 +204,18 @@ private:
 std::vector<std::string> linesOfEnvironment(const std::map<std::string, std::string> &environment) {
     std::vector<std::string> lines;
     lines.reserve(environment.size());
-    for (const auto &[name, value] : environment)
+    for (const auto &[name, value] : environment) {
         lines.push_back(std::string(name.c_str()) + '=' + value.c_str());
+    }
     return lines;
 }
 
 std::vector<char *> pointersTo(std::vector<std::string> &texts) {
     std::vector<char *> pointers;
     pointers.reserve(texts.size() + 1);
-    for (std::string &text : texts)
+    for (std::string &text : texts) {
         pointers.push_back(text.data());
+    }
     pointers.push_back(nullptr);
     return pointers;
 }
@@ -208,8 +224,9 @@ std::optional<pid_t> spawn(const std::string &path, const std::map<std::string, 
                            const Pipe &error) {
     const FileActions actions(output, error);
     const SpawnAttributes attributes;
-    if (actions.get() == nullptr || attributes.get() == nullptr)
+    if (actions.get() == nullptr || attributes.get() == nullptr) {
         return std::nullopt;
+    }
     std::vector<std::string> arguments{path};
     std::vector<std::string> lines = linesOfEnvironment(environment);
     pid_t child = -1;
@@ -231,15 +248,18 @@ PosixProcessLauncher::PosixProcessLauncher() {
 
 std::unique_ptr<ChildProcess> PosixProcessLauncher::launch(const std::string &path, const std::map<std::string, std::string> &environment) {
     PosixReapEnded();
-    if (path.find('\0') != std::string::npos)
+    if (path.find('\0') != std::string::npos) {
         return nullptr; // the system would start another file, the one whose path ends there
+    }
     auto output = makePipe();
     auto error = makePipe();
-    if (!output || !error)
+    if (!output || !error) {
         return nullptr;
+    }
     const auto child = spawn(path, environment, *output, *error);
-    if (!child)
+    if (!child) {
         return nullptr;
+    }
     return std::make_unique<PosixChildProcess>(*child, std::move(output->readingEnd), std::move(error->readingEnd));
 }
 

@@ -55,8 +55,9 @@ std::string printable(std::string_view text) {
 std::string timeStamp() {
     const std::time_t now = std::time(nullptr);
     std::tm parts{};
-    if (::localtime_r(&now, &parts) == nullptr)
+    if (::localtime_r(&now, &parts) == nullptr) {
         return "-";
+    }
     std::array<char, 40> text{};
     const std::size_t length = std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S%z", &parts);
     return {text.data(), length};
@@ -64,11 +65,13 @@ std::string timeStamp() {
 
 /// The start of a text that syslog takes whole, cut between characters.
 std::string forSyslog(const std::string &text) {
-    if (text.size() <= mostBytesForSyslog)
+    if (text.size() <= mostBytesForSyslog) {
         return text;
+    }
     std::size_t length = mostBytesForSyslog;
-    while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80)
+    while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80) {
         --length;
+    }
     return text.substr(0, length) + "…";
 }
 
@@ -101,11 +104,13 @@ void PosixSystemLog::_appendToFile(const std::string &line) const {
             file = opened(_path);
         }
         struct stat status {};
-        if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode))
+        if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
             return;
+        }
         const bool isFull = status.st_size > 0 && status.st_size + static_cast<off_t>(line.size()) > mostBytesOfFile;
-        if (isFull && mayRotate && _rotate(file.get()))
+        if (isFull && mayRotate && _rotate(file.get())) {
             continue;
+        }
         // One write, so that entries of several programs never mix; what does not fit on the disk is lost.
         [[maybe_unused]] const ssize_t written = ::write(file.get(), line.data(), line.size());
         return;
@@ -115,8 +120,9 @@ void PosixSystemLog::_appendToFile(const std::string &line) const {
 void PosixSystemLog::_makeDirectory() const {
     for (std::size_t slash = _directory.find('/', 1);; slash = _directory.find('/', slash + 1)) {
         ::mkdir(_directory.substr(0, slash).c_str(), 0700); // most exist already; the last one's failure shows in the opening
-        if (slash == std::string::npos)
+        if (slash == std::string::npos) {
             return;
+        }
     }
 }
 
@@ -124,12 +130,15 @@ void PosixSystemLog::_makeDirectory() const {
 bool PosixSystemLog::_rotate(int descriptor) const {
     struct stat ours {};
     struct stat current {};
-    if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0)
+    if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
         return false;
-    if (::fstat(descriptor, &ours) != 0 || ::stat(_path.c_str(), &current) != 0)
+    }
+    if (::fstat(descriptor, &ours) != 0 || ::stat(_path.c_str(), &current) != 0) {
         return false;
-    if (ours.st_ino != current.st_ino || ours.st_dev != current.st_dev)
+    }
+    if (ours.st_ino != current.st_ino || ours.st_dev != current.st_dev) {
         return true; // renamed by another: the file of that name is a new one
+    }
     return ::rename(_path.c_str(), (_path + ".1").c_str()) == 0;
 }
 

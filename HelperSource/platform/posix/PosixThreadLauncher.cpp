@@ -43,10 +43,12 @@ void JoiningThreadLauncher::joinAll() {
             const std::lock_guard lock(_mutex);
             threads.swap(_threads);
         }
-        if (threads.empty())
+        if (threads.empty()) {
             return;
-        for (std::thread &thread : threads)
+        }
+        for (std::thread &thread : threads) {
             thread.join();
+        }
     }
 }
 
@@ -56,8 +58,9 @@ void JoiningThreadLauncher::_run(const std::function<void()> &work) {
         const std::lock_guard lock(_mutex);
         --_running;
     }
-    if (_onFinished)
+    if (_onFinished) {
         _onFinished();
+    }
 }
 
 } // namespace orvane

@@ -16,17 +16,20 @@ namespace {
 
 /// An absolute path without slashes at its end; nothing for any other text.
 std::optional<std::string> absolutePath(const char *text) {
-    if (text == nullptr || *text != '/')
+    if (text == nullptr || *text != '/') {
         return std::nullopt;
+    }
     std::string path(text);
-    while (path.size() > 1 && path.back() == '/')
+    while (path.size() > 1 && path.back() == '/') {
         path.pop_back();
+    }
     return path;
 }
 
 std::string joined(std::string folder, std::string_view component) {
-    if (folder.back() != '/')
+    if (folder.back() != '/') {
         folder += '/';
+    }
     return folder.append(component);
 }
 
@@ -48,10 +51,12 @@ std::optional<std::string> homeOfUserDatabase() {
             buffer.resize(buffer.size() * 2); // the entry that did not fit is read again
             continue;
         }
-        if (error != 0 || found == nullptr)
+        if (error != 0 || found == nullptr) {
             return std::nullopt;
-        if (found->pw_uid == ::getuid())
+        }
+        if (found->pw_uid == ::getuid()) {
             return absolutePath(found->pw_dir);
+        }
     }
     return std::nullopt;
 }
@@ -59,20 +64,23 @@ std::optional<std::string> homeOfUserDatabase() {
 } // namespace
 
 std::string PosixUserFolders::applicationSupportDirectory() {
-    if (auto folder = absolutePath(std::getenv("XDG_DATA_HOME")))
+    if (auto folder = absolutePath(std::getenv("XDG_DATA_HOME"))) {
         return *std::move(folder);
+    }
     return joined(homeDirectory(), ".local/share");
 }
 
 std::string PosixUserFolders::homeDirectory() {
-    if (auto folder = absolutePath(std::getenv("HOME")))
+    if (auto folder = absolutePath(std::getenv("HOME"))) {
         return *std::move(folder);
+    }
     return homeOfUserDatabase().value_or("/");
 }
 
 std::string PosixUserFolders::stateDirectory() {
-    if (const auto folder = absolutePath(std::getenv("XDG_STATE_HOME")))
+    if (const auto folder = absolutePath(std::getenv("XDG_STATE_HOME"))) {
         return joined(*folder, "orvane");
+    }
     return joined(homeDirectory(), ".local/state/orvane");
 }
 

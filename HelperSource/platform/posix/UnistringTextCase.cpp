@@ -27,15 +27,17 @@ std::size_t validLength(std::string_view text) {
 }
 
 void appendUppercase(std::string &result, std::string_view valid) {
-    if (valid.empty())
+    if (valid.empty()) {
         return;
+    }
     std::size_t length = 0;
     constexpr const char *noLanguage = nullptr; // the mapping of no locale
     const std::unique_ptr<std::uint8_t, Free> mapped(u8_toupper(unitsOf(valid), valid.size(), noLanguage, nullptr, nullptr, &length));
-    if (mapped)
+    if (mapped) {
         result.append(reinterpret_cast<const char *>(mapped.get()), length);
-    else
+    } else {
         result.append(valid);
+    }
 }
 
 char asciiUppercase(char byte) {

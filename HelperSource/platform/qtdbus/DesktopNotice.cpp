@@ -35,10 +35,11 @@ void DesktopNotice::show(const QString &summary, const QString &body, const std:
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, shown] {
         watcher->deleteLater();
         const QDBusPendingReply<uint> reply = *watcher;
-        if (reply.isError())
+        if (reply.isError()) {
             _log.log("the desktop shows no messages: " + reply.error().message().toStdString());
-        else if (shown)
+        } else if (shown) {
             shown();
+        }
     });
 }
 

@@ -58,15 +58,18 @@ bool DesktopWorkspace::openFile(std::string_view path) {
     const auto request = std::make_shared<Request>();
     request->path = path;
     struct stat status {};
-    if (stat(request->path.c_str(), &status) != 0)
+    if (stat(request->path.c_str(), &status) != 0) {
         return false;
+    }
     const bool hasXdgOpen = !QStandardPaths::findExecutable(xdgOpen).isEmpty();
-    if (!hasXdgOpen && !_session.isConnected())
+    if (!hasXdgOpen && !_session.isConnected()) {
         return false;
-    if (S_ISDIR(status.st_mode) && !isNamedAsFile(path))
+    }
+    if (S_ISDIR(status.st_mode) && !isNamedAsFile(path)) {
         request->ways = {&DesktopWorkspace::_askFileManager, &DesktopWorkspace::_askPortal, &DesktopWorkspace::_startXdgOpen};
-    else
+    } else {
         request->ways = {&DesktopWorkspace::_startXdgOpen, &DesktopWorkspace::_askPortal};
+    }
     _tryNext(request);
     return true;
 }
@@ -82,13 +85,15 @@ void DesktopWorkspace::_tryNext(const std::shared_ptr<Request> &request) {
 
 void DesktopWorkspace::_askFileManager(const std::shared_ptr<Request> &request) {
     _ifServed(fileManager, [this, request](bool isServed) {
-        if (!isServed)
+        if (!isServed) {
             return _tryNext(request);
+        }
         QDBusMessage call = QDBusMessage::createMethodCall(fileManager, u"/org/freedesktop/FileManager1"_s, fileManager, u"ShowFolders"_s);
         call.setArguments({QStringList{uriOf(request->path)}, qEnvironmentVariable("XDG_ACTIVATION_TOKEN")});
         _whenAnswered(_session.connection().asyncCall(call, _limits.program), [this, request](bool isDone) {
-            if (!isDone)
+            if (!isDone) {
                 _tryNext(request);
+            }
         });
     });
 }
@@ -96,17 +101,20 @@ void DesktopWorkspace::_askFileManager(const std::shared_ptr<Request> &request) 
 void DesktopWorkspace::_askPortal(const std::shared_ptr<Request> &request) {
     _ifServed(portal, [this, request](bool isServed) {
         const FileDescriptor opened(isServed ? open(request->path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK) : -1);
-        if (opened.get() < 0)
+        if (opened.get() < 0) {
             return _tryNext(request);
+        }
         QDBusMessage call = QDBusMessage::createMethodCall(portal, u"/org/freedesktop/portal/desktop"_s,
                                                            u"org.freedesktop.portal.OpenURI"_s, u"OpenFile"_s);
         QVariantMap options;
-        if (const QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN"); !token.isEmpty())
+        if (const QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN"); !token.isEmpty()) {
             options.insert(u"activation_token"_s, token);
+        }
         call.setArguments({QString(), QVariant::fromValue(QDBusUnixFileDescriptor(opened.get())), options});
         _whenAnswered(_session.connection().asyncCall(call, _limits.program), [this, request](bool isDone) {
-            if (!isDone)
+            if (!isDone) {
                 _tryNext(request);
+            }
         });
     });
 }
@@ -114,14 +122,16 @@ void DesktopWorkspace::_askPortal(const std::shared_ptr<Request> &request) {
 void DesktopWorkspace::_startXdgOpen(const std::shared_ptr<Request> &request) {
     const QString path = QString::fromStdString(request->path);
     const bool isText = path.toStdString() == request->path;
-    if (!startDetached(xdgOpen, {isText ? path : uriOf(request->path)}))
+    if (!startDetached(xdgOpen, {isText ? path : uriOf(request->path)})) {
         _tryNext(request);
+    }
 }
 
 /// Whether the name has an owner or can be started.
 void DesktopWorkspace::_ifServed(const QString &name, const Then &then) {
-    if (!_session.isConnected())
+    if (!_session.isConnected()) {
         return then(false);
+    }
     const QString bus = u"org.freedesktop.DBus"_s;
     const QString path = u"/org/freedesktop/DBus"_s;
     QDBusMessage hasOwner = QDBusMessage::createMethodCall(bus, path, bus, u"NameHasOwner"_s);

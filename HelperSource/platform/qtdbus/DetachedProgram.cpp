@@ -21,8 +21,9 @@ QProcessEnvironment environmentForOthers() {
     for (const QString &name : names) {
         const bool isOurs = name == "XDG_ACTIVATION_TOKEN"_L1 || name == "DESKTOP_STARTUP_ID"_L1 || name.startsWith("DBUS_STARTER_"_L1) ||
                             name == "QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT"_L1 || name.startsWith("ORVANE_"_L1);
-        if (isOurs)
+        if (isOurs) {
             environment.remove(name);
+        }
     }
     return environment;
 }
@@ -34,8 +35,9 @@ void prepareChild() {
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);
-    for (const int number : {SIGPIPE, SIGTERM, SIGINT, SIGHUP, SIGCHLD})
+    for (const int number : {SIGPIPE, SIGTERM, SIGINT, SIGHUP, SIGCHLD}) {
         signal(number, SIG_DFL);
+    }
 }
 
 } // namespace

@@ -14,13 +14,15 @@ constexpr const char *startupVariable = "DESKTOP_STARTUP_ID";
 } // namespace
 
 QtActivationToken::QtActivationToken(const QString &token) : _isSet(!token.isEmpty()) {
-    if (_isSet)
+    if (_isSet) {
         qputenv(variable, token.toUtf8());
+    }
 }
 
 QtActivationToken::~QtActivationToken() {
-    if (_isSet)
+    if (_isSet) {
         qunsetenv(variable);
+    }
 }
 
 QString QtActivationToken::inPlatformData(const QVariantMap &platformData) {
@@ -32,10 +34,12 @@ QVariantMap QtActivationToken::platformData() {
     QVariantMap data;
     const QString token = qEnvironmentVariable(variable);
     const QString startup = qEnvironmentVariable(startupVariable);
-    if (!token.isEmpty())
+    if (!token.isEmpty()) {
         data.insert(u"activation-token"_s, token);
-    if (!token.isEmpty() || !startup.isEmpty())
+    }
+    if (!token.isEmpty() || !startup.isEmpty()) {
         data.insert(u"desktop-startup-id"_s, startup.isEmpty() ? token : startup);
+    }
     return data;
 }
 

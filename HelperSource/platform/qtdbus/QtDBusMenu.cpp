@@ -32,8 +32,9 @@ qsizetype cutNear(const QString &text, qsizetype position) {
     const auto belongsToPrevious = [&](qsizetype at) {
         return text.at(at).isLowSurrogate() || text.at(at).isMark() || text.at(at) == QChar(0x200D) || text.at(at - 1) == QChar(0x200D);
     };
-    while (position > 1 && position < text.size() && belongsToPrevious(position))
+    while (position > 1 && position < text.size() && belongsToPrevious(position)) {
         --position;
+    }
     return position;
 }
 
@@ -44,24 +45,29 @@ QtDBusMenu::QtDBusMenu(Filter mayRun) : _mayRun(std::move(mayRun)) {
 }
 
 QtDBusMenu::~QtDBusMenu() {
-    if (_menu != nullptr)
+    if (_menu != nullptr) {
         _menu->removeObserver(*this);
+    }
 }
 
 void QtDBusMenu::setMenu(Menu *menu) {
-    if (_menu != nullptr)
+    if (_menu != nullptr) {
         _menu->removeObserver(*this);
+    }
     _menu = menu;
-    if (_menu != nullptr)
+    if (_menu != nullptr) {
         _menu->addObserver(*this);
+    }
     menuDidChange();
 }
 
 QString QtDBusMenu::labelOfTitle(const std::string &title) {
     QString text = QString::fromStdString(title);
-    for (QChar &character : text)
-        if (character.category() == QChar::Other_Control || character == QChar::LineSeparator || character == QChar::ParagraphSeparator)
+    for (QChar &character : text) {
+        if (character.category() == QChar::Other_Control || character == QChar::LineSeparator || character == QChar::ParagraphSeparator) {
             character = u' ';
+        }
+    }
     if (text.size() > longestLabel) {
         const qsizetype tail = cutNear(text, text.size() - longestLabel / 3);
         text = text.left(cutNear(text, longestLabel - longestLabel / 3 - 1)) + u'…' + text.mid(tail);
@@ -74,8 +80,9 @@ QString QtDBusMenu::textDirection() const {
 }
 
 void QtDBusMenu::menuDidChange() {
-    if (std::exchange(_willAnnounce, true))
+    if (std::exchange(_willAnnounce, true)) {
         return;
+    }
     QMetaObject::invokeMethod(
         this,
         [this] {
@@ -97,8 +104,9 @@ bool QtDBusMenu::_refresh() {
             {0, item.isSeparator ? std::string() : item.title, item.tag, item.isSeparator, item.isSeparator || item.isEnabled()});
     }
     _giveNumbers(entries);
-    if (entries == _entries)
+    if (entries == _entries) {
         return false;
+    }
     _entries = std::move(entries);
     ++_revision;
     return true;
@@ -107,8 +115,9 @@ bool QtDBusMenu::_refresh() {
 void QtDBusMenu::_giveNumbers(std::vector<Entry> &entries) {
     const auto keyOf = [](const Entry &entry) { return std::tuple(entry.isSeparator, entry.tag, entry.title); };
     std::map<std::tuple<bool, int, std::string>, std::deque<int>> known;
-    for (const Entry &entry : _entries)
+    for (const Entry &entry : _entries) {
         known[keyOf(entry)].push_back(entry.id);
+    }
     for (Entry &entry : entries) {
         const auto found = known.find(keyOf(entry));
         if (found == known.end() || found->second.empty()) {
@@ -121,16 +130,19 @@ void QtDBusMenu::_giveNumbers(std::vector<Entry> &entries) {
 }
 
 void QtDBusMenu::_announce() {
-    if (_announced == _revision)
+    if (_announced == _revision) {
         return;
+    }
     _announced = _revision;
     Q_EMIT LayoutUpdated(_revision, rootId);
 }
 
 std::optional<std::size_t> QtDBusMenu::_indexOf(int id) const {
-    for (std::size_t index = 0; index < _entries.size(); ++index)
-        if (_entries[index].id == id)
+    for (std::size_t index = 0; index < _entries.size(); ++index) {
+        if (_entries[index].id == id) {
             return index;
+        }
+    }
     return std::nullopt;
 }
 
@@ -138,44 +150,54 @@ std::optional<std::size_t> QtDBusMenu::_indexOf(int id) const {
 QVariantMap QtDBusMenu::_propertiesOf(const Entry &entry, const QStringList &names) {
     QVariantMap properties;
     const auto add = [&](const QString &name, const QVariant &value) {
-        if (names.isEmpty() || names.contains(name))
+        if (names.isEmpty() || names.contains(name)) {
             properties.insert(name, value);
+        }
     };
-    if (entry.isSeparator)
+    if (entry.isSeparator) {
         add(u"type"_s, u"separator"_s);
-    else
+    } else {
         add(u"label"_s, labelOfTitle(entry.title));
-    if (!entry.isEnabled)
+    }
+    if (!entry.isEnabled) {
         add(u"enabled"_s, false);
+    }
     return properties;
 }
 
 uint QtDBusMenu::GetLayout(int parentId, int recursionDepth, const QStringList &propertyNames, DBusMenuLayout &layout) {
-    if (_refresh())
+    if (_refresh()) {
         menuDidChange();
+    }
     layout = {parentId, {}, {}};
     if (parentId != rootId) {
-        if (const auto index = _indexOf(parentId))
+        if (const auto index = _indexOf(parentId)) {
             layout.properties = _propertiesOf(_entries[*index], propertyNames);
-        else
+        } else {
             _refuse(parentId);
+        }
         return _revision;
     }
     layout.properties = rootProperties(propertyNames);
-    if (recursionDepth != 0)
-        for (const Entry &entry : _entries)
+    if (recursionDepth != 0) {
+        for (const Entry &entry : _entries) {
             layout.children.append(QDBusVariant(QVariant::fromValue(DBusMenuLayout{entry.id, _propertiesOf(entry, propertyNames), {}})));
+        }
+    }
     return _revision;
 }
 
 QList<DBusMenuProperties> QtDBusMenu::GetGroupProperties(const QList<int> &ids, const QStringList &propertyNames) {
     QList<DBusMenuProperties> result;
     const auto isWanted = [&](int id) { return ids.isEmpty() || ids.contains(id); };
-    if (isWanted(rootId))
+    if (isWanted(rootId)) {
         result.append({rootId, rootProperties(propertyNames)});
-    for (const Entry &entry : _entries)
-        if (isWanted(entry.id))
+    }
+    for (const Entry &entry : _entries) {
+        if (isWanted(entry.id)) {
             result.append({entry.id, _propertiesOf(entry, propertyNames)});
+        }
+    }
     return result;
 }
 
@@ -188,76 +210,93 @@ QDBusVariant QtDBusMenu::GetProperty(int id, const QString &name) {
     }
     const QVariantMap properties = index ? _propertiesOf(_entries[*index], {}) : rootProperties({});
     const QVariant value = properties.value(name, defaults.value(name));
-    if (!value.isValid() && calledFromDBus())
+    if (!value.isValid() && calledFromDBus()) {
         sendErrorReply(QDBusError::InvalidArgs, u"There is no property %1."_s.arg(name));
+    }
     return QDBusVariant(value.isValid() ? value : QVariant(QString()));
 }
 
 void QtDBusMenu::Event(int id, const QString &eventId, const QDBusVariant & /*data*/, uint /*timestamp*/) {
-    if (!_handle(id, eventId))
+    if (!_handle(id, eventId)) {
         _refuse(id);
+    }
 }
 
 QList<int> QtDBusMenu::EventGroup(const QList<DBusMenuEvent> &events) {
     QList<int> unknown;
-    for (const DBusMenuEvent &event : events)
-        if (!_handle(event.id, event.type))
+    for (const DBusMenuEvent &event : events) {
+        if (!_handle(event.id, event.type)) {
             unknown.append(event.id);
-    if (!events.isEmpty() && unknown.size() == events.size())
+        }
+    }
+    if (!events.isEmpty() && unknown.size() == events.size()) {
         _refuse(unknown.front());
+    }
     return unknown;
 }
 
 bool QtDBusMenu::AboutToShow(int id) {
     const bool needsUpdate = _refresh();
-    if (needsUpdate)
+    if (needsUpdate) {
         menuDidChange();
-    if (id != rootId && !_indexOf(id))
+    }
+    if (id != rootId && !_indexOf(id)) {
         _refuse(id);
+    }
     return needsUpdate;
 }
 
 QList<int> QtDBusMenu::AboutToShowGroup(const QList<int> &ids, QList<int> &idErrors) {
     const bool needsUpdate = _refresh();
-    if (needsUpdate)
+    if (needsUpdate) {
         menuDidChange();
+    }
     idErrors.clear();
-    for (const int id : ids)
-        if (id != rootId && !_indexOf(id))
+    for (const int id : ids) {
+        if (id != rootId && !_indexOf(id)) {
             idErrors.append(id);
+        }
+    }
     return needsUpdate && ids.contains(rootId) ? QList<int>{rootId} : QList<int>{};
 }
 
 /// False for an item that there is not. Of what can happen to one ("clicked", "hovered", "opened", "closed") only the first matters.
 bool QtDBusMenu::_handle(int id, const QString &eventId) {
-    if (id != rootId && !_indexOf(id))
+    if (id != rootId && !_indexOf(id)) {
         return false;
-    if (id != rootId && eventId == "clicked"_L1)
+    }
+    if (id != rootId && eventId == "clicked"_L1) {
         QMetaObject::invokeMethod(
             this, [this, id] { _run(id); }, Qt::QueuedConnection);
+    }
     return true;
 }
 
 void QtDBusMenu::_run(int id) {
-    if (_refresh())
+    if (_refresh()) {
         menuDidChange();
+    }
     const auto index = _indexOf(id);
-    if (_menu == nullptr || !index)
+    if (_menu == nullptr || !index) {
         return; // gone between the choice and now
+    }
     const bool isAllowed = _mayRun ? _mayRun(_menu->itemAtIndex(*index)) : !_isRunning;
-    if (!isAllowed)
+    if (!isAllowed) {
         return;
+    }
     const QPointer<QtDBusMenu> self(this); // the action may take the whole item away
     const bool wasRunning = std::exchange(_isRunning, true);
     const QtActivationToken token(std::exchange(_token, {}));
     _menu->performActionForItemAtIndex(*index);
-    if (self)
+    if (self) {
         _isRunning = wasRunning;
+    }
 }
 
 void QtDBusMenu::_refuse(int id) {
-    if (calledFromDBus())
+    if (calledFromDBus()) {
         sendErrorReply(QDBusError::InvalidArgs, u"There is no menu item %1."_s.arg(id));
+    }
 }
 
 } // namespace orvane

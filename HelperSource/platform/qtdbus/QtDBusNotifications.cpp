@@ -26,15 +26,17 @@ bool isMemberName(std::string_view name) {
 QtDBusNotifications::QtDBusNotifications(QtDBusSession &session) : _session(session) {
     connect(&_session, &QtDBusSession::connected, this, [this] {
         _isSubscribed = false;
-        if (_gate.hasObservers())
+        if (_gate.hasObservers()) {
             _subscribe();
+        }
     });
 }
 
 void QtDBusNotifications::addObserver(const void *observer, std::string_view name, Suspension behavior, Handler handler) {
     _gate.addObserver(observer, name, behavior, std::move(handler));
-    if (!_isSubscribed && _session.isConnected())
+    if (!_isSubscribed && _session.isConnected()) {
         _subscribe();
+    }
 }
 
 void QtDBusNotifications::removeObserver(const void *observer, std::string_view name) {
@@ -42,8 +44,9 @@ void QtDBusNotifications::removeObserver(const void *observer, std::string_view 
 }
 
 bool QtDBusNotifications::post(std::string_view name) {
-    if (!isMemberName(name) || !_session.isConnected())
+    if (!isMemberName(name) || !_session.isConnected()) {
         return false;
+    }
     const QString member = QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
     return _session.connection().send(QDBusMessage::createSignal(path, interface, member));
 }
@@ -62,14 +65,16 @@ void QtDBusNotifications::_subscribe() {
 /// have a hundred menus built.
 void QtDBusNotifications::_arrive(const QDBusMessage &signal) {
     _waiting.push_back(signal.member().toStdString());
-    if (_waiting.size() == 1)
+    if (_waiting.size() == 1) {
         QMetaObject::invokeMethod(this, &QtDBusNotifications::_deliverWaiting, Qt::QueuedConnection);
+    }
 }
 
 void QtDBusNotifications::_deliverWaiting() {
     const std::vector<std::string> names = std::exchange(_waiting, {});
-    for (auto name = names.begin(); name != names.end(); ++name)
+    for (auto name = names.begin(); name != names.end(); ++name) {
         _gate.arrive(*name, std::find(std::next(name), names.end(), *name) != names.end());
+    }
 }
 
 } // namespace orvane

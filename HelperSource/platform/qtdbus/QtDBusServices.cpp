@@ -26,22 +26,26 @@ constexpr int betweenWindows = 20;  // ms until it is looked again what a reques
 QtDBusServices::QtDBusServices(QtDBusSession &session, SystemLog &log, Hooks hooks)
     : _session(session), _log(log), _hooks(std::move(hooks)), _object(*this) {
     connect(&_session, &QtDBusSession::connected, this, [this] {
-        if (!_wantsName)
+        if (!_wantsName) {
             return;
+        }
         _export();
-        if (_requestName() == false)
+        if (_requestName() == false) {
             _log.log("Another program has taken the bus name " + name.toStdString() + " meanwhile.");
+        }
     });
 }
 
 bool QtDBusServices::claimName() {
     _wantsName = true;
-    if (!_session.isConnected())
+    if (!_session.isConnected()) {
         return true;
+    }
     _export(); // before the name: the bus may have a request ready for its owner
     const std::optional<bool> isOurs = _requestName();
-    if (!isOurs)
+    if (!isOurs) {
         _log.log("The session bus did not give out the name " + name.toStdString() + ".");
+    }
     _wantsName = isOurs.value_or(true);
     return _wantsName;
 }
@@ -55,9 +59,11 @@ bool QtDBusServices::activateOther() {
 
 void QtDBusServices::setServicesProvider(ServicesProvider *provider) {
     _provider = provider;
-    if (_provider != nullptr)
-        for (Request &request : std::exchange(_waiting, {}))
+    if (_provider != nullptr) {
+        for (Request &request : std::exchange(_waiting, {})) {
             _receive(std::move(request));
+        }
+    }
 }
 
 void QtDBusServices::_export() {
@@ -96,25 +102,29 @@ void QtDBusServices::_serve(const Request &request) {
         _hooks.showWhatIsOpen();
     }
     if (_provider == nullptr || isBusy) {
-        if (request.answer)
+        if (request.answer) {
             request.answer(std::nullopt);
+        }
         return;
     }
     const QPointer<QtDBusServices> self(this);
     _isServing = true;
     _askProvider(request);
-    if (self)
+    if (self) {
         _isServing = false;
+    }
 }
 
 void QtDBusServices::_askProvider(const Request &request) {
     const QtActivationToken token(request.token);
-    if (request.folder && _hooks.useFolder)
+    if (request.folder && _hooks.useFolder) {
         _hooks.useFolder(*request.folder);
+    }
     const auto isAnswered = std::make_shared<bool>(false);
     const auto answerOnce = [isAnswered, answer = request.answer](const std::optional<std::string> &error) {
-        if (answer && !std::exchange(*isAnswered, true))
+        if (answer && !std::exchange(*isAnswered, true)) {
             answer(error);
+        }
     };
     // Comes when the provider handles events itself, that is, shows the menu.
     QTimer::singleShot(0, this, [answerOnce] { answerOnce(std::nullopt); });
@@ -122,8 +132,9 @@ void QtDBusServices::_askProvider(const Request &request) {
     const QPointer<QtDBusServices> self(this); // the provider may handle the event that ends the program
     _provider->makePresetFromServiceUserDataError(request.pasteboard, request.userData, error);
     answerOnce(error);
-    if (self && _hooks.requestDone)
+    if (self && _hooks.requestDone) {
         _hooks.requestDone();
+    }
 }
 
 void QtDBusServices::_run(const std::function<void()> &hook, const QString &token) {
@@ -131,8 +142,9 @@ void QtDBusServices::_run(const std::function<void()> &hook, const QString &toke
         this,
         [hook, token] {
             const QtActivationToken permission(token);
-            if (hook)
+            if (hook) {
                 hook();
+            }
         },
         Qt::QueuedConnection);
 }

@@ -27,16 +27,18 @@ QtDBusServicesObject::QtDBusServicesObject(QtDBusServices &services) {
 
 std::optional<std::string> QtDBusServicesObject::folderOf(const QVariant &value) {
     QByteArray bytes = value.typeId() == QMetaType::QByteArray ? value.toByteArray() : value.toString().toUtf8();
-    if (bytes.endsWith('\0'))
+    if (bytes.endsWith('\0')) {
         bytes.chop(1);
+    }
     if (bytes.startsWith("file:")) {
         const QUrl url(QString::fromUtf8(bytes));
         const bool isHere = url.host().isEmpty() || url.host() == "localhost"_L1;
         // Decoded byte by byte: a path need not be UTF-8.
         bytes = isHere ? QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1()) : QByteArray();
     }
-    if (!bytes.startsWith('/') || bytes.contains('\0'))
+    if (!bytes.startsWith('/') || bytes.contains('\0')) {
         return std::nullopt;
+    }
     return bytes.toStdString();
 }
 
@@ -49,9 +51,11 @@ void QtDBusApplicationAdaptor::Activate(const QVariantMap &platformData) {
 
 void QtDBusApplicationAdaptor::Open(const QStringList &uris, const QVariantMap &platformData) {
     std::optional<std::string> folder;
-    for (const QString &uri : uris)
-        if (!folder)
+    for (const QString &uri : uris) {
+        if (!folder) {
             folder = QtDBusServicesObject::folderOf(uri);
+        }
+    }
     _services._receive({{}, {}, folder, QtActivationToken::inPlatformData(platformData), {}});
 }
 
@@ -62,8 +66,9 @@ void QtDBusApplicationAdaptor::ActivateAction(const QString &actionName, const Q
         _services._receive({{}, {}, {}, token, {}});
     } else if (actionName == "make-preset-in"_L1) {
         const auto folder = parameter.isEmpty() ? std::nullopt : QtDBusServicesObject::folderOf(parameter.front());
-        if (!folder)
+        if (!folder) {
             return refuse(_services._session, message, u"The action wants the absolute path of a folder."_s);
+        }
         _services._receive({{}, {}, folder, token, {}});
     } else if (actionName == "preferences"_L1) {
         _services._run(_services._hooks.showPreferences, token);

@@ -36,20 +36,23 @@ QString withoutGuid(const QString &address) {
 
 std::optional<QString> QtDBusSession::address() {
     const QString told = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
-    if (!told.isEmpty())
+    if (!told.isEmpty()) {
         return told.startsWith("autolaunch:"_L1) ? std::nullopt : std::optional(withoutGuid(told));
+    }
     const QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
     const QString socket = folder + "/bus"_L1;
-    if (!folder.startsWith(u'/') || !QFile::exists(socket))
+    if (!folder.startsWith(u'/') || !QFile::exists(socket)) {
         return std::nullopt;
+    }
     return "unix:path="_L1 + socket;
 }
 
 QtDBusSession::QtDBusSession(SystemLog *log) : _log(log) {
     _again.setSingleShot(true);
     connect(&_again, &QTimer::timeout, this, &QtDBusSession::_tryAgain);
-    if (!_connect() && _log != nullptr)
+    if (!_connect() && _log != nullptr) {
         _log->log("There is no session bus: no services, no notifications, no StatusNotifierItem.");
+    }
 }
 
 QtDBusSession::~QtDBusSession() {
@@ -63,8 +66,9 @@ void QtDBusSession::close() {
 
 bool QtDBusSession::_connect() {
     const std::optional<QString> server = address();
-    if (!server)
+    if (!server) {
         return false;
+    }
     _name = nextConnectionName();
     QDBusConnection connection = QDBusConnection::connectToBus(*server, _name);
     if (!connection.isConnected()) {
@@ -78,18 +82,21 @@ bool QtDBusSession::_connect() {
 }
 
 void QtDBusSession::_drop() {
-    if (!_isConnected)
+    if (!_isConnected) {
         return;
+    }
     _isConnected = false;
     QDBusConnection::disconnectFromBus(_name);
 }
 
 void QtDBusSession::_lose() {
-    if (!_isConnected || connection().isConnected())
+    if (!_isConnected || connection().isConnected()) {
         return;
+    }
     _drop();
-    if (_log != nullptr)
+    if (_log != nullptr) {
         _log->log("The session bus has gone. Orvane goes on without it and looks for it now and then.");
+    }
     _attempts = 0;
     _again.start(std::chrono::seconds(waits.front()));
     Q_EMIT disconnected();
@@ -97,8 +104,9 @@ void QtDBusSession::_lose() {
 
 void QtDBusSession::_tryAgain() {
     if (_connect()) {
-        if (_log != nullptr)
+        if (_log != nullptr) {
             _log->log("The session bus is back.");
+        }
         Q_EMIT connected();
         return;
     }

@@ -11,9 +11,11 @@ QtDBusStatusBar::QtDBusStatusBar(QtDBusStatusBarOptions options) : _options(std:
 }
 
 QtDBusStatusBar::~QtDBusStatusBar() {
-    for (const auto &each : _items)
-        if (const auto item = each.lock())
+    for (const auto &each : _items) {
+        if (const auto item = each.lock()) {
             item->remove();
+        }
+    }
 }
 
 std::shared_ptr<StatusItem> QtDBusStatusBar::statusItemWithLength(double /*length*/) {
@@ -24,29 +26,33 @@ std::shared_ptr<StatusItem> QtDBusStatusBar::statusItemWithLength(double /*lengt
     });
     std::erase_if(_items, [](const auto &each) { return each.expired(); });
     _items.push_back(item);
-    if (!_hasToldMissing)
+    if (!_hasToldMissing) {
         _missingTimer.start(_options.untilMissing);
+    }
     return item;
 }
 
 void QtDBusStatusBar::removeStatusItem(const std::shared_ptr<StatusItem> &item) {
     for (const auto &each : _items) {
         const auto ours = each.lock();
-        if (ours && ours == item)
+        if (ours && ours == item) {
             ours->remove();
+        }
     }
 }
 
 void QtDBusStatusBar::_lookForPlace() {
     std::size_t present = 0;
-    for (const auto &each : _items)
+    for (const auto &each : _items) {
         if (const auto item = each.lock(); item && !item->isRemoved()) {
             ++present;
             if (item->hasPlace())
                 return;
         }
-    if (present == 0 || std::exchange(_hasToldMissing, true) || !_options.statusBarIsMissing)
+    }
+    if (present == 0 || std::exchange(_hasToldMissing, true) || !_options.statusBarIsMissing) {
         return;
+    }
     _options.statusBarIsMissing();
 }
 

@@ -23,9 +23,10 @@ StatusNotifierImage inNetworkOrder(const QImage &picture) {
     const QImage image = picture.convertToFormat(QImage::Format_ARGB32);
     StatusNotifierImage result{image.width(), image.height(), {}};
     result.pixels.resize(image.width() * image.height() * static_cast<qsizetype>(sizeof(quint32)));
-    for (int y = 0; y < image.height(); ++y)
+    for (int y = 0; y < image.height(); ++y) {
         qToBigEndian<quint32>(image.constScanLine(y), image.width(),
                               result.pixels.data() + static_cast<qsizetype>(y) * image.width() * static_cast<qsizetype>(sizeof(quint32)));
+    }
     return result;
 }
 
@@ -39,8 +40,9 @@ QtDBusStatusItem::QtDBusStatusItem(const QtDBusStatusBarOptions &options, unsign
     connect(&_session, &QtDBusSession::connected, this, &QtDBusStatusItem::_export);
     connect(&_session, &QtDBusSession::disconnected, this, &QtDBusStatusItem::_withdraw);
     _tellAppearance();
-    if (_session.isConnected())
+    if (_session.isConnected()) {
         _export();
+    }
     _fallbackTimer.start(_options.untilFallback);
     QCoreApplication::instance()->installEventFilter(this); // for the palette
 }
@@ -52,34 +54,40 @@ QtDBusStatusItem::~QtDBusStatusItem() {
 void QtDBusStatusItem::setTitle(std::string_view title) {
     _title = QString::fromUtf8(title.data(), static_cast<qsizetype>(title.size()));
     _tellAppearance();
-    if (_fallback)
+    if (_fallback) {
         _fallback->setTitle(title);
+    }
 }
 
 void QtDBusStatusItem::setImage(std::string_view name) {
     _image = name;
     _tellAppearance();
-    if (_fallback)
+    if (_fallback) {
         _fallback->setImage(name);
+    }
 }
 
 void QtDBusStatusItem::setHighlightMode(bool highlights) {
     _highlights = highlights;
-    if (_fallback)
+    if (_fallback) {
         _fallback->setHighlightMode(highlights);
+    }
 }
 
 void QtDBusStatusItem::setMenu(Menu *menu) {
     _menu = menu;
-    if (_busMenu)
+    if (_busMenu) {
         _busMenu->setMenu(menu);
-    if (_fallback)
+    }
+    if (_fallback) {
         _fallback->setMenu(menu);
+    }
 }
 
 void QtDBusStatusItem::remove() {
-    if (std::exchange(_isRemoved, true))
+    if (std::exchange(_isRemoved, true)) {
         return;
+    }
     QCoreApplication::instance()->removeEventFilter(this);
     _fallbackTimer.stop();
     _withdraw();
@@ -94,8 +102,9 @@ bool QtDBusStatusItem::hasPlace() const {
 }
 
 bool QtDBusStatusItem::eventFilter(QObject *watched, QEvent *event) {
-    if (event->type() == QEvent::ApplicationPaletteChange && watched == QCoreApplication::instance())
+    if (event->type() == QEvent::ApplicationPaletteChange && watched == QCoreApplication::instance()) {
         _tellAppearance();
+    }
     return QObject::eventFilter(watched, event);
 }
 
@@ -109,14 +118,16 @@ void QtDBusStatusItem::_export() {
 }
 
 void QtDBusStatusItem::_withdraw() {
-    if (!_registration)
+    if (!_registration) {
         return;
+    }
     _registration.reset();
     QDBusConnection connection = _session.connection();
     connection.unregisterObject(QLatin1String(StatusNotifierObject::path));
     connection.unregisterObject(QLatin1String(StatusNotifierObject::menuPath));
-    if (!_isRemoved)
+    if (!_isRemoved) {
         _hostChanged();
+    }
 }
 
 void QtDBusStatusItem::_hostChanged() {
@@ -129,11 +140,13 @@ void QtDBusStatusItem::_hostChanged() {
 }
 
 void QtDBusStatusItem::_showFallback() {
-    if ((_registration && _registration->hostIsThere()) || !_options.makeFallbackItem)
+    if ((_registration && _registration->hostIsThere()) || !_options.makeFallbackItem) {
         return;
+    }
     _fallback = _options.makeFallbackItem();
-    if (!_fallback)
+    if (!_fallback) {
         return;
+    }
     _fallback->setTitle(_title.isEmpty() ? _options.title.toStdString() : _title.toStdString());
     _fallback->setHighlightMode(_highlights);
     _fallback->setMenu(_menu);
@@ -149,12 +162,15 @@ void QtDBusStatusItem::_tellAppearance() {
     if (!_image.empty()) {
         appearance.iconName = _options.iconName;
         const QString icons = QString::fromStdString(_options.resourceFolder) + "/icons"_L1;
-        if (QFile::exists(icons))
+        if (QFile::exists(icons)) {
             appearance.iconThemePath = icons;
+        }
         const QtStatusImage image(_options.resourceFolder, _image);
-        if (!image.isEmpty())
-            for (const int size : sizes)
+        if (!image.isEmpty()) {
+            for (const int size : sizes) {
                 appearance.images.append(inNetworkOrder(image.image(size, QtStatusImage::likelyColor())));
+            }
+        }
     }
     _object.setAppearance(appearance);
 }

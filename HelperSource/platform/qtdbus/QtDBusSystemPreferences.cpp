@@ -38,16 +38,18 @@ QtDBusSystemPreferences::QtDBusSystemPreferences(QtDBusSession &session, SystemL
     : _session(session), _log(log), _applicationId(std::move(applicationId)), _path(pathOf(_applicationId)) {}
 
 bool QtDBusSystemPreferences::showPane(std::string_view identifier) {
-    if (!_session.isConnected() || !_isServed())
+    if (!_session.isConnected() || !_isServed()) {
         return false;
+    }
     QDBusMessage call = QDBusMessage::createMethodCall(_applicationId, _path, applicationInterface, u"ActivateAction"_s);
     const QVariantList parameters{QString::fromUtf8(identifier.data(), static_cast<qsizetype>(identifier.size()))};
     call.setArguments({u"show-pane"_s, parameters, QtActivationToken::platformData()});
     auto *const answer = new QDBusPendingCallWatcher(_session.connection().asyncCall(call, limitForProgram), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
         answer->deleteLater();
-        if (answer->isError())
+        if (answer->isError()) {
             _activate();
+        }
     });
     return true;
 }
@@ -57,8 +59,9 @@ bool QtDBusSystemPreferences::_isServed() const {
     const QDBusConnection connection = _session.connection();
     QDBusMessage hasOwner = questionToBus(u"NameHasOwner"_s);
     hasOwner.setArguments({_applicationId});
-    if (const QDBusReply<bool> reply = connection.call(hasOwner, QDBus::Block, limitForBus); reply.isValid() && reply.value())
+    if (const QDBusReply<bool> reply = connection.call(hasOwner, QDBus::Block, limitForBus); reply.isValid() && reply.value()) {
         return true;
+    }
     const QDBusReply<QStringList> names = connection.call(questionToBus(u"ListActivatableNames"_s), QDBus::Block, limitForBus);
     return names.isValid() && names.value().contains(_applicationId);
 }
@@ -69,8 +72,9 @@ void QtDBusSystemPreferences::_activate() {
     auto *const answer = new QDBusPendingCallWatcher(_session.connection().asyncCall(call, limitForProgram), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
         answer->deleteLater();
-        if (answer->isError())
+        if (answer->isError()) {
             _log.log("The settings program does not answer: " + answer->error().message().toStdString());
+        }
     });
 }
 

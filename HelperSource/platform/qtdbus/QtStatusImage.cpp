@@ -23,22 +23,27 @@ QtStatusImage::QtStatusImage(const std::string &resourceFolder, std::string_view
     const QString path = QString::fromStdString(resourceFolder + '/' + std::string(name));
     for (const QString &file : {path, atTwiceTheSize(path)}) {
         const QImage shape(file);
-        if (!shape.isNull())
+        if (!shape.isNull()) {
             _shapes.append(shape.convertToFormat(QImage::Format_ARGB32_Premultiplied));
+        }
     }
 }
 
 QImage QtStatusImage::image(int size, const QColor &color) const {
     QImage result(size, size, QImage::Format_ARGB32_Premultiplied);
     result.fill(Qt::transparent);
-    if (isEmpty())
+    if (isEmpty()) {
         return result;
+    }
     QImage shape = _shapes.last();
-    for (const QImage &each : _shapes)
-        if (each.width() == size)
+    for (const QImage &each : _shapes) {
+        if (each.width() == size) {
             shape = each;
-    if (shape.width() != size)
+        }
+    }
+    if (shape.width() != size) {
         shape = shape.scaled(size, size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    }
     QPainter painter(&result);
     painter.drawImage((size - shape.width()) / 2, (size - shape.height()) / 2, shape);
     painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
@@ -51,8 +56,9 @@ QImage QtStatusImage::imageWithRim(int size, const QColor &color, const QColor &
     result.fill(Qt::transparent);
     const QImage around = image(size, rim);
     QPainter painter(&result);
-    for (const QPoint &shift : {QPoint(-1, 0), QPoint(1, 0), QPoint(0, -1), QPoint(0, 1)})
+    for (const QPoint &shift : {QPoint(-1, 0), QPoint(1, 0), QPoint(0, -1), QPoint(0, 1)}) {
         painter.drawImage(shift, around);
+    }
     painter.drawImage(0, 0, image(size, color));
     return result;
 }

@@ -23,16 +23,18 @@ bool isOnX11() {
 QtXEmbedStatusItem::QtXEmbedStatusItem(std::string resourceFolder, MakeView makeView)
     : _resourceFolder(std::move(resourceFolder)), _makeView(std::move(makeView)), _trayColor([this] { _show(); }) {
     QObject::connect(&_icon, &QSystemTrayIcon::activated, &_icon, [this](QSystemTrayIcon::ActivationReason reason) {
-        if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::Context)
+        if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::Context) {
             _popUp();
+        }
     });
 }
 
 QtXEmbedStatusItem::~QtXEmbedStatusItem() = default;
 
 std::unique_ptr<StatusItem> QtXEmbedStatusItem::make(const std::string &resourceFolder, const MakeView &makeView) {
-    if (!isOnX11())
+    if (!isOnX11()) {
         return nullptr;
+    }
     return std::make_unique<QtXEmbedStatusItem>(resourceFolder, makeView);
 }
 
@@ -69,8 +71,9 @@ void QtXEmbedStatusItem::_show() {
 }
 
 void QtXEmbedStatusItem::_popUp() {
-    if (_view && !_view->isVisible())
+    if (_view && !_view->isVisible()) {
         _view->popup(QCursor::pos());
+    }
 }
 
 } // namespace orvane

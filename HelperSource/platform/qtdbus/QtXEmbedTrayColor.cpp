@@ -42,32 +42,37 @@ xcb_window_t trayOf(xcb_connection_t *connection) {
 
 QtXEmbedTrayColor::QtXEmbedTrayColor(std::function<void()> changed) : _changed(std::move(changed)) {
     xcb_connection_t *const connection = connectionOfQt();
-    if (connection == nullptr)
+    if (connection == nullptr) {
         return;
+    }
     _manager = atomOf(connection, "MANAGER");
     qGuiApp->installNativeEventFilter(this);
 }
 
 QtXEmbedTrayColor::~QtXEmbedTrayColor() {
-    if (qGuiApp != nullptr)
+    if (qGuiApp != nullptr) {
         qGuiApp->removeNativeEventFilter(this);
+    }
 }
 
 std::optional<QColor> QtXEmbedTrayColor::foreground() const {
     xcb_connection_t *const connection = connectionOfQt();
     const xcb_window_t tray = connection == nullptr ? static_cast<xcb_window_t>(XCB_WINDOW_NONE) : trayOf(connection);
-    if (tray == XCB_WINDOW_NONE)
+    if (tray == XCB_WINDOW_NONE) {
         return std::nullopt;
+    }
     constexpr std::uint32_t components = 3; // of the first of four colours, the foreground; 16 bits each
     const auto cookie =
         xcb_get_property(connection, 0, tray, atomOf(connection, "_NET_SYSTEM_TRAY_COLORS"), XCB_ATOM_CARDINAL, 0, components);
     const Owned<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection, cookie, nullptr));
-    if (!reply || reply->format != 32 || reply->value_len < components)
+    if (!reply || reply->format != 32 || reply->value_len < components) {
         return std::nullopt;
+    }
     const auto *const values = static_cast<const std::uint32_t *>(xcb_get_property_value(reply.get()));
     std::array<int, components> bytes{};
-    for (std::size_t index = 0; index < bytes.size(); ++index)
+    for (std::size_t index = 0; index < bytes.size(); ++index) {
         bytes[index] = static_cast<int>((values[index] >> 8) & 0xFF);
+    }
     return QColor(bytes[0], bytes[1], bytes[2]);
 }
 

@@ -45,18 +45,22 @@ StatusNotifierObject::StatusNotifierObject() {
 
 void StatusNotifierObject::setAppearance(const StatusNotifierAppearance &appearance) {
     const StatusNotifierAppearance old = std::exchange(_appearance, appearance);
-    if (old.iconThemePath != appearance.iconThemePath)
+    if (old.iconThemePath != appearance.iconThemePath) {
         Q_EMIT NewIconThemePath(appearance.iconThemePath);
+    }
     Q_EMIT NewIcon();
-    if (old.title != appearance.title)
+    if (old.title != appearance.title) {
         Q_EMIT NewTitle();
-    if (old.title != appearance.title || old.toolTip != appearance.toolTip)
+    }
+    if (old.title != appearance.title || old.toolTip != appearance.toolTip) {
         Q_EMIT NewToolTip();
+    }
 }
 
 void StatusNotifierObject::Activate(int /*x*/, int /*y*/) {
-    if (calledFromDBus())
+    if (calledFromDBus()) {
         sendErrorReply(QDBusError::UnknownMethod, u"This item is a menu."_s);
+    }
 }
 
 void StatusNotifierObject::SecondaryActivate(int /*x*/, int /*y*/) {}
@@ -66,8 +70,9 @@ void StatusNotifierObject::ContextMenu(int /*x*/, int /*y*/) {}
 void StatusNotifierObject::Scroll(int /*delta*/, const QString & /*orientation*/) {}
 
 void StatusNotifierObject::ProvideXdgActivationToken(const QString &token) {
-    if (_tokenHandler)
+    if (_tokenHandler) {
         _tokenHandler(token);
+    }
 }
 
 } // namespace orvane

@@ -32,13 +32,15 @@ StatusNotifierRegistration::StatusNotifierRegistration(QDBusConnection connectio
     claim.setArguments({_serviceName, doNotQueue});
     _connection.asyncCall(claim);
 
-    for (const char *signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"})
+    for (const char *signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"}) {
         _connection.connect({}, watcherPath, watcherName, QLatin1String(signal), this, SLOT(_askForHost()));
+    }
     connect(&_serviceWatcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString & /*name*/, const QString & /*old*/, const QString &owner) {
                 _watcherWent();
-                if (!owner.isEmpty())
+                if (!owner.isEmpty()) {
                     _watcherCame();
+                }
             });
     _serviceWatcher.setConnection(_connection);
     _serviceWatcher.setWatchMode(QDBusServiceWatcher::WatchForOwnerChange);
@@ -50,8 +52,9 @@ StatusNotifierRegistration::StatusNotifierRegistration(QDBusConnection connectio
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
         answer->deleteLater();
         const QDBusPendingReply<bool> reply = *answer;
-        if (!reply.isError() && reply.value() && !_watcherIsThere)
+        if (!reply.isError() && reply.value() && !_watcherIsThere) {
             _watcherCame();
+        }
     });
 }
 
@@ -96,14 +99,16 @@ void StatusNotifierRegistration::_askForHost() {
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer, number = _watcherNumber] {
         answer->deleteLater();
         const QDBusPendingReply<QDBusVariant> reply = *answer;
-        if (number == _watcherNumber && !reply.isError())
+        if (number == _watcherNumber && !reply.isError()) {
             _setHost(_watcherIsThere && reply.value().variant().toBool());
+        }
     });
 }
 
 void StatusNotifierRegistration::_startCheck() {
-    if (_nextCheck >= _checks.size())
+    if (_nextCheck >= _checks.size()) {
         return;
+    }
     const auto before = _nextCheck == 0 ? std::chrono::milliseconds(0) : _checks[_nextCheck - 1];
     _checkTimer.start(_checks[_nextCheck] - before);
     ++_nextCheck;
@@ -114,13 +119,16 @@ void StatusNotifierRegistration::_check() {
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer, number = _watcherNumber] {
         answer->deleteLater();
         const QDBusPendingReply<QDBusVariant> reply = *answer;
-        if (number != _watcherNumber || reply.isError())
+        if (number != _watcherNumber || reply.isError()) {
             return;
+        }
         bool isListed = false;
-        for (const QString &item : reply.value().variant().toStringList())
+        for (const QString &item : reply.value().variant().toStringList()) {
             isListed = isListed || _isOurs(item);
-        if (!isListed)
+        }
+        if (!isListed) {
             _registerItem();
+        }
     });
     _askForHost(); // a watcher that is late with its host need not tell
     _startCheck();
@@ -128,15 +136,18 @@ void StatusNotifierRegistration::_check() {
 
 /// Watchers list an item by its bus name or its owner's, most of them followed by the object's path.
 bool StatusNotifierRegistration::_isOurs(const QString &item) const {
-    for (const QString &name : {_serviceName, _connection.baseService()})
-        if (item.startsWith(name) && (item.size() == name.size() || item.at(name.size()) == u'/' || item.at(name.size()) == u'@'))
+    for (const QString &name : {_serviceName, _connection.baseService()}) {
+        if (item.startsWith(name) && (item.size() == name.size() || item.at(name.size()) == u'/' || item.at(name.size()) == u'@')) {
             return true;
+        }
+    }
     return false;
 }
 
 void StatusNotifierRegistration::_setHost(bool isThere) {
-    if (std::exchange(_hostIsThere, isThere) != isThere)
+    if (std::exchange(_hostIsThere, isThere) != isThere) {
         Q_EMIT hostChanged();
+    }
 }
 
 } // namespace orvane

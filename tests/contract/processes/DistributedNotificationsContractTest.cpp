@@ -140,8 +140,9 @@ TYPED_TEST(DistributedNotificationsContract, WhileSuspendedEachBehaviourIsObeyed
     this->observe(&this->one, "Changed", Suspension::Hold, "hold");
     this->observe(&this->one, "Changed", Suspension::DeliverImmediately, "immediately");
     this->harness.centre().suspend();
-    for (int i = 0; i < 3; ++i)
+    for (int i = 0; i < 3; ++i) {
         EXPECT_TRUE(this->harness.postFromElsewhere("Changed"));
+    }
     this->settle();
     EXPECT_EQ(this->journal, (Journal{"immediately", "immediately", "immediately"}));
     this->journal.clear();

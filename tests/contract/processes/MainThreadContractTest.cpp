@@ -93,12 +93,14 @@ TYPED_TEST(MainThreadContract, CallerStaysBlockedWhileTheMainThreadServesNobody)
 TYPED_TEST(MainThreadContract, WorkOfOneThreadKeepsItsOrder) {
     std::vector<int> order;
     this->serveThread([&] {
-        for (int i = 0; i < 100; ++i)
+        for (int i = 0; i < 100; ++i) {
             this->mainThread.performAndWait([&, i] { order.push_back(i); });
+        }
     });
     ASSERT_EQ(order.size(), 100U);
-    for (int i = 0; i < 100; ++i)
+    for (int i = 0; i < 100; ++i) {
         EXPECT_EQ(order[static_cast<std::size_t>(i)], i);
+    }
 }
 
 TYPED_TEST(MainThreadContract, WorkOfManyThreadsNeverOverlaps) {
@@ -107,7 +109,7 @@ TYPED_TEST(MainThreadContract, WorkOfManyThreadsNeverOverlaps) {
     int total = 0;
     this->serveThread([&] {
         std::vector<std::thread> threads;
-        for (int i = 0; i < 8; ++i)
+        for (int i = 0; i < 8; ++i) {
             threads.emplace_back([&] {
                 for (int j = 0; j < 50; ++j)
                     this->mainThread.performAndWait([&] {
@@ -116,8 +118,10 @@ TYPED_TEST(MainThreadContract, WorkOfManyThreadsNeverOverlaps) {
                         --inside;
                     });
             });
-        for (std::thread &thread : threads)
+        }
+        for (std::thread &thread : threads) {
             thread.join();
+        }
     });
     EXPECT_EQ(total, 400);
     EXPECT_EQ(most, 1);

@@ -26,8 +26,9 @@ protected:
     /// Standard output of a script that succeeds.
     std::string outputOf(const std::string &lines, const Environment &environment = {}) {
         const auto child = launch(lines, environment);
-        if (!child || !eventually([&] { return !child->isRunning(); }))
+        if (!child || !eventually([&] { return !child->isRunning(); })) {
             return "(not run)";
+        }
         EXPECT_EQ(child->terminationStatus(), 0) << child->readStandardErrorToEnd();
         return child->readStandardOutputToEnd();
     }
@@ -99,8 +100,9 @@ TEST_F(PosixProcessLauncherTest, FailedStartLeavesNoDescriptorBehind) {
         return std::distance(begin(descriptors), end(descriptors));
     };
     const auto before = count();
-    for (int i = 0; i < 10; ++i)
+    for (int i = 0; i < 10; ++i) {
         EXPECT_EQ(launcher.launch(folder.path("missing"), {}), nullptr);
+    }
     EXPECT_EQ(count(), before);
     EXPECT_TRUE(test::hasNoChild());
 }
@@ -163,8 +165,9 @@ TEST_F(PosixProcessLauncherTest, SignalsAreAsANewProgramExpectsThem) {
     ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
     ASSERT_NE(child, nullptr);
     const std::string output = child->readStandardOutputToEnd();
-    for (const std::string set : {"SigBlk", "SigIgn", "SigCgt"})
+    for (const std::string set : {"SigBlk", "SigIgn", "SigCgt"}) {
         EXPECT_NE(output.find(set + ":\t0000000000000000\n"), std::string::npos) << output;
+    }
 }
 
 TEST_F(PosixProcessLauncherTest, OutputsArriveAlsoWhenOurOwnStandardDescriptorsAreClosed) {
@@ -316,8 +319,9 @@ TEST_F(PosixProcessLauncherTest, ThreeHundredRunAtOnceUnder1024Descriptors) {
         ASSERT_NE(children.back(), nullptr) << i;
     }
     EXPECT_TRUE(std::all_of(children.begin(), children.end(), [](const auto &child) { return child->isRunning(); }));
-    for (int i = 0; i < 300; ++i)
+    for (int i = 0; i < 300; ++i) {
         barrier.release();
+    }
     for (std::size_t i = 0; i < children.size(); ++i) {
         ASSERT_TRUE(eventually([&] { return !children[i]->isRunning(); }));
         EXPECT_EQ(children[i]->terminationStatus(), 5);
@@ -329,7 +333,7 @@ TEST_F(PosixProcessLauncherTest, ThreeHundredRunAtOnceUnder1024Descriptors) {
 TEST_F(PosixProcessLauncherTest, SeveralThreadsStartProgramsAtOnce) {
     const std::string path = folder.write("script", "#!/bin/sh\necho \"$N\"\n");
     std::vector<std::future<int>> threads;
-    for (int thread = 0; thread < 8; ++thread)
+    for (int thread = 0; thread < 8; ++thread) {
         threads.push_back(std::async(std::launch::async, [&, thread] {
             int right = 0;
             for (int i = 0; i < 10; ++i) {
@@ -339,8 +343,10 @@ TEST_F(PosixProcessLauncherTest, SeveralThreadsStartProgramsAtOnce) {
             }
             return right;
         }));
-    for (auto &thread : threads)
+    }
+    for (auto &thread : threads) {
         EXPECT_EQ(thread.get(), 10);
+    }
     EXPECT_TRUE(eventually(test::hasNoChild));
 }
 

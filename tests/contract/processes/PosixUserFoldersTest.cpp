@@ -25,8 +25,9 @@ protected:
         ::setenv("HOME", "/homes/ann", 1);
     }
     void TearDown() override {
-        for (const auto &[name, value] : _before)
+        for (const auto &[name, value] : _before) {
             value ? ::setenv(name.c_str(), value->c_str(), 1) : ::unsetenv(name.c_str());
+        }
     }
 
     PosixUserFolders folders;

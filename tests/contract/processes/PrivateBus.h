@@ -19,11 +19,13 @@ public:
         ::posix_spawn_file_actions_addopen(&actions, 1, output.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
         ::posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
         std::vector<char *> pointers;
-        for (std::string &argument : arguments)
+        for (std::string &argument : arguments) {
             pointers.push_back(argument.data());
+        }
         pointers.push_back(nullptr);
-        if (::posix_spawnp(&_process, pointers[0], &actions, nullptr, pointers.data(), environ) != 0)
+        if (::posix_spawnp(&_process, pointers[0], &actions, nullptr, pointers.data(), environ) != 0) {
             _process = -1;
+        }
         ::posix_spawn_file_actions_destroy(&actions);
     }
     TestProgram(const TestProgram &) = delete;
@@ -32,8 +34,9 @@ public:
 
     [[nodiscard]] bool isStarted() const { return _process > 0; }
     void stop() {
-        if (_process <= 0)
+        if (_process <= 0) {
             return;
+        }
         ::kill(_process, SIGTERM);
         await();
     }
@@ -53,8 +56,9 @@ private:
 class PrivateBus {
 public:
     PrivateBus() {
-        if (!_daemon.isStarted() || !eventually([this] { return test::contentsOf(_folder.path("address")).ends_with('\n'); }))
+        if (!_daemon.isStarted() || !eventually([this] { return test::contentsOf(_folder.path("address")).ends_with('\n'); })) {
             ADD_FAILURE() << "dbus-daemon did not start";
+        }
     }
     [[nodiscard]] std::string address() const { return "unix:path=" + _folder.path("bus"); }
     void stop() { _daemon.stop(); }

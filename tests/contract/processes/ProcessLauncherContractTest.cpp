@@ -37,8 +37,9 @@ public:
         const std::string path = "/programs/" + std::to_string(_launcher.programs.size());
         FakeProgram program{
             .status = behaviour.status, .standardOutput = behaviour.output, .standardError = behaviour.error, .running = {}};
-        if (behaviour.waits)
+        if (behaviour.waits) {
             program.running = [this] { return !_released; };
+        }
         _launcher.programs[path] = program;
         return path;
     }
@@ -58,8 +59,9 @@ public:
         const std::string output = _folder.write("out" + number, behaviour.output);
         const std::string error = _folder.write("err" + number, behaviour.error);
         std::string script = "#!/bin/sh\n/bin/cat '" + output + "'\n/bin/cat '" + error + "' >&2\n";
-        if (behaviour.waits)
+        if (behaviour.waits) {
             script += "read line < '" + _barrier.path() + "'\n";
+        }
         return _folder.write("program" + number, script + "exit " + std::to_string(behaviour.status) + "\n");
     }
     std::string missingProgram() override { return _folder.path("missing"); }

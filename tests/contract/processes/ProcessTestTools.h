@@ -23,8 +23,9 @@ namespace orvane::test {
 inline bool eventually(const std::function<bool()> &holds, std::chrono::milliseconds limit = std::chrono::seconds(20)) {
     const auto deadline = std::chrono::steady_clock::now() + limit;
     while (!holds()) {
-        if (std::chrono::steady_clock::now() >= deadline)
+        if (std::chrono::steady_clock::now() >= deadline) {
             return false;
+        }
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
     return true;
@@ -46,8 +47,9 @@ class TestFolder {
 public:
     explicit TestFolder(const std::string &parent = std::filesystem::temp_directory_path().string()) {
         std::string path = parent + "/orvane-test-XXXXXX";
-        if (::mkdtemp(path.data()) == nullptr)
+        if (::mkdtemp(path.data()) == nullptr) {
             std::abort();
+        }
         _path = path;
     }
     TestFolder(const TestFolder &) = delete;
@@ -75,8 +77,9 @@ private:
 class Barrier {
 public:
     explicit Barrier(std::string path) : _path(std::move(path)) {
-        if (::mkfifo(_path.c_str(), 0600) != 0)
+        if (::mkfifo(_path.c_str(), 0600) != 0) {
             std::abort();
+        }
         _descriptor = ::open(_path.c_str(), O_RDWR | O_CLOEXEC);
     }
     Barrier(const Barrier &) = delete;
@@ -118,8 +121,9 @@ inline bool hasNoChild() {
 /// Exit status of `body` run in a forked child; 128 + N when a signal ended it.
 inline int statusInFork(const std::function<int()> &body) {
     const pid_t child = ::fork();
-    if (child == 0)
+    if (child == 0) {
         ::_exit(body());
+    }
     int status = 0;
     ::waitpid(child, &status, 0);
     return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);

@@ -27,8 +27,9 @@ protected:
     /// Sends a signal with a tool that knows nothing of ours.
     bool send(const std::string &path, const std::string &member, const std::string &argument = {}) {
         std::vector<std::string> command{"dbus-send", "--bus=" + bus.address(), "--type=signal", path, member};
-        if (!argument.empty())
+        if (!argument.empty()) {
             command.push_back(argument);
+        }
         return test::TestProgram(command).await() == 0;
     }
 
@@ -129,8 +130,9 @@ TEST_F(SdBusNotificationsTest, WithoutABusNothingIsPostedAndNothingBreaks) {
 }
 
 TEST_F(SdBusNotificationsTest, AddressThatIsNoneIsLikeNoBus) {
-    for (const char *address : {"nonsense", "unix:", "autolaunch:", ";", "unix:path="})
+    for (const char *address : {"nonsense", "unix:", "autolaunch:", ";", "unix:path="}) {
         EXPECT_FALSE(SdBusNotifications(address).post("Changed")) << address;
+    }
 }
 
 TEST_F(SdBusNotificationsTest, AddressOfTheSessionIsTakenFromTheEnvironment) {

@@ -27,13 +27,15 @@ void rememberForSyslog(const char *text) {
 /// Length of a time stamp like "2026-01-02T03:04:05+0100 "; 0 when the text starts with none.
 std::size_t lengthOfStamp(std::string_view text) {
     constexpr std::string_view shape = "dddd-dd-ddTdd:dd:ddsdddd ";
-    if (text.size() < shape.size())
+    if (text.size() < shape.size()) {
         return 0;
+    }
     for (std::size_t i = 0; i < shape.size(); ++i) {
         const bool isDigit = text[i] >= '0' && text[i] <= '9';
         const bool isSign = text[i] == '+' || text[i] == '-';
-        if (shape[i] == 'd' ? !isDigit : shape[i] == 's' ? !isSign : text[i] != shape[i])
+        if (shape[i] == 'd' ? !isDigit : shape[i] == 's' ? !isSign : text[i] != shape[i]) {
             return 0;
+        }
     }
     return shape.size();
 }
@@ -45,12 +47,13 @@ std::vector<std::string> entriesOfFile(const std::string &path) {
     for (std::size_t start = 0; start < contents.size();) {
         const std::size_t end = contents.find('\n', start);
         const std::string line = contents.substr(start, end - start);
-        if (const std::size_t stamp = lengthOfStamp(line); stamp > 0)
+        if (const std::size_t stamp = lengthOfStamp(line); stamp > 0) {
             entries.push_back(line.substr(stamp));
-        else if (!entries.empty())
+        } else if (!entries.empty()) {
             entries.back() += "\n" + line; // the entry before goes on
-        else
+        } else {
             ADD_FAILURE() << "The file starts without a time stamp: " << line;
+        }
         if (end == std::string::npos) {
             ADD_FAILURE() << "The file does not end with a line feed";
             break;
@@ -101,17 +104,20 @@ TYPED_TEST(SystemLogContract, LineFeedsInsideAnEntryStay) {
 
 TYPED_TEST(SystemLogContract, EntriesOfSeveralThreadsAllArriveUnmixed) {
     std::vector<std::thread> threads;
-    for (int thread = 0; thread < 8; ++thread)
+    for (int thread = 0; thread < 8; ++thread) {
         threads.emplace_back([&, thread] {
             for (int i = 0; i < 50; ++i)
                 this->harness.log().log(std::to_string(thread * 50 + i) + std::string(100, '.'));
         });
-    for (std::thread &thread : threads)
+    }
+    for (std::thread &thread : threads) {
         thread.join();
+    }
     const auto entries = this->harness.entries();
     std::set<std::string> expected;
-    for (int i = 0; i < 400; ++i)
+    for (int i = 0; i < 400; ++i) {
         expected.insert(std::to_string(i) + std::string(100, '.'));
+    }
     EXPECT_EQ(entries.size(), 400U);
     EXPECT_EQ(std::set<std::string>(entries.begin(), entries.end()), expected);
 }
@@ -161,8 +167,9 @@ TEST_F(PosixSystemLogTest, EntryGoesToSyslogAsWell) {
 
 TEST_F(PosixSystemLogTest, SyslogGetsTheStartOfALongEntryAndTheFileAllOfIt) {
     std::string text;
-    for (int i = 0; i < 6000; ++i)
+    for (int i = 0; i < 6000; ++i) {
         text += "ä";
+    }
     log.log("x" + text); // so that the cut would fall into a character
     ASSERT_EQ(syslogEntries.size(), 1U);
     EXPECT_EQ(syslogEntries[0], "x" + text.substr(0, 7998) + "…");
@@ -178,8 +185,9 @@ TEST_F(PosixSystemLogTest, EntriesAreAppendedToWhatIsThere) {
 
 TEST_F(PosixSystemLogTest, FileThatWouldGrowBeyondAMebibyteIsRenamedFirst) {
     const std::string entry(1000, 'x');
-    for (int i = 0; i < 1100; ++i)
+    for (int i = 0; i < 1100; ++i) {
         log.log(entry);
+    }
     EXPECT_LE(size(file()), 1024U * 1024U);
     EXPECT_LE(size(file() + ".1"), 1024U * 1024U);
     EXPECT_EQ(entriesOfFile(file()).size() + entriesOfFile(file() + ".1").size(), 1100U);
@@ -187,8 +195,9 @@ TEST_F(PosixSystemLogTest, FileThatWouldGrowBeyondAMebibyteIsRenamedFirst) {
 
 TEST_F(PosixSystemLogTest, OnlyOneOldFileIsKept) {
     const std::string entry(100'000, 'x');
-    for (int i = 0; i < 35; ++i)
+    for (int i = 0; i < 35; ++i) {
         log.log(entry);
+    }
     const std::filesystem::directory_iterator files(directory());
     EXPECT_EQ(std::distance(begin(files), end(files)), 2);
 }
@@ -206,20 +215,23 @@ TEST_F(PosixSystemLogTest, ProgramsThatShareTheFileLoseNothingWhenItIsRenamed) {
         const pid_t child = ::fork();
         if (child == 0) {
             PosixSystemLog own(directory(), [](const char *) {});
-            for (int i = 0; i < 100; ++i)
+            for (int i = 0; i < 100; ++i) {
                 own.log(std::string(3500, static_cast<char>('a' + program)));
+            }
             ::_exit(0);
         }
         children.push_back(child);
     }
-    for (const pid_t child : children)
+    for (const pid_t child : children) {
         ::waitpid(child, nullptr, 0);
+    }
     auto entries = entriesOfFile(file()); // 1.4 MB in all: renamed once
     const auto old = entriesOfFile(file() + ".1");
     EXPECT_FALSE(old.empty());
     entries.insert(entries.end(), old.begin(), old.end());
-    for (int program = 0; program < programs; ++program)
+    for (int program = 0; program < programs; ++program) {
         EXPECT_EQ(std::count(entries.begin(), entries.end(), std::string(3500, static_cast<char>('a' + program))), 100);
+    }
 }
 
 TEST_F(PosixSystemLogTest, LinkInTheFilesPlaceIsNotFollowed) {

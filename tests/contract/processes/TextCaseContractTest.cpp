@@ -64,15 +64,17 @@ TEST(UnistringTextCase, FullMappingOfSpecialCasing) {
         {"ẞ", "ẞ"},   {"ÿ", "Ÿ"},   {"µ", "Μ"},   {"ſ", "S"},
         {"ǆ", "Ǆ"},   {"ა", "Ა"}, {"ꭰ", "Ꭰ"}, {"𞤢", "𞤀"},
     };
-    for (const auto &[lower, upper] : table)
+    for (const auto &[lower, upper] : table) {
         EXPECT_EQ(textCase.uppercase(lower), upper) << lower;
+    }
 }
 
 TEST(UnistringTextCase, ShortWayForAsciiGivesWhatTheLibraryGives) {
     UnistringTextCase textCase;
     std::string all;
-    for (int byte = 0; byte < 128; ++byte)
+    for (int byte = 0; byte < 128; ++byte) {
         all += static_cast<char>(byte);
+    }
     EXPECT_EQ(textCase.uppercase(all) + "É", textCase.uppercase(all + "é")); // the right one goes through the library
 }
 
@@ -82,8 +84,9 @@ TEST(UnistringTextCase, LocaleOfTheProgramDoesNotMatter) {
     UnistringTextCase textCase;
     EXPECT_EQ(textCase.uppercase("iß"), "ISS");
     ::unsetenv("LC_ALL");
-    if (turkish != nullptr)
+    if (turkish != nullptr) {
         std::setlocale(LC_ALL, "C");
+    }
 }
 
 TEST(UnistringTextCase, LongTextTakesTimeInProportion) {

@@ -93,11 +93,12 @@ TYPED_TEST(ThreadLauncherContract, CallReturnsWhileTheWorkStillRuns) {
 TYPED_TEST(ThreadLauncherContract, SeveralPiecesOfWorkRunAtOnce) {
     auto inside = std::make_shared<std::atomic<int>>(0);
     auto together = std::make_shared<std::atomic<int>>(0);
-    for (int i = 0; i < 8; ++i)
+    for (int i = 0; i < 8; ++i) {
         EXPECT_TRUE(this->launcher->detachNewThread([=] {
             ++*inside;
             *together += eventually([&] { return *inside == 8; }) ? 1 : 0;
         }));
+    }
     EXPECT_TRUE(eventually([&] { return *together == 8; }));
 }
 

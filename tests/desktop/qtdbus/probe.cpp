@@ -116,16 +116,18 @@ public:
     void obey(const std::string &line) {
         Words words{std::string()};
         for (const char byte : line) {
-            if (byte == '|')
+            if (byte == '|') {
                 words.emplace_back();
-            else
+            } else {
                 words.back() += byte;
+            }
         }
         const auto found = _commands.find(words.front());
-        if (found == _commands.end())
+        if (found == _commands.end()) {
             say("what is " + line + "?");
-        else
+        } else {
             found->second(words);
+        }
     }
 
 private:
@@ -182,16 +184,19 @@ private:
         // menu|TITLE|TITLE...: the whole menu anew; a title of "-" is a separator, one that begins with "!" is switched off,
         // "wait" holds its action until "release", "vanish" removes the status item from its own action.
         _commands["menu"] = [this](const Words &words) {
-            while (_menu.numberOfItems() > 0)
+            while (_menu.numberOfItems() > 0) {
                 _menu.removeItemAtIndex(0);
-            for (std::size_t index = 1; index < words.size(); ++index)
+            }
+            for (std::size_t index = 1; index < words.size(); ++index) {
                 _menu.insertItemAtIndex(_itemOf(words[index], index - 1), index - 1);
+            }
             say("menu " + std::to_string(_menu.numberOfItems()));
         };
         _commands["many"] = [this](const Words &words) {
             Words titles{"menu"};
-            for (int number = 0; number < std::stoi(words.at(1)); ++number)
+            for (int number = 0; number < std::stoi(words.at(1)); ++number) {
                 titles.push_back("Preset " + std::to_string(number));
+            }
             _commands["menu"](titles);
         };
     }
@@ -203,8 +208,9 @@ private:
         item.representedObject = static_cast<std::int32_t>(index);
         const bool isOff = !title.empty() && title.front() == '!';
         item.title = isOff ? title.substr(1) : title;
-        if (isOff)
+        if (isOff) {
             item.validate = [](const MenuItem &) { return false; };
+        }
         item.action = [this](const MenuItem &chosen) {
             const char *const token = std::getenv("XDG_ACTIVATION_TOKEN");
             say("chosen " + std::to_string(chosen.representedObject.value_or(-1)) + " " + chosen.title + " token " +

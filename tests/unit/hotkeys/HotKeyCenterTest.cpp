@@ -32,8 +32,9 @@ struct Listener {
     std::function<void()> onLaunch;
     void launch(const SGHotKey *sender) {
         senders.push_back(sender);
-        if (onLaunch)
+        if (onLaunch) {
             onLaunch();
+        }
     }
     static SGSelector action() { return SGSelector::of<Listener, &Listener::launch>("launch:"); }
 };
