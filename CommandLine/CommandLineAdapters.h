@@ -6,6 +6,7 @@
 #include "ports/MainThread.h"
 #include "ports/PreferencesStore.h"
 #include "ports/Processes.h"
+#include "ports/SystemLog.h"
 #include "ports/ThreadLauncher.h"
 
 #include <atomic>
@@ -48,6 +49,12 @@ public:
 
 private:
     std::vector<std::function<void()>> _works;
+};
+
+/// Forgets everything: nothing has happened in a dry run.
+class SilentLog final : public SystemLog {
+public:
+    void log(std::string_view) override {}
 };
 
 /// One alert as it was shown.

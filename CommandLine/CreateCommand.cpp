@@ -83,6 +83,7 @@ private:
         PreferencesStore &preferences = _options.dryRun ? static_cast<PreferencesStore &>(_readOnly) : _context.preferences;
         PresetEnginePorts ports{_context, _alerts, fileSystem, preferences, _processes, _threads, _prompt, _workspace};
         ports.progress = &_nodes;
+        ports.log = _options.dryRun ? &_silentLog : nullptr;
         auto manager = _engine.makeManager(ports);
         manager->setKeepsPreferencesLocked(_options.noInput && !_options.dryRun);
         return manager;
@@ -180,6 +181,7 @@ private:
         }
         _report.nodes = _planned.tree().size();
         if (_alerts.shown().empty() && _planned.wouldFail()) { // as the engine would, had the hierarchy not gone on
+            _tellsOfDryRun = true;
             manager.reportErrorMessage("ORV wasn't able to create the preset",
                                        "ORV wasn't able to create the preset, because a file creation failed: " + _planned.failure());
         }
@@ -203,7 +205,9 @@ private:
         if (_progress) {
             _progress->end();
         }
-        return !_observed.wasStopped();
+        // A dry run goes on where a creation ends: what fails after that does not count.
+        const bool isTooLate = _options.dryRun && _planned.wouldFail() && !_tellsOfDryRun;
+        return !_observed.wasStopped() && !isTooLate;
     }
 
     void _beginProgress() {
@@ -236,6 +240,7 @@ private:
     ObservedFileSystem _observed;
     DryRunFileSystem _planned;
     ReadOnlyPreferencesStore _readOnly;
+    SilentLog _silentLog;
     RecordingProcessLauncher _processes;
     DeferredThreadLauncher _threads;
     CommandLineWorkspace _workspace;
@@ -243,6 +248,7 @@ private:
     NodeCounter _nodes;
     std::optional<ProgressBar> _progress;
     CreationReport _report;
+    bool _tellsOfDryRun = false;      ///< the first failure that a dry run would meet
     bool _interruptionIsOpen = false; ///< one arrived and changed nothing; the signal is still to be raised
 };
 

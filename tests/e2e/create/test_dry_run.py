@@ -54,7 +54,7 @@ class DryRun(OrvaneTest):
 
     def test_the_failure_is_told_as_by_a_creation(self):
         shapes = ((folder("f", file("..")),), (folder("f", folder("x" * 256)), file("..")), (file("a"), folder("a", file("b"))),
-                  (file("100%%"), folder("100%%")))
+                  (file("100%%"), folder("100%%")), (file("x" * 256), {}), (folder("f", file("..")), folder("g", {})))
         for children in shapes:
             self.write_presets(preset("P", "to:p", *children))
             dry = self.dry("0", "--json")
