@@ -16,7 +16,7 @@ struct SharedCenter {
 };
 
 SharedCenter &sharedSlot() {
-    static SharedCenter *const slot = new SharedCenter; // kept to the very end: whoever owns the ports may be gone before
+    static auto *const slot = new SharedCenter; // kept to the very end: whoever owns the ports may be gone before
     return *slot;
 }
 

@@ -40,7 +40,7 @@ std::string decimal(int number) {
 /// As "%X" writes it: the number's 32 bits in capitals.
 std::string hexadecimal(int number) {
     std::array<char, 8> digits{};
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), static_cast<unsigned>(number), 16).ptr;
+    auto *const end = std::to_chars(digits.data(), digits.data() + digits.size(), static_cast<unsigned>(number), 16).ptr;
     std::transform(digits.data(), end, digits.data(), [](char c) { return c >= 'a' ? static_cast<char>(c - 'a' + 'A') : c; });
     return {digits.data(), end};
 }
@@ -153,8 +153,7 @@ std::string SGKeyCombo::_stringForKeyCodeNewKeyCodeMap(std::int16_t keyCode, con
     if (translator == nullptr || !sharedNames().ports) {
         return {};
     }
-    const std::string character =
-        sharedNames().ports->textCase.uppercase(translator->translateKeyCode(static_cast<std::uint16_t>(keyCode)));
+    std::string character = sharedNames().ports->textCase.uppercase(translator->translateKeyCode(static_cast<std::uint16_t>(keyCode)));
     if (!containsText(map.find("padKeys"), key)) {
         return character;
     }

@@ -18,8 +18,8 @@ namespace {
 
 const QString name = u"org.orvane.Settings"_s;
 const QString path = u"/org/orvane/Settings"_s;
-constexpr int limitForBus = 500;    // ms
-constexpr int limitForOther = 5000; // ms
+constexpr int LimitForBus = 500;    // ms
+constexpr int LimitForOther = 5000; // ms
 
 } // namespace
 
@@ -44,7 +44,7 @@ bool SettingsApplication::claimName() {
     constexpr uint doNotQueue = 4; // DBUS_NAME_FLAG_DO_NOT_QUEUE
     constexpr uint taken = 3;      // DBUS_REQUEST_NAME_REPLY_EXISTS
     call.setArguments({name, doNotQueue});
-    const QDBusReply<uint> reply = _session.connection().call(call, QDBus::Block, limitForBus);
+    const QDBusReply<uint> reply = _session.connection().call(call, QDBus::Block, LimitForBus);
     _wantsName = !(reply.isValid() && reply.value() == taken);
     return _wantsName;
 }
@@ -58,7 +58,7 @@ bool SettingsApplication::handOver(const QStringList &paths) {
     QDBusMessage call = QDBusMessage::createMethodCall(name, path, u"org.freedesktop.Application"_s, member);
     const QVariantMap platformData = QtActivationToken::platformData();
     call.setArguments(uris.isEmpty() ? QVariantList{platformData} : QVariantList{uris, platformData});
-    return _session.connection().call(call, QDBus::Block, limitForOther).type() == QDBusMessage::ReplyMessage;
+    return _session.connection().call(call, QDBus::Block, LimitForOther).type() == QDBusMessage::ReplyMessage;
 }
 
 /// Once the caller has its answer.

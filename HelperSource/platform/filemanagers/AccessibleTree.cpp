@@ -15,7 +15,7 @@ namespace {
 using namespace Qt::StringLiterals;
 
 /// More nodes than any file manager's window has once the pruned roles are left out (36 to 250 were seen).
-constexpr std::size_t mostNodes = 1500;
+constexpr std::size_t MostNodes = 1500;
 
 // Bits of the first word of a state set (atspi-constants.h, AtspiStateType).
 constexpr std::uint32_t stateActive = 1U << 1U;
@@ -246,7 +246,7 @@ std::optional<WindowContents> TreeReader::read(const QString &frame) {
         for (const Objects &family : families) {
             nodes += family.size();
         }
-        if (nodes > mostNodes) {
+        if (nodes > MostNodes) {
             return std::nullopt;
         }
         level = _sort(families);

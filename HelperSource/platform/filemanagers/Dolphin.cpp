@@ -12,7 +12,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr TitleRule titleRule = {" \u2014 ", true, false, "dolphin", "Home", nullptr};
+constexpr TitleRule RuleOfTitle = {" \u2014 ", true, false, "dolphin", "Home", nullptr};
 
 /// Dolphin 22.12: KDE's activity manager knows the folder of the focused view, Dolphin itself only whether a folder is open in
 /// any of its views. The breadcrumbs are the second way. Its setting ShowFullPathInTitlebar is the shortest.
@@ -68,7 +68,7 @@ std::optional<std::string> folderOfBreadcrumbs(const BusCalls &bus, const Applic
     std::optional<std::string> found;
     for (const ButtonRow &row : contents.value_or(WindowContents()).rows) {
         const auto path = pathOfBreadcrumbs(row, home);
-        if (!path || !titleAgreesWithPath(titleRule, window.title, *path, home) || !isOpen(bus, window, *path)) {
+        if (!path || !titleAgreesWithPath(RuleOfTitle, window.title, *path, home) || !isOpen(bus, window, *path)) {
             continue;
         }
         if (found && found != path) {
@@ -81,11 +81,11 @@ std::optional<std::string> folderOfBreadcrumbs(const BusCalls &bus, const Applic
 
 std::optional<std::string> Dolphin::folder(const ApplicationWindow &window, const Surroundings &surroundings,
                                            const Deadline &deadline) const {
-    std::optional<std::string> found = fullPathInTitle(titleRule, window.title);
+    std::optional<std::string> found = fullPathInTitle(RuleOfTitle, window.title);
     if (!found && window.pid != 0) {
         const BusCalls bus(QDBusConnection::sessionBus(), deadline);
         found = focusedFolder(bus, window);
-        if (!found || !titleAgreesWithPath(titleRule, window.title, *found, surroundings.home) || !isOpen(bus, window, *found)) {
+        if (!found || !titleAgreesWithPath(RuleOfTitle, window.title, *found, surroundings.home) || !isOpen(bus, window, *found)) {
             found = folderOfBreadcrumbs(bus, window, surroundings.home);
         }
     }

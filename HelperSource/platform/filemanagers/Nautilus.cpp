@@ -19,7 +19,7 @@ using namespace Qt::StringLiterals;
 
 using Locations = QMap<QString, QStringList>; ///< the tabs' URIs by the path of the window's object
 
-constexpr TitleRule titleRule = {nullptr, false, false, "nautilus", "Home", nullptr};
+constexpr TitleRule RuleOfTitle = {nullptr, false, false, "nautilus", "Home", nullptr};
 
 /// Nautilus 43: the one with a question on the session bus. It gives the locations of all tabs of every window; which tab is in
 /// front, title and path bar have to tell.
@@ -91,7 +91,7 @@ std::optional<Tab> tabOf(const std::string &location, const ApplicationWindow &w
     Tab tab = {{}, pathOfLocation(location, surroundings.runtimeFolder)};
     if (tab.path) {
         tab.shown = *tab.path;
-        return titleAgreesWithPath(titleRule, window.title, tab.shown, surroundings.home) ? std::optional(tab) : std::nullopt;
+        return titleAgreesWithPath(RuleOfTitle, window.title, tab.shown, surroundings.home) ? std::optional(tab) : std::nullopt;
     }
     const std::size_t authority = location.find("://");
     const std::size_t slash = authority == std::string::npos ? std::string::npos : location.find('/', authority + 3);

@@ -9,13 +9,13 @@ namespace orvane {
 
 namespace {
 
-constexpr std::size_t longestFile = 65536;
+constexpr std::size_t LongestFile = 65536;
 
 std::string contentsOf(const std::string &path) {
     const FileDescriptor file(uninterrupted([&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); }));
     std::string contents;
     char part[4096];
-    while (file && contents.size() < longestFile) {
+    while (file && contents.size() < LongestFile) {
         const ssize_t count = uninterrupted([&] { return ::read(file.get(), part, sizeof part); });
         if (count <= 0) {
             break;

@@ -13,7 +13,7 @@ namespace {
 /// Longest property that is read, in units of four bytes.
 constexpr std::uint32_t longestProperty = 16384;
 /// Dialogs of dialogs; more means a ring.
-constexpr int mostOwners = 8;
+constexpr int MostOwners = 8;
 
 /// What a panel, its menus and notifications are (EWMH 1.5, _NET_WM_WINDOW_TYPE; the last is KDE's, for a panel's pop-ups).
 constexpr const char *passingTypeNames[] = {"_NET_WM_WINDOW_TYPE_DOCK",
@@ -142,7 +142,7 @@ bool X11Windows::isViewable(xcb_window_t window) {
 
 /// The window at the end of the chain of WM_TRANSIENT_FOR.
 xcb_window_t X11Windows::_owner(xcb_window_t window) {
-    for (int step = 0; step < mostOwners; ++step) {
+    for (int step = 0; step < MostOwners; ++step) {
         const auto owner = _words(window, XCB_ATOM_WM_TRANSIENT_FOR);
         if (owner.empty() || owner.front() == XCB_WINDOW_NONE || owner.front() == _root || owner.front() == window ||
             !isViewable(owner.front())) {

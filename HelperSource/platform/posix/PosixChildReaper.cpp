@@ -15,7 +15,7 @@ namespace orvane {
 
 namespace {
 
-constexpr std::size_t waiterStackSize = 256 * 1024; // it only calls waitpid
+constexpr std::size_t WaiterStackSize = 256UL * 1024; // it only calls waitpid
 
 struct Unwatched {
     std::mutex mutex;
@@ -50,7 +50,7 @@ bool startWaiter(pid_t child) {
         return false;
     }
     ::pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
-    ::pthread_attr_setstacksize(&attributes, waiterStackSize);
+    ::pthread_attr_setstacksize(&attributes, WaiterStackSize);
     sigset_t all;
     ::sigfillset(&all);
     ::pthread_attr_setsigmask_np(&attributes, &all);

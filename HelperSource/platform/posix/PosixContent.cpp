@@ -87,7 +87,7 @@ const PosixContent *PosixContentStore::content(std::string_view path) {
     if (known != _contents.end()) {
         return known->second.get();
     }
-    auto loaded = path.find('\0') == path.npos ? _load(path) : nullptr;
+    auto loaded = path.find('\0') == std::string_view::npos ? _load(path) : nullptr;
     PosixContent *const content = loaded.get();
     _contents.emplace(std::string(path), std::move(loaded));
     if (content != nullptr) {

@@ -176,7 +176,7 @@ std::unique_ptr<CreationJournal::Entry> PosixCreationJournal::begin(std::string_
         if (!isLocked || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
             return nullptr;
         }
-        std::size_t size = static_cast<std::size_t>(status.st_size);
+        auto size = static_cast<std::size_t>(status.st_size);
         if (size < SmallestFile) {
             if (!isInMemory(file.get()) || ::posix_fallocate(file.get(), 0, SmallestFile) != 0) {
                 return nullptr;

@@ -76,7 +76,7 @@ void PosixFileSystem::forgetContents() {
 }
 
 std::unique_ptr<HierarchyWriter> PosixFileSystem::beginHierarchy(std::string_view basePath) {
-    if (basePath.empty() || basePath.find('\0') != basePath.npos) {
+    if (basePath.empty() || basePath.find('\0') != std::string_view::npos) {
         errno = EINVAL;
         return nullptr;
     }
@@ -119,7 +119,7 @@ PosixProcessTraits PosixFileSystem::_processTraits() {
     const std::string_view read(text.data(), length > 0 ? static_cast<std::size_t>(length) : 0);
     constexpr std::string_view key = "\nUmask:\t";
     const std::size_t line = read.find(key);
-    if (line != read.npos) {
+    if (line != std::string_view::npos) {
         _umask = static_cast<mode_t>(std::strtoul(text.data() + line + key.size(), nullptr, 8));
     } else {
         _umask = umaskOfSingleThread();

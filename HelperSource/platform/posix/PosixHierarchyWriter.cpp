@@ -125,7 +125,8 @@ void PosixHierarchyWriter::_logOmissions() const {
 
 /// Names that could lead anywhere else than to an item of the current folder are refused before any call.
 bool PosixHierarchyWriter::_mayUse(std::string_view name) {
-    const bool isOneComponent = !name.empty() && name != "." && name != ".." && name.find('/') == name.npos && name.find('\0') == name.npos;
+    const bool isOneComponent = !name.empty() && name != "." && name != ".." && name.find('/') == std::string_view::npos &&
+                                name.find('\0') == std::string_view::npos;
     return (isOneComponent && !_isOver) || _fail(EINVAL);
 }
 

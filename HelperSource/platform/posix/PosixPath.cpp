@@ -7,12 +7,12 @@
 
 namespace orvane {
 
-PosixPath::PosixPath(std::string_view path) : _path(path.find('\0') == path.npos ? path : std::string_view()) {
+PosixPath::PosixPath(std::string_view path) : _path(path.find('\0') == std::string_view::npos ? path : std::string_view()) {
     std::size_t from = 0;
     while (_path.size() - from >= PATH_MAX) {
         // The longest piece that ends before a "/" and still fits, its closing zero included.
         const std::size_t slash = _path.rfind('/', from + PATH_MAX - 1);
-        if (slash == _path.npos || slash <= from) {
+        if (slash == std::string_view::npos || slash <= from) {
             break; // one component longer than any file system takes; the call itself will say so
         }
         const std::string piece = _path.substr(from, slash - from);

@@ -37,7 +37,7 @@ PropertyList changed(const PropertyList &old, const PosixPreferencesChanges &cha
 /// The text of one value inside the root dictionary, and the value as it will be read back. Reading it here is the proof
 /// that it stands by itself, so that putting it in the place of another value keeps the file whole.
 std::optional<std::string> fragment(PropertyList &value, bool asciiOnly, std::string &why) {
-    const std::optional<std::string> text = writeXMLPropertyListFragment(value.root(), 1, asciiOnly, &why);
+    std::optional<std::string> text = writeXMLPropertyListFragment(value.root(), 1, asciiOnly, &why);
     if (!text) {
         return std::nullopt;
     }

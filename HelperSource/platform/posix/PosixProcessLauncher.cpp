@@ -22,13 +22,13 @@ namespace orvane {
 
 namespace {
 
-constexpr std::size_t mostBytesKept = 16 * 1024 * 1024;
-constexpr int statusUnknown = 255; // somebody else took the status away: no success
-constexpr int firstOrdinaryDescriptor = 3;
+constexpr std::size_t MostBytesKept = 16UL * 1024 * 1024;
+constexpr int StatusUnknown = 255; // somebody else took the status away: no success
+constexpr int FirstOrdinaryDescriptor = 3;
 
 // Reading ------------------------------------------------------------------------------------------------------------
 
-constexpr std::size_t mostBytesDropped = std::size_t{1} << 30U;
+constexpr std::size_t MostBytesDropped = std::size_t{1} << 30U;
 
 /// Waits until the first of the two can be read, and drops what is in the second; that one is closed when it is at its end, or has
 /// given so much that it has no end.
@@ -46,7 +46,7 @@ void dropUntilReadable(const FileDescriptor &wanted, FileDescriptor &unwanted) {
         if (both[1].revents != 0) {
             const ssize_t count = ::read(unwanted.get(), buffer.data(), buffer.size());
             dropped += count > 0 ? static_cast<std::size_t>(count) : 0;
-            if (count == 0 || (count < 0 && errno != EINTR) || dropped > mostBytesDropped) {
+            if (count == 0 || (count < 0 && errno != EINTR) || dropped > MostBytesDropped) {
                 unwanted = FileDescriptor();
             }
         }
@@ -71,7 +71,7 @@ std::string readToEnd(FileDescriptor descriptor, FileDescriptor unwanted = FileD
             break;
         }
         const auto bytes = static_cast<std::size_t>(count);
-        const std::size_t room = std::min(bytes, mostBytesKept - kept.size());
+        const std::size_t room = std::min(bytes, MostBytesKept - kept.size());
         kept.append(buffer.data(), room);
         dropped += bytes - room;
     }
@@ -102,11 +102,11 @@ public:
         if (result == 0 || (result < 0 && errno == EINTR)) {
             return true;
         }
-        _status = result == _child ? _exitStatusOf(status) : statusUnknown;
+        _status = result == _child ? _exitStatusOf(status) : StatusUnknown;
         return false;
     }
 
-    [[nodiscard]] int terminationStatus() const override { return _status.value_or(statusUnknown); }
+    [[nodiscard]] int terminationStatus() const override { return _status.value_or(StatusUnknown); }
     [[nodiscard]] std::string readStandardErrorToEnd() override { return readToEnd(std::move(_error)); }
     [[nodiscard]] std::string readStandardErrorToEndDroppingOutput() override { return readToEnd(std::move(_error), std::move(_output)); }
     [[nodiscard]] std::string readStandardOutputToEnd() override { return readToEnd(std::move(_output)); }
@@ -129,8 +129,8 @@ struct Pipe {
 
 /// In a program whose own 0, 1 or 2 is closed a pipe may get those numbers, which the child's redirections would overwrite.
 bool moveToOrdinary(FileDescriptor &descriptor) {
-    if (descriptor.get() < firstOrdinaryDescriptor) {
-        descriptor = FileDescriptor(::fcntl(descriptor.get(), F_DUPFD_CLOEXEC, firstOrdinaryDescriptor));
+    if (descriptor.get() < FirstOrdinaryDescriptor) {
+        descriptor = FileDescriptor(::fcntl(descriptor.get(), F_DUPFD_CLOEXEC, FirstOrdinaryDescriptor));
     }
     return static_cast<bool>(descriptor);
 }
@@ -155,7 +155,7 @@ public:
                       ::posix_spawn_file_actions_adddup2(&_actions, output.writingEnd.get(), STDOUT_FILENO) == 0 &&
                       ::posix_spawn_file_actions_adddup2(&_actions, error.writingEnd.get(), STDERR_FILENO) == 0 &&
                       // Descriptors of libraries may lack the close-on-exec flag.
-                      ::posix_spawn_file_actions_addclosefrom_np(&_actions, firstOrdinaryDescriptor) == 0;
+                      ::posix_spawn_file_actions_addclosefrom_np(&_actions, FirstOrdinaryDescriptor) == 0;
     }
     FileActions(const FileActions &) = delete;
     FileActions &operator=(const FileActions &) = delete;
@@ -205,7 +205,7 @@ std::vector<std::string> linesOfEnvironment(const std::map<std::string, std::str
     std::vector<std::string> lines;
     lines.reserve(environment.size());
     for (const auto &[name, value] : environment) {
-        lines.push_back(std::string(name.c_str()) + '=' + value.c_str());
+        lines.push_back(std::string(name.c_str()) + '=' + value.c_str()); // NOLINT(readability-redundant-string-cstr): it cuts
     }
     return lines;
 }

@@ -18,8 +18,8 @@ namespace orvane {
 
 namespace {
 
-constexpr off_t mostBytesOfFile = 1024 * 1024;
-constexpr std::size_t mostBytesForSyslog = 8000;
+constexpr off_t MostBytesOfFile = 1024L * 1024;
+constexpr std::size_t MostBytesForSyslog = 8000;
 
 /// UTF-8 of the C1 control characters is 0xC2 followed by 0x80 to 0x9F.
 bool startsC1Control(std::string_view text) {
@@ -65,10 +65,10 @@ std::string timeStamp() {
 
 /// The start of a text that syslog takes whole, cut between characters.
 std::string forSyslog(const std::string &text) {
-    if (text.size() <= mostBytesForSyslog) {
+    if (text.size() <= MostBytesForSyslog) {
         return text;
     }
-    std::size_t length = mostBytesForSyslog;
+    std::size_t length = MostBytesForSyslog;
     while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80) {
         --length;
     }
@@ -107,7 +107,7 @@ void PosixSystemLog::_appendToFile(const std::string &line) const {
         if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
             return;
         }
-        const bool isFull = status.st_size > 0 && status.st_size + static_cast<off_t>(line.size()) > mostBytesOfFile;
+        const bool isFull = status.st_size > 0 && status.st_size + static_cast<off_t>(line.size()) > MostBytesOfFile;
         if (isFull && mayRotate && _rotate(file.get())) {
             continue;
         }

@@ -41,7 +41,7 @@ struct FileCloser {
 /// (nsswitch.conf): they are shared libraries, which a program that is linked statically cannot load.
 std::optional<std::string> homeOfUserDatabase() {
     const std::unique_ptr<std::FILE, FileCloser> file(std::fopen("/etc/passwd", "re"));
-    constexpr std::size_t mostBytes = 1024 * 1024; // an entry longer than that ends the search
+    constexpr std::size_t mostBytes = 1024UL * 1024; // an entry longer than that ends the search
     std::vector<char> buffer(1024);
     while (file) {
         passwd entry{};

@@ -289,7 +289,7 @@ private:
     void _decodeUTF16(const Object &object) {
         _scratch.clear();
         for (std::size_t i = 0; i < object.count; ++i) {
-            char32_t code = static_cast<char32_t>(_number(object.contents + 2 * i, 2));
+            auto code = static_cast<char32_t>(_number(object.contents + 2 * i, 2));
             if (isHighSurrogate(code) && i + 1 < object.count) {
                 const auto low = static_cast<char32_t>(_number(object.contents + 2 * i + 2, 2));
                 if (isLowSurrogate(low)) {

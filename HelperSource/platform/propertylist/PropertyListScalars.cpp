@@ -206,7 +206,7 @@ std::optional<PropertyListValue> dateFromText(std::string_view text) {
         return std::nullopt;
     }
     const std::int64_t days = daysFromCivil(year, month, day) - DaysTo2001;
-    return PropertyListValue::ofDate(static_cast<double>(days * SecondsPerDay + hour * 3600 + minute * 60 + second));
+    return PropertyListValue::ofDate(static_cast<double>(days * SecondsPerDay + hour * 3600L + minute * 60L + second));
 }
 
 bool appendDecodedBase64(std::string &bytes, std::string_view text) {
@@ -253,7 +253,7 @@ std::string textOfReal(double value) {
         return value < 0 ? "-infinity" : "+infinity";
     }
     std::array<char, 32> text{}; // the longest shortest form has 24 characters
-    const auto end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
+    auto *const end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
     return {text.data(), end};
 }
 

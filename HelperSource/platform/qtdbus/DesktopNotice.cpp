@@ -13,9 +13,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int limitForAnswer = 8000; // ms; whoever shows messages may have to be started
-constexpr int desktopsOwnTime = -1;  // how long the message is shown
-constexpr uint replacesNothing = 0;  // number of an earlier message
+constexpr int LimitForAnswer = 8000; // ms; whoever shows messages may have to be started
+constexpr int DesktopsOwnTime = -1;  // how long the message is shown
+constexpr uint ReplacesNothing = 0;  // number of an earlier message
 
 } // namespace
 
@@ -30,8 +30,8 @@ void DesktopNotice::show(const QString &summary, const QString &body, const std:
     QDBusMessage call = QDBusMessage::createMethodCall(service, u"/org/freedesktop/Notifications"_s, service, u"Notify"_s);
     const QVariantMap hints{{u"desktop-entry"_s, u"org.orvane.Helper"_s}};
     call.setArguments(
-        {u"Orvane"_s, replacesNothing, u"org.orvane.Helper"_s, summary, body.toHtmlEscaped(), QStringList(), hints, desktopsOwnTime});
-    auto *const watcher = new QDBusPendingCallWatcher(_session.connection().asyncCall(call, limitForAnswer), this);
+        {u"Orvane"_s, ReplacesNothing, u"org.orvane.Helper"_s, summary, body.toHtmlEscaped(), QStringList(), hints, DesktopsOwnTime});
+    auto *const watcher = new QDBusPendingCallWatcher(_session.connection().asyncCall(call, LimitForAnswer), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, shown] {
         watcher->deleteLater();
         const QDBusPendingReply<uint> reply = *watcher;

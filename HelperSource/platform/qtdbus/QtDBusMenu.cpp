@@ -17,9 +17,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int rootId = 0;
+constexpr int RootId = 0;
 /// Of a label, in UTF-16 units: about what fits on a small screen.
-constexpr qsizetype longestLabel = 90;
+constexpr qsizetype LongestLabel = 90;
 
 QVariantMap rootProperties(const QStringList &names) {
     const QString key = u"children-display"_s;
@@ -68,9 +68,9 @@ QString QtDBusMenu::labelOfTitle(const std::string &title) {
             character = u' ';
         }
     }
-    if (text.size() > longestLabel) {
-        const qsizetype tail = cutNear(text, text.size() - longestLabel / 3);
-        text = text.left(cutNear(text, longestLabel - longestLabel / 3 - 1)) + u'…' + text.mid(tail);
+    if (text.size() > LongestLabel) {
+        const qsizetype tail = cutNear(text, text.size() - LongestLabel / 3);
+        text = text.left(cutNear(text, LongestLabel - LongestLabel / 3 - 1)) + u'…' + text.mid(tail);
     }
     return text.replace(u'_', "__"_L1);
 }
@@ -134,7 +134,7 @@ void QtDBusMenu::_announce() {
         return;
     }
     _announced = _revision;
-    Q_EMIT LayoutUpdated(_revision, rootId);
+    Q_EMIT LayoutUpdated(_revision, RootId);
 }
 
 std::optional<std::size_t> QtDBusMenu::_indexOf(int id) const {
@@ -170,7 +170,7 @@ uint QtDBusMenu::GetLayout(int parentId, int recursionDepth, const QStringList &
         menuDidChange();
     }
     layout = {parentId, {}, {}};
-    if (parentId != rootId) {
+    if (parentId != RootId) {
         if (const auto index = _indexOf(parentId)) {
             layout.properties = _propertiesOf(_entries[*index], propertyNames);
         } else {
@@ -190,8 +190,8 @@ uint QtDBusMenu::GetLayout(int parentId, int recursionDepth, const QStringList &
 QList<DBusMenuProperties> QtDBusMenu::GetGroupProperties(const QList<int> &ids, const QStringList &propertyNames) {
     QList<DBusMenuProperties> result;
     const auto isWanted = [&](int id) { return ids.isEmpty() || ids.contains(id); };
-    if (isWanted(rootId)) {
-        result.append({rootId, rootProperties(propertyNames)});
+    if (isWanted(RootId)) {
+        result.append({RootId, rootProperties(propertyNames)});
     }
     for (const Entry &entry : _entries) {
         if (isWanted(entry.id)) {
@@ -204,7 +204,7 @@ QList<DBusMenuProperties> QtDBusMenu::GetGroupProperties(const QList<int> &ids, 
 QDBusVariant QtDBusMenu::GetProperty(int id, const QString &name) {
     static const QVariantMap defaults{{u"type"_s, u"standard"_s}, {u"label"_s, QString()}, {u"enabled"_s, true}, {u"visible"_s, true}};
     const auto index = _indexOf(id);
-    if (!index && id != rootId) {
+    if (!index && id != RootId) {
         _refuse(id);
         return QDBusVariant(QString());
     }
@@ -240,7 +240,7 @@ bool QtDBusMenu::AboutToShow(int id) {
     if (needsUpdate) {
         menuDidChange();
     }
-    if (id != rootId && !_indexOf(id)) {
+    if (id != RootId && !_indexOf(id)) {
         _refuse(id);
     }
     return needsUpdate;
@@ -253,19 +253,19 @@ QList<int> QtDBusMenu::AboutToShowGroup(const QList<int> &ids, QList<int> &idErr
     }
     idErrors.clear();
     for (const int id : ids) {
-        if (id != rootId && !_indexOf(id)) {
+        if (id != RootId && !_indexOf(id)) {
             idErrors.append(id);
         }
     }
-    return needsUpdate && ids.contains(rootId) ? QList<int>{rootId} : QList<int>{};
+    return needsUpdate && ids.contains(RootId) ? QList<int>{RootId} : QList<int>{};
 }
 
 /// False for an item that there is not. Of what can happen to one ("clicked", "hovered", "opened", "closed") only the first matters.
 bool QtDBusMenu::_handle(int id, const QString &eventId) {
-    if (id != rootId && !_indexOf(id)) {
+    if (id != RootId && !_indexOf(id)) {
         return false;
     }
-    if (id != rootId && eventId == "clicked"_L1) {
+    if (id != RootId && eventId == "clicked"_L1) {
         QMetaObject::invokeMethod(
             this, [this, id] { _run(id); }, Qt::QueuedConnection);
     }

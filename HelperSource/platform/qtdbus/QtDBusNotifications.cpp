@@ -12,7 +12,7 @@ namespace {
 
 const QString path = u"/org/orvane/DistributedNotifications"_s;
 const QString interface = u"org.orvane.DistributedNotifications"_s;
-constexpr int limitOfExchange = 500; // ms; dbus-daemon itself answers in a fraction of one
+constexpr int LimitOfExchange = 500; // ms; dbus-daemon itself answers in a fraction of one
 
 /// Member names as the D-Bus protocol has them (version 0.41, "Valid Names").
 bool isMemberName(std::string_view name) {
@@ -58,7 +58,7 @@ void QtDBusNotifications::_subscribe() {
     _isSubscribed = connection.connect({}, path, interface, {}, this, SLOT(_arrive(QDBusMessage)));
     connection.call(
         QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"GetId"_s),
-        QDBus::Block, limitOfExchange);
+        QDBus::Block, LimitOfExchange);
 }
 
 /// What has come by the time the event loop gets to it is delivered together: somebody who says it a hundred times in a row must not

@@ -17,9 +17,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString name = u"org.orvane.Helper"_s;
-constexpr int limitForBus = 500;    // ms; dbus-daemon itself answers in a fraction of one
-constexpr int limitForOther = 3000; // ms
-constexpr int betweenWindows = 20;  // ms until it is looked again what a request has on the screen
+constexpr int LimitForBus = 500;    // ms; dbus-daemon itself answers in a fraction of one
+constexpr int LimitForOther = 3000; // ms
+constexpr int BetweenWindows = 20;  // ms until it is looked again what a request has on the screen
 
 } // namespace
 
@@ -54,7 +54,7 @@ bool QtDBusServices::activateOther() {
     QDBusMessage call = QDBusMessage::createMethodCall(name, QLatin1String(QtDBusServicesObject::path), u"org.freedesktop.Application"_s,
                                                        u"ActivateAction"_s);
     call.setArguments({u"make-preset"_s, QVariantList(), QtActivationToken::platformData()});
-    return _session.connection().call(call, QDBus::Block, limitForOther).type() == QDBusMessage::ReplyMessage;
+    return _session.connection().call(call, QDBus::Block, LimitForOther).type() == QDBusMessage::ReplyMessage;
 }
 
 void QtDBusServices::setServicesProvider(ServicesProvider *provider) {
@@ -77,7 +77,7 @@ std::optional<bool> QtDBusServices::_requestName() {
     constexpr uint doNotQueue = 4; // DBUS_NAME_FLAG_DO_NOT_QUEUE
     constexpr uint taken = 3;      // DBUS_REQUEST_NAME_REPLY_EXISTS
     call.setArguments({name, doNotQueue});
-    const QDBusReply<uint> reply = _session.connection().call(call, QDBus::Block, limitForBus);
+    const QDBusReply<uint> reply = _session.connection().call(call, QDBus::Block, LimitForBus);
     return reply.isValid() ? std::optional(reply.value() != taken) : std::nullopt;
 }
 
@@ -94,7 +94,7 @@ void QtDBusServices::_receive(Request request) {
 void QtDBusServices::_serve(const Request &request) {
     const bool isBusy = _hooks.isBusy && _hooks.isBusy();
     if (_isServing && !isBusy) { // between two windows of the earlier request, or at its very end
-        QTimer::singleShot(betweenWindows, this, [this, request] { _serve(request); });
+        QTimer::singleShot(BetweenWindows, this, [this, request] { _serve(request); });
         return;
     }
     if (isBusy && _hooks.showWhatIsOpen) {

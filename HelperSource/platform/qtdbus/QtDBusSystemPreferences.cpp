@@ -16,8 +16,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int limitForBus = 300;       // ms; dbus-daemon itself answers in a fraction of one
-constexpr int limitForProgram = 25000; // ms; it may have to be started, and nobody waits
+constexpr int LimitForBus = 300;       // ms; dbus-daemon itself answers in a fraction of one
+constexpr int LimitForProgram = 25000; // ms; it may have to be started, and nobody waits
 
 const QString applicationInterface = u"org.freedesktop.Application"_s;
 
@@ -44,7 +44,7 @@ bool QtDBusSystemPreferences::showPane(std::string_view identifier) {
     QDBusMessage call = QDBusMessage::createMethodCall(_applicationId, _path, applicationInterface, u"ActivateAction"_s);
     const QVariantList parameters{QString::fromUtf8(identifier.data(), static_cast<qsizetype>(identifier.size()))};
     call.setArguments({u"show-pane"_s, parameters, QtActivationToken::platformData()});
-    auto *const answer = new QDBusPendingCallWatcher(_session.connection().asyncCall(call, limitForProgram), this);
+    auto *const answer = new QDBusPendingCallWatcher(_session.connection().asyncCall(call, LimitForProgram), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
         answer->deleteLater();
         if (answer->isError()) {
@@ -59,17 +59,17 @@ bool QtDBusSystemPreferences::_isServed() const {
     const QDBusConnection connection = _session.connection();
     QDBusMessage hasOwner = questionToBus(u"NameHasOwner"_s);
     hasOwner.setArguments({_applicationId});
-    if (const QDBusReply<bool> reply = connection.call(hasOwner, QDBus::Block, limitForBus); reply.isValid() && reply.value()) {
+    if (const QDBusReply<bool> reply = connection.call(hasOwner, QDBus::Block, LimitForBus); reply.isValid() && reply.value()) {
         return true;
     }
-    const QDBusReply<QStringList> names = connection.call(questionToBus(u"ListActivatableNames"_s), QDBus::Block, limitForBus);
+    const QDBusReply<QStringList> names = connection.call(questionToBus(u"ListActivatableNames"_s), QDBus::Block, LimitForBus);
     return names.isValid() && names.value().contains(_applicationId);
 }
 
 void QtDBusSystemPreferences::_activate() {
     QDBusMessage call = QDBusMessage::createMethodCall(_applicationId, _path, applicationInterface, u"Activate"_s);
     call.setArguments({QtActivationToken::platformData()});
-    auto *const answer = new QDBusPendingCallWatcher(_session.connection().asyncCall(call, limitForProgram), this);
+    auto *const answer = new QDBusPendingCallWatcher(_session.connection().asyncCall(call, LimitForProgram), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
         answer->deleteLater();
         if (answer->isError()) {
