@@ -51,18 +51,33 @@ bool isEnglish(std::string_view language) {
     return name.empty() || name == "en" || name == "C" || name == "POSIX";
 }
 
-/// What gettext would find out, without asking it (GNU gettext manual, 2.3: LANGUAGE goes first, but not in the locale "C").
-bool asksForEnglish() {
+/// What gettext would find out, without asking it (GNU gettext manual, 2.3: LANGUAGE goes first, but not in the locale "C"): the
+/// languages that the user wants, the best first, with colons between them.
+std::string_view wantedLanguages() {
     const std::string_view locale = nameOfLocale();
     if (locale.empty() || locale == "C" || locale == "POSIX") {
-        return true;
+        return {};
     }
-    std::string_view languages = variable("LANGUAGE");
-    if (languages.empty()) {
-        return isEnglish(locale);
+    const std::string_view languages = variable("LANGUAGE");
+    return languages.empty() ? locale : languages;
+}
+
+bool hasCatalogue(const std::string &folder, std::string_view language) {
+    const std::string name(language.substr(0, language.find_first_of("_.@")));
+    return ::access((folder + '/' + name + "/LC_MESSAGES/" + Domain + ".mo").c_str(), R_OK) == 0;
+}
+
+/// Whether English comes first of the wanted languages that are spoken here. There is no catalogue for the language of the sources:
+/// gettext would go on to the next one.
+bool asksForEnglish(const std::string &folder) {
+    for (std::string_view left = wantedLanguages(); !left.empty();) {
+        const std::string_view language = left.substr(0, left.find(':'));
+        left.remove_prefix(std::min(language.size() + 1, left.size()));
+        if (!language.empty() && (isEnglish(language) || hasCatalogue(folder, language))) {
+            return isEnglish(language);
+        }
     }
-    languages.remove_prefix(std::min(languages.find_first_not_of(':'), languages.size()));
-    return isEnglish(languages.substr(0, languages.find(':')));
+    return true;
 }
 
 /// The folder of the catalogues; empty when there is none.
@@ -76,10 +91,10 @@ std::string folderOfCatalogues() {
     return {};
 }
 
-/// The user's locale for messages alone, catalogues bound; null when there is none.
+/// The user's locale for messages alone, catalogues bound; null for English, and when there is none.
 locale_t openLocale() {
-    const std::string folder = folderOfCatalogues();
-    if (folder.empty()) {
+    const std::string folder = wantedLanguages().empty() ? std::string() : folderOfCatalogues();
+    if (folder.empty() || asksForEnglish(folder)) {
         return nullptr;
     }
     const locale_t wanted = ::newlocale(LC_MESSAGES_MASK, std::string(nameOfLocale()).c_str(), nullptr);
@@ -91,7 +106,7 @@ locale_t openLocale() {
 
 /// The user's locale for messages; null while everything is English. It is never freed: texts may be wanted until the end.
 locale_t usersLocale() {
-    static const locale_t opened = asksForEnglish() ? nullptr : openLocale();
+    static const locale_t opened = openLocale();
     return opened;
 }
 

@@ -220,8 +220,12 @@ bool ORVPresetManager::CreationWalk::_makeOnTwoThreads(OpenFolder &folder) {
     }
     const std::string path = _path;
     const TwoThreads result = _writer.makeOnTwoThreads(shared.ahead, [&](HierarchyWriter &writer) {
-        CreationWalk walk(_run, writer, path);
-        walk._makeParts(shared);
+        try {
+            CreationWalk walk(_run, writer, path);
+            walk._makeParts(shared);
+        } catch (const std::bad_alloc &) {
+            _run.dependsOnOrder = true;
+        }
     });
     if (result == TwoThreads::Refused) {
         return true;

@@ -1253,7 +1253,7 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
         <source>it holds more than 1,000,000 items</source>
-        <translation>es enthält mehr als 1 000 000 Elemente</translation>
+        <translation>es enthält mehr als 1.000.000 Objekte</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
@@ -1353,12 +1353,12 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
         <source>The hot key is asked of %1, which has yet to answer.</source>
-        <translation>Das Tastenkürzel ist bei %1 angefragt; die Antwort steht noch aus.</translation>
+        <translation>Das Tastenkürzel ist angefragt; %1 hat noch nicht geantwortet.</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
         <source>The hot key does not work: by %1, another program has that combination.</source>
-        <translation>Das Tastenkürzel funktioniert nicht: Laut %1 hat ein anderes Programm diese Kombination.</translation>
+        <translation>Das Tastenkürzel funktioniert nicht: %1 meldet, dass ein anderes Programm diese Kombination hat.</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
@@ -1753,7 +1753,7 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
     <message>
         <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
         <source>Changed since, and never removed:</source>
-        <translation>Seitdem geändert und wird nie entfernt:</translation>
+        <translation>Seitdem geändert, wird nie entfernt:</translation>
     </message>
     <message>
         <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
@@ -1798,12 +1798,12 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
     <message>
         <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
         <source>Changed since, and so still there with the folders around it:</source>
-        <translation>Seitdem geändert und deshalb noch da, samt den Ordnern darum:</translation>
+        <translation>Seitdem geändert und deshalb noch da, samt den Ordnern, in denen es liegt:</translation>
     </message>
     <message>
         <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
         <source>Not everything could be removed from:</source>
-        <translation>Nicht alles konnte entfernt werden aus:</translation>
+        <translation>Hieraus konnte nicht alles entfernt werden:</translation>
     </message>
     <message>
         <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
@@ -1888,7 +1888,7 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
     <message>
         <location filename="../../HelperSource/hotkeys/HotKeyAdvice.cpp"/>
         <source>In Settings, Keyboard, View and Customize Shortcuts, Custom Shortcuts, add one with the command &apos;%1&apos;.</source>
-        <translation>Fügen Sie in den Einstellungen unter Tastatur, Tastaturkürzel ansehen und anpassen, Eigene Tastaturkürzel eines mit dem Befehl „%1“ hinzu.</translation>
+        <translation>Fügen Sie in den Einstellungen unter Tastatur, Tastenkürzel anzeigen und anpassen, Eigene Tastenkürzel eines mit dem Befehl „%1“ hinzu.</translation>
     </message>
     <message>
         <location filename="../../HelperSource/hotkeys/HotKeyAdvice.cpp"/>
@@ -2099,7 +2099,7 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
     <message>
         <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>
         <source>&apos;%1&apos; is not three octal digits: the mode will be %2</source>
-        <translation>„%1“ sind keine drei Oktalziffern: Die Rechte werden zu %2</translation>
+        <translation>„%1“ sind keine drei Oktalziffern: Die Rechte werden %2 sein</translation>
     </message>
     <message>
         <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>

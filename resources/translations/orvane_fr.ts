@@ -1198,7 +1198,7 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
         <source>the content file &apos;%1&apos; in it has no data, or a mode that is none</source>
-        <translation>le fichier de contenu « %1 » qu’il contient est sans données, ou a des permissions non valables</translation>
+        <translation>le fichier de contenu « %1 » qu’il contient est sans données, ou a des droits non valables</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
@@ -1208,52 +1208,52 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
         <source>the content file &apos;%1&apos; cannot be stored: %2</source>
-        <translation>le fichier de contenu « %1 » ne peut pas être enregistré : %2</translation>
+        <translation>le fichier de contenu « %1 » ne peut pas être enregistré : %2</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
         <source>the content file &apos;%1&apos; is not used by the preset: left out</source>
-        <translation>le fichier de contenu « %1 » n’est pas utilisé par le modèle : laissé de côté</translation>
+        <translation>le fichier de contenu « %1 » n’est pas utilisé par le modèle : laissé de côté</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
         <source>the content file &apos;%1&apos; is left out: %2</source>
-        <translation>le fichier de contenu « %1 » est laissé de côté : %2</translation>
+        <translation>le fichier de contenu « %1 » est laissé de côté : %2</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
         <source>the contents of &apos;%1&apos; are not in the file</source>
-        <translation>le contenu de « %1 » ne se trouve pas dans le fichier</translation>
+        <translation>le contenu de « %1 » ne se trouve pas dans le fichier</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
         <source>the contents of %1 cannot be stored: %2</source>
-        <translation>le contenu de %1 ne peut pas être enregistré : %2</translation>
+        <translation>le contenu de %1 ne peut pas être enregistré : %2</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
         <source>the script &apos;%1&apos; is not the preset&apos;s: left out</source>
-        <translation>le script « %1 » n’est pas celui du modèle : laissé de côté</translation>
+        <translation>le script « %1 » n’est pas celui du modèle : laissé de côté</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
         <source>the script &apos;%1&apos; is not in the file</source>
-        <translation>le script « %1 » ne se trouve pas dans le fichier</translation>
+        <translation>le script « %1 » ne se trouve pas dans le fichier</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
         <source>the script &apos;%1&apos; is left out: %2</source>
-        <translation>le script « %1 » est laissé de côté : %2</translation>
+        <translation>le script « %1 » est laissé de côté : %2</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
         <source>the script &apos;%1&apos; cannot be stored: %2</source>
-        <translation>le script « %1 » ne peut pas être enregistré : %2</translation>
+        <translation>le script « %1 » ne peut pas être enregistré : %2</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
         <source>it holds more than 1,000,000 items</source>
-        <translation>il contient plus de 1 000 000 éléments</translation>
+        <translation>il contient plus de 1 000 000 d’éléments</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
@@ -1263,17 +1263,17 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
         <source>%1: left out: its name is not UTF-8</source>
-        <translation>%1 : laissé de côté : son nom n’est pas en UTF-8</translation>
+        <translation>%1 : laissé de côté : son nom n’est pas en UTF-8</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
         <source>%1: left out: %2</source>
-        <translation>%1 : laissé de côté : %2</translation>
+        <translation>%1 : laissé de côté : %2</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
         <source>%1: its contents are left out: %2</source>
-        <translation>%1 : son contenu est laissé de côté : %2</translation>
+        <translation>%1 : son contenu est laissé de côté : %2</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
@@ -1298,12 +1298,12 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
         <source>reading failed: %1</source>
-        <translation>échec de la lecture : %1</translation>
+        <translation>échec de la lecture : %1</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
         <source>line %1: %2</source>
-        <translation>ligne %1 : %2</translation>
+        <translation>ligne %1 : %2</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
@@ -1338,7 +1338,7 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
         <source>The preferences cannot hold the text &apos;%1&apos;.</source>
-        <translation>Les préférences ne peuvent pas contenir le texte « %1 ».</translation>
+        <translation>Les préférences ne peuvent pas contenir le texte « %1 ».</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
@@ -1353,17 +1353,17 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
         <source>The hot key is asked of %1, which has yet to answer.</source>
-        <translation>Le raccourci est demandé à %1, dont la réponse se fait attendre.</translation>
+        <translation>Le raccourci est demandé ; %1 n’a pas encore répondu.</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
         <source>The hot key does not work: by %1, another program has that combination.</source>
-        <translation>Le raccourci ne fonctionne pas : selon %1, un autre programme a cette combinaison.</translation>
+        <translation>Le raccourci ne fonctionne pas : selon %1, un autre programme a cette combinaison.</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
         <source>The hot key does not work: %1 knows no such key.</source>
-        <translation>Le raccourci ne fonctionne pas : %1 ne connaît pas cette touche.</translation>
+        <translation>Le raccourci ne fonctionne pas : %1 ne connaît pas cette touche.</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
@@ -1388,17 +1388,17 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
         <source>The hot key %1 does not work: another program has it. Choose another one, or bind a key to the command &apos;orvane menu&apos;.</source>
-        <translation>Le raccourci %1 ne fonctionne pas : un autre programme l’a déjà. Choisissez-en un autre, ou associez une touche à la commande « orvane menu ».</translation>
+        <translation>Le raccourci %1 ne fonctionne pas : un autre programme l’a déjà. Choisissez-en un autre, ou associez une touche à la commande « orvane menu ».</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
         <source>The hot key %1 does not work: this keyboard has no such key or modifier. Choose another one, or bind a key to the command &apos;orvane menu&apos;.</source>
-        <translation>Le raccourci %1 ne fonctionne pas : ce clavier n’a pas cette touche ou ce modificateur. Choisissez-en un autre, ou associez une touche à la commande « orvane menu ».</translation>
+        <translation>Le raccourci %1 ne fonctionne pas : ce clavier n’a pas cette touche ou ce modificateur. Choisissez-en un autre, ou associez une touche à la commande « orvane menu ».</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
         <source>The hot key %1 does not work (status %2). Choose another one, or bind a key to the command &apos;orvane menu&apos;.</source>
-        <translation>Le raccourci %1 ne fonctionne pas (état %2). Choisissez-en un autre, ou associez une touche à la commande « orvane menu ».</translation>
+        <translation>Le raccourci %1 ne fonctionne pas (état %2). Choisissez-en un autre, ou associez une touche à la commande « orvane menu ».</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/SettingsWindow.cpp"/>
@@ -1503,17 +1503,17 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     <message>
         <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
         <source>Te&amp;xt in names:</source>
-        <translation>Te&amp;xte dans les noms :</translation>
+        <translation>Te&amp;xte dans les noms :</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
         <source>B&amp;ecomes:</source>
-        <translation>D&amp;evient :</translation>
+        <translation>D&amp;evient :</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
         <source>“%1” is the variable “%2” now. Names that changed: %3</source>
-        <translation>« %1 » est maintenant la variable « %2 ». Noms modifiés : %3</translation>
+        <translation>« %1 » est maintenant la variable « %2 ». Noms modifiés : %3</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
@@ -1528,7 +1528,7 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     <message>
         <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
         <source>No name of this preset has the text “%1”.</source>
-        <translation>Aucun nom de ce modèle ne contient le texte « %1 ».</translation>
+        <translation>Aucun nom de ce modèle ne contient le texte « %1 ».</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
@@ -1683,7 +1683,7 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     <message>
         <location filename="../../HelperSource/wiring/MissingStatusBar.cpp"/>
         <source>It is running all the same: its menu opens with the hot key, from the file manager&apos;s context menu, and with the command “orvane menu”.</source>
-        <translation>Il fonctionne quand même : son menu s’ouvre avec le raccourci clavier, depuis le menu contextuel du gestionnaire de fichiers et avec la commande « orvane menu ».</translation>
+        <translation>Il fonctionne quand même : son menu s’ouvre avec le raccourci clavier, depuis le menu contextuel du gestionnaire de fichiers et avec la commande « orvane menu ».</translation>
     </message>
     <message>
         <location filename="../../HelperSource/platform/qt/QtAlerts.cpp"/>
@@ -1753,12 +1753,12 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     <message>
         <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
         <source>Changed since, and never removed:</source>
-        <translation>Modifié depuis, et jamais supprimé :</translation>
+        <translation>Modifié depuis, et jamais supprimé :</translation>
     </message>
     <message>
         <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
         <source>The folder “%1” was not finished.</source>
-        <translation>Le dossier « %1 » n’a pas été terminé.</translation>
+        <translation>Le dossier « %1 » n’a pas été terminé.</translation>
     </message>
     <message>
         <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
@@ -1798,22 +1798,22 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     <message>
         <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
         <source>Changed since, and so still there with the folders around it:</source>
-        <translation>Modifié depuis, et donc toujours là avec les dossiers qui l’entourent :</translation>
+        <translation>Modifié depuis, et donc toujours là avec les dossiers qui l’entourent :</translation>
     </message>
     <message>
         <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
         <source>Not everything could be removed from:</source>
-        <translation>Tout n’a pas pu être supprimé de :</translation>
+        <translation>Tout n’a pas pu être supprimé dans :</translation>
     </message>
     <message>
         <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
         <source>This had been dealt with already.</source>
-        <translation>Cela avait déjà été fait.</translation>
+        <translation>Cela avait déjà été réglé.</translation>
     </message>
     <message>
         <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
         <source>Orvane: Unfinished Folder</source>
-        <translation>Orvane : dossier inachevé</translation>
+        <translation>Orvane : dossier inachevé</translation>
     </message>
     <message>
         <location filename="../../HelperSource/platform/qt/QtRemainsWindow.cpp"/>
@@ -1878,7 +1878,7 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     <message>
         <location filename="../../HelperSource/hotkeys/HotKeyAdvice.cpp"/>
         <source>Bind a key to the command &apos;%1&apos;:</source>
-        <translation>Associez une touche à la commande « %1 » :</translation>
+        <translation>Associez une touche à la commande « %1 » :</translation>
     </message>
     <message>
         <location filename="../../HelperSource/hotkeys/HotKeyAdvice.cpp"/>
@@ -1888,7 +1888,7 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     <message>
         <location filename="../../HelperSource/hotkeys/HotKeyAdvice.cpp"/>
         <source>In Settings, Keyboard, View and Customize Shortcuts, Custom Shortcuts, add one with the command &apos;%1&apos;.</source>
-        <translation>Dans les Paramètres, Clavier, Afficher et personnaliser les raccourcis, Raccourcis personnalisés, ajoutez-en un avec la commande « %1 ».</translation>
+        <translation>Dans les Paramètres, Clavier, Afficher et personnaliser les raccourcis, Raccourcis personnalisés, ajoutez-en un avec la commande « %1 ».</translation>
     </message>
     <message>
         <location filename="../../HelperSource/hotkeys/HotKeyAdvice.cpp"/>
@@ -1899,27 +1899,27 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
         <location filename="../../HelperSource/hotkeys/HotKeyAdvice.cpp"/>
         <source>add this line to ~/.config/sway/config and reload:
   bindsym Ctrl+Shift+h exec %1</source>
-        <translation>ajoutez cette ligne à ~/.config/sway/config et rechargez :
+        <translation>ajoutez cette ligne à ~/.config/sway/config et rechargez :
   bindsym Ctrl+Shift+h exec %1</translation>
     </message>
     <message>
         <location filename="../../HelperSource/hotkeys/HotKeyAdvice.cpp"/>
         <source>add this line to ~/.config/hypr/hyprland.conf:
   bind = CTRL SHIFT, H, exec, %1</source>
-        <translation>ajoutez cette ligne à ~/.config/hypr/hyprland.conf :
+        <translation>ajoutez cette ligne à ~/.config/hypr/hyprland.conf :
   bind = CTRL SHIFT, H, exec, %1</translation>
     </message>
     <message>
         <location filename="../../HelperSource/hotkeys/HotKeyAdvice.cpp"/>
         <source>add this to the section binds of ~/.config/niri/config.kdl:
   Ctrl+Shift+H { spawn-sh &quot;%1&quot;; }</source>
-        <translation>ajoutez ceci à la section binds de ~/.config/niri/config.kdl :
+        <translation>ajoutez ceci à la section binds de ~/.config/niri/config.kdl :
   Ctrl+Shift+H { spawn-sh &quot;%1&quot;; }</translation>
     </message>
     <message>
         <location filename="../../HelperSource/hotkeys/HotKeyAdvice.cpp"/>
         <source>weston has no keys for commands; a launcher in its panel (section [launcher] of ~/.config/weston.ini, path=) can start it.</source>
-        <translation>weston n’a pas de touches pour les commandes ; un lanceur de son panneau (section [launcher] de ~/.config/weston.ini, path=) peut la lancer.</translation>
+        <translation>weston n’a pas de touches pour les commandes ; un lanceur de son panneau (section [launcher] de ~/.config/weston.ini, path=) peut la lancer.</translation>
     </message>
     <message>
         <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>
@@ -2174,12 +2174,12 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     <message>
         <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>
         <source>the name holds a control character, such as a line feed</source>
-        <translation>le nom contient un caractère de commande, par exemple un saut de ligne</translation>
+        <translation>le nom contient un caractère de contrôle, par exemple un saut de ligne</translation>
     </message>
     <message>
         <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>
         <source>the name holds half of a surrogate pair, which is no character: many programs cannot show such a name</source>
-        <translation>le nom contient la moitié d’une paire de substitution, qui n’est pas un caractère : beaucoup de programmes ne peuvent pas afficher un tel nom</translation>
+        <translation>le nom contient la moitié d’une paire de substitution, qui n’est pas un caractère : beaucoup de programmes ne peuvent pas afficher un tel nom</translation>
     </message>
     <message>
         <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>
@@ -2199,7 +2199,7 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     <message>
         <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>
         <source>&apos;%1&apos; is also the name of children[%2], a folder that is copied: both become one folder, in which a file that both hold is empty</source>
-        <translation>« %1 » est aussi le nom de children[%2], un dossier qui est copié : les deux deviennent un seul dossier, dans lequel un fichier présent dans les deux est vide</translation>
+        <translation>« %1 » est aussi le nom de children[%2], un dossier qui est copié : les deux deviennent un seul dossier, dans lequel un fichier présent dans les deux est vide</translation>
     </message>
     <message>
         <location filename="../../HelperSource/presets/ORVPresetChecker.cpp"/>

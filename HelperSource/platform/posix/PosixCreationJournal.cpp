@@ -34,8 +34,10 @@ struct Header {
     timespec begun;
     timespec last;
     std::uint32_t pathLength;
-    std::uint32_t isDone;
+    std::uint32_t isDone; ///< with `Touched` in it when the removal was begun
 };
+/// A bit of `isDone`.
+constexpr std::uint32_t Touched = 2;
 static_assert(sizeof(Header) % 8 == 0 && std::atomic_ref<std::uint64_t>::is_always_lock_free);
 
 struct RecordHead {
@@ -221,7 +223,8 @@ std::optional<PosixCreationRecord> PosixCreationJournal::read(int file) {
     if (::pread(file, text.data(), text.size(), headerSize) != static_cast<ssize_t>(text.size())) {
         return std::nullopt;
     }
-    PosixCreationRecord record{text.substr(0, header.pathLength), header.begun, header.last, header.isDone == 0, {}};
+    PosixCreationRecord record{
+        text.substr(0, header.pathLength), header.begun, header.last, (header.isDone & ~Touched) == 0, (header.isDone & Touched) != 0, {}};
     for (std::size_t at = header.pathLength; at + sizeof(RecordHead) <= text.size();) {
         RecordHead head{};
         std::memcpy(&head, text.data() + at, sizeof head);
@@ -233,6 +236,14 @@ std::optional<PosixCreationRecord> PosixCreationJournal::read(int file) {
         at += head.length;
     }
     return record;
+}
+
+void PosixCreationJournal::beginRemoval(int file) {
+    Header header{};
+    if (::pread(file, &header, sizeof header, 0) == static_cast<ssize_t>(sizeof header)) {
+        const std::uint32_t isDone = header.isDone | Touched;
+        [[maybe_unused]] const ssize_t written = ::pwrite(file, &isDone, sizeof isDone, offsetof(Header, isDone));
+    }
 }
 
 void PosixCreationJournal::finish(int file) {

@@ -23,6 +23,7 @@ struct PosixCreationRecord {
     timespec begun{};
     timespec last{};            ///< something was begun or done then for the last time; the process may have lived a little longer
     bool isInTheMiddle = false; ///< the last item was not done
+    bool wasTouched = false;    ///< its removal was begun, and not ended
     /// Folders are numbered from 1 in this order; `parent` is such a number.
     std::vector<Item> items;
 };
@@ -53,6 +54,8 @@ public:
     [[nodiscard]] static bool isUnfinished(int file);
     /// Reads an entry; nothing for one that was finished.
     [[nodiscard]] static std::optional<PosixCreationRecord> read(int file);
+    /// Notes that what an open entry names is being removed from now on, which changes folders.
+    static void beginRemoval(int file);
     /// Makes an open entry one that was finished.
     static void finish(int file);
 

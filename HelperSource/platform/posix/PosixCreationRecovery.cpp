@@ -49,6 +49,15 @@ std::vector<std::string> namesIn(int folder) {
     return names;
 }
 
+/// The path of what was made first; empty when nothing was.
+std::string topPathOf(const PosixCreationRecord &record) {
+    const std::string separator = record.basePath.ends_with('/') ? "" : "/";
+    return record.items.empty() ? std::string() : record.basePath + separator + record.items.front().name;
+}
+
+/// Where the folder stands that a creation began in, and did not make.
+constexpr std::size_t Base = 0;
+
 /// Looks at the items of one record, and removes them.
 class Remains {
 public:
@@ -58,10 +67,7 @@ public:
         _examine();
     }
 
-    [[nodiscard]] std::string topPath() const {
-        const std::string separator = _record.basePath.ends_with('/') ? "" : "/";
-        return _record.items.empty() ? std::string() : _record.basePath + separator + _record.items.front().name;
-    }
+    [[nodiscard]] std::string topPath() const { return topPathOf(_record); }
     [[nodiscard]] std::size_t items() const { return _items; }
     [[nodiscard]] const std::vector<std::string> &changed() const { return _changed; }
 
@@ -71,11 +77,11 @@ public:
         for (auto found = _found.rbegin(); found != _found.rend(); ++found) {
             const int folder = _open(found->parent);
             if (found->kind == Found::Kind::Tree) {
-                removed += _removeTree(folder, found->name, found->ended, 0);
+                removed += _removeTree(folder, found->name, found->ended, 0, found->parent != Base);
             } else if (found->kind == Found::Kind::Folder) {
-                removed += _unlink(folder, found->name, AT_REMOVEDIR);
+                removed += _unlink(folder, found->name, AT_REMOVEDIR, found->parent != Base);
             } else if (_isAsLeft(folder, found->name, Kind::File, found->ended)) {
-                removed += _unlink(folder, found->name, 0);
+                removed += _unlink(folder, found->name, 0, found->parent != Base);
             }
         }
         return removed;
@@ -136,7 +142,9 @@ private:
         const bool isTree = item.kind == Kind::Copy && S_ISDIR(status.st_mode);
         std::size_t inTree = 0;
         const bool isAsLeft = isTree ? _isTreeAsLeft(folder, item.name, ended, 0, inTree) : _isAsLeft(folder, item.name, item.kind, ended);
-        if (isAsLeft) {
+        // A removal that was killed has changed the folders out of which it took something; one that is empty by now may go.
+        const bool wasTouched = _record.wasTouched && item.kind == Kind::Folder && !isAsLeft && _isSameFolder(folder, item.name);
+        if (isAsLeft || wasTouched) {
             _items += isTree ? inTree : 1;
             const Found::Kind kind = isTree ? Found::Kind::Tree : item.kind == Kind::Folder ? Found::Kind::Folder : Found::Kind::File;
             _found.push_back({parent, item.name, kind, ended});
@@ -196,7 +204,7 @@ private:
         return S_ISLNK(status.st_mode) ? changed >= _begun && changed <= ended : _isAsLeft(folder, name, Kind::File, ended);
     }
 
-    std::size_t _removeTree(int at, const std::string &name, std::int64_t ended, int depth) {
+    std::size_t _removeTree(int at, const std::string &name, std::int64_t ended, int depth, bool mayOpen) {
         const FileDescriptor folder = openFolder(at, name.c_str(), O_NOFOLLOW);
         std::size_t removed = 0;
         if (!folder || depth > DeepestCopy) {
@@ -204,21 +212,21 @@ private:
         }
         for (const std::string &each : namesIn(folder.get())) {
             if (_isLeafAsLeft(folder.get(), each, ended)) {
-                removed += _unlink(folder.get(), each, 0);
+                removed += _unlink(folder.get(), each, 0, true);
             } else {
-                removed += _removeTree(folder.get(), each, ended, depth + 1);
+                removed += _removeTree(folder.get(), each, ended, depth + 1, true);
             }
         }
-        return removed + _unlink(at, name, AT_REMOVEDIR);
+        return removed + _unlink(at, name, AT_REMOVEDIR, mayOpen);
     }
 
-    /// 1 when it is gone. A folder may have been given a mode that keeps its owner from taking something out of it.
-    [[nodiscard]] static std::size_t _unlink(int folder, const std::string &name, int flags) {
+    /// 1 when it is gone. A folder that is ours (`mayOpen`) may have been given a mode that keeps its owner from taking something out.
+    [[nodiscard]] static std::size_t _unlink(int folder, const std::string &name, int flags, bool mayOpen) {
         if (::unlinkat(folder, name.c_str(), flags) == 0) {
             return 1;
         }
         struct stat status {};
-        if (errno != EACCES || ::fstat(folder, &status) != 0 || ::fchmod(folder, (status.st_mode | 0700U) & 07777U) != 0) {
+        if (!mayOpen || errno != EACCES || ::fstat(folder, &status) != 0 || ::fchmod(folder, (status.st_mode | 0700U) & 07777U) != 0) {
             return 0;
         }
         const bool removed = ::unlinkat(folder, name.c_str(), flags) == 0;
@@ -296,6 +304,7 @@ std::size_t PosixCreationRecovery::remove(const CreationRemains &remains) {
     if (found.topPath() != remains.topPath) {
         return 0; // another creation has used the entry meanwhile
     }
+    PosixCreationJournal::beginRemoval(file.get());
     const std::size_t removed = found.remove();
     PosixCreationJournal::finish(file.get());
     return removed;
@@ -304,7 +313,7 @@ std::size_t PosixCreationRecovery::remove(const CreationRemains &remains) {
 void PosixCreationRecovery::keep(const CreationRemains &remains) {
     const FileDescriptor file = PosixCreationJournal::openIdle(_directory, remains.entry);
     const auto record = file ? PosixCreationJournal::read(file.get()) : std::nullopt;
-    if (record && !record->items.empty()) {
+    if (record && !record->items.empty() && topPathOf(*record) == remains.topPath) { // else another creation has used it meanwhile
         PosixCreationJournal::finish(file.get());
     }
 }

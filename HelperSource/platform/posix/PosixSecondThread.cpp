@@ -67,6 +67,9 @@ bool PosixSecondThread::start(std::function<void()> work) {
 
 void PosixSecondThread::join() {
     if (std::exchange(_isStarted, false)) {
+        if (CPU_COUNT(&_processors) > 0) { // the other processors may have had no time for it; this one has it now
+            pthread_setaffinity_np(_thread, sizeof _processors, &_processors);
+        }
         pthread_join(_thread, nullptr);
     }
 }

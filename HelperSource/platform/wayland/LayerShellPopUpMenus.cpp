@@ -12,6 +12,7 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScreen>
+#include <QThread>
 #include <QWindow>
 
 namespace orvane {
@@ -55,7 +56,11 @@ public:
         }
         return _surface != nullptr;
     }
-    void takeKeyboard() { _surface->takeKeyboard(); }
+    void takeKeyboard() {
+        if (!_hasLeft()) {
+            _surface->takeKeyboard();
+        }
+    }
     /// Takes it from the screen for good. Qt's window is not hidden by this: see `_retire`.
     void leave() {
         setUpdatesEnabled(false);
@@ -95,7 +100,12 @@ protected:
     void closeEvent(QCloseEvent *event) override {
         if (!_hasLeft()) {
             _owner._end(std::nullopt);
+            setUpdatesEnabled(false);
+            _surface.reset();
+            _owner._shell->finishRequests();
         }
+        // Qt hides it next, as it does with every window when the program is to end; see `_retire`.
+        QThread::msleep(Retirement);
         QWidget::closeEvent(event);
     }
     void paintEvent(QPaintEvent * /*event*/) override {

@@ -1,14 +1,19 @@
 // What is found of creations whose process has ended, and by whom. The journal stands in memory, as in use.
 
+#include "platform/posix/PosixCreationJournal.h"
 #include "platform/posix/PosixCreationRecovery.h"
 
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -50,6 +55,20 @@ protected:
         ASSERT_EQ(status, 0);
     }
 
+    /// Changes the folder until its time of change tells so. False when that takes too long.
+    static bool becomesChanged(PosixCreationRecovery &recovery, const std::string &folder) {
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+        while (std::chrono::steady_clock::now() < deadline) {
+            std::ofstream(folder + "/passing") << "by";
+            std::filesystem::remove(folder + "/passing");
+            const auto remains = recovery.remains();
+            if (remains.size() == 1 && remains.front().changed == std::vector<std::string>{folder}) {
+                return true;
+            }
+        }
+        return false;
+    }
+
 private:
     std::string _root;
 };
@@ -85,6 +104,74 @@ TEST_F(CreationRecoveryTest, KilledOnesAreFoundBesideOnesThatGoOn) {
     EXPECT_FALSE(recovery.mayHaveRemains());
     EXPECT_FALSE(std::filesystem::exists(job("Acme")));
     EXPECT_TRUE(std::filesystem::exists(job("Running")));
+}
+
+TEST_F(CreationRecoveryTest, ARemovalThatWasKilledGoesOnTheNextTime) {
+    PosixCreationRecovery recovery(journal());
+    beginAndDie("Acme");
+    ASSERT_TRUE(becomesChanged(recovery, job("Acme")));
+    {
+        const FileDescriptor entry = PosixCreationJournal::openIdle(journal(), recovery.remains().front().entry);
+        PosixCreationJournal::beginRemoval(entry.get());
+    }
+    const auto remains = recovery.remains();
+    ASSERT_EQ(remains.size(), 1U);
+    EXPECT_EQ(remains.front().items, 1U);
+    EXPECT_TRUE(remains.front().changed.empty());
+    EXPECT_EQ(recovery.remove(remains.front()), 1U);
+    EXPECT_FALSE(std::filesystem::exists(job("Acme")));
+}
+
+TEST_F(CreationRecoveryTest, WhatWasPutIntoAFolderStaysWhenARemovalGoesOn) {
+    PosixCreationRecovery recovery(journal());
+    beginAndDie("Acme");
+    {
+        const FileDescriptor entry = PosixCreationJournal::openIdle(journal(), recovery.remains().front().entry);
+        PosixCreationJournal::beginRemoval(entry.get());
+    }
+    std::ofstream(job("Acme") + "/mine.txt") << "mine";
+    for (const CreationRemains &each : recovery.remains()) {
+        recovery.remove(each);
+    }
+    EXPECT_TRUE(std::filesystem::exists(job("Acme") + "/mine.txt"));
+}
+
+TEST_F(CreationRecoveryTest, KeepingForgetsNoOtherCreation) {
+    PosixCreationRecovery recovery(journal());
+    beginAndDie("Acme");
+    const auto old = recovery.remains();
+    ASSERT_EQ(old.size(), 1U);
+    recovery.remove(old.front());
+    beginAndDie("Beta"); // in the entry that is free again
+    ASSERT_EQ(recovery.remains().front().entry, old.front().entry);
+    recovery.keep(old.front());
+    ASSERT_EQ(recovery.remains().size(), 1U);
+    EXPECT_EQ(recovery.remains().front().topPath, job("Beta"));
+}
+
+TEST_F(CreationRecoveryTest, AFolderThatIsNotOursIsNotOpenedForWriting) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+        // The superuser may take something out of any folder.
+        if (::geteuid() == 0) {
+            constexpr unsigned Nobody = 65534;
+            if (::chmod(job("..").c_str(), 0755) != 0 || ::chown((job("") + "..").c_str(), Nobody, Nobody) != 0 ||
+                ::chown(job("").c_str(), Nobody, Nobody) != 0 || ::setgid(Nobody) != 0 || ::setuid(Nobody) != 0) {
+                ::_exit(2);
+            }
+        }
+        beginAndDie("Acme");
+        PosixCreationRecovery recovery(journal());
+        const auto remains = recovery.remains();
+        if (remains.size() != 1 || ::chmod(job("").c_str(), 0555) != 0) {
+            ::_exit(3);
+        }
+        const bool isLeft = recovery.remove(remains.front()) == 0 && std::filesystem::exists(job("Acme"));
+        ::_exit(::chmod(job("").c_str(), 0755) == 0 && isLeft ? 0 : 4);
+    }
+    int status = -1;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
 }
 
 TEST_F(CreationRecoveryTest, OfTwoThatRemoveTheSameOneFindsNothingMore) {

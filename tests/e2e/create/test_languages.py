@@ -222,6 +222,7 @@ class Languages(OrvaneTest):
                 ("en", {"LC_ALL": "POSIX", "LANGUAGE": "de"}), ("en", {"LC_MESSAGES": "C", "LANG": "C.UTF-8", "LANGUAGE": "de"}),
                 ("de", {"LC_ALL": "C.UTF-8", "LC_MESSAGES": "C", "LANGUAGE": "de"}), ("de", {"LANG": "C.UTF-8", "LANGUAGE": "de_AT.UTF-8"}),
                 ("fr", {"LANG": "C.UTF-8", "LANGUAGE": "it:fr:de"}), ("en", {"LANG": "C.UTF-8", "LANGUAGE": "en_GB:de"}),
+                ("en", {"LANG": "C.UTF-8", "LANGUAGE": "nl:en_US:de"}),
                 ("en", {"LANG": "en_US.UTF-8"}), ("de", {"LANG": "en_US.UTF-8", "LANGUAGE": ":de"}), ("en", {"LANG": "C.UTF-8", "LANGUAGE": "it"}),
                 ("en", {"LANG": "tlh_QO.UTF-8"}), ("en", {"LANG": "C.UTF-8", "LANGUAGE": ":"})):
             with self.subTest(variables=variables):
