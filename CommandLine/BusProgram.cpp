@@ -27,6 +27,7 @@ std::vector<std::string> placesOfProgram() {
 
 std::vector<char *> argumentsOf(std::vector<std::string> &words) {
     std::vector<char *> arguments;
+    arguments.reserve(words.size() + 1);
     for (std::string &word : words) {
         arguments.push_back(word.data());
     }

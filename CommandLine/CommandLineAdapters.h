@@ -26,7 +26,7 @@ namespace orvane {
 class CommandLineApplication final : public Application {
 public:
     [[nodiscard]] bool load() override { return true; }
-    void activateIgnoringOtherApps(bool) override {}
+    void activateIgnoringOtherApps(bool /*ignoring*/) override {}
 };
 
 /// The program's only thread. What is to be released after the event is kept until the program is done.
@@ -54,7 +54,7 @@ private:
 /// Forgets everything: nothing has happened in a dry run.
 class SilentLog final : public SystemLog {
 public:
-    void log(std::string_view) override {}
+    void log(std::string_view /*text*/) override {}
 };
 
 /// One alert as it was shown.
@@ -107,7 +107,7 @@ public:
     explicit ReadOnlyPreferencesStore(PreferencesStore &store) : _store(store) {}
     bool synchronize() override { return _store.synchronize(); }
     [[nodiscard]] std::optional<PropertyList> copyAppValue(std::string_view key) override { return _store.copyAppValue(key); }
-    void setAppValue(std::string_view, const PropertyList &) override {}
+    void setAppValue(std::string_view /*key*/, const PropertyList & /*value*/) override {}
     [[nodiscard]] bool canStoreText(std::string_view text) override { return _store.canStoreText(text); }
     [[nodiscard]] std::optional<PropertyList> dictionaryWithContentsOfFile() override { return _store.dictionaryWithContentsOfFile(); }
     [[nodiscard]] std::unique_ptr<Lock> lock() override { return std::make_unique<Lock>(); }

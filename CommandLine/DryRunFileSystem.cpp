@@ -88,7 +88,7 @@ public:
         _open.pop_back();
     }
 
-    [[nodiscard]] bool copyItem(std::string_view name, const ContentSource &, const ItemAttributes &attributes) override {
+    [[nodiscard]] bool copyItem(std::string_view name, const ContentSource & /*source*/, const ItemAttributes &attributes) override {
         if (_current().entries.contains(name) || _standsOnDisk(name) || !problemOfName(name).empty()) {
             return false; // as it would be; an empty file is tried next
         }

@@ -42,8 +42,8 @@ std::optional<std::string> readHead(const std::string &path, std::size_t bytes) 
 /// For checks of names alone.
 class AnyResources final : public ORVPresetResources {
 public:
-    [[nodiscard]] ORVContentState stateOfContent(std::string_view) override { return ORVContentState::Usable; }
-    [[nodiscard]] ORVScriptState stateOfScript(std::string_view) override { return ORVScriptState::Usable; }
+    [[nodiscard]] ORVContentState stateOfContent(std::string_view /*name*/) override { return ORVContentState::Usable; }
+    [[nodiscard]] ORVScriptState stateOfScript(std::string_view /*name*/) override { return ORVScriptState::Usable; }
 };
 
 std::string nameOfSeverity(ORVProblemSeverity severity) {

@@ -62,6 +62,12 @@ std::string_view wantedLanguages() {
     return languages.empty() ? locale : languages;
 }
 
+bool englishIsWantedMost() {
+    std::string_view languages = wantedLanguages();
+    languages.remove_prefix(std::min(languages.find_first_not_of(':'), languages.size()));
+    return isEnglish(languages.substr(0, languages.find(':')));
+}
+
 bool hasCatalogue(const std::string &folder, std::string_view language) {
     const std::string name(language.substr(0, language.find_first_of("_.@")));
     return ::access((folder + '/' + name + "/LC_MESSAGES/" + Domain + ".mo").c_str(), R_OK) == 0;
@@ -93,7 +99,7 @@ std::string folderOfCatalogues() {
 
 /// The user's locale for messages alone, catalogues bound; null for English, and when there is none.
 locale_t openLocale() {
-    const std::string folder = wantedLanguages().empty() ? std::string() : folderOfCatalogues();
+    const std::string folder = englishIsWantedMost() ? std::string() : folderOfCatalogues(); // most need not look for any file
     if (folder.empty() || asksForEnglish(folder)) {
         return nullptr;
     }
