@@ -68,7 +68,7 @@ long ORVFinderLabelForColor(std::optional<std::string_view> colorName) {
     if (!colorName) {
         return 0;
     }
-    const auto found = std::find(FinderLabelColors.begin(), FinderLabelColors.end(), *colorName);
+    const auto *const found = std::find(FinderLabelColors.begin(), FinderLabelColors.end(), *colorName);
     return found == FinderLabelColors.end() ? ORVNotFound : static_cast<long>(found - FinderLabelColors.begin());
 }
 

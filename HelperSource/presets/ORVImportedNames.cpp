@@ -73,6 +73,7 @@ struct Import {
 
     void split(const std::vector<ORVImportVariable> &variables) {
         std::vector<const ORVImportVariable *> longestFirst;
+        longestFirst.reserve(variables.size());
         for (const ORVImportVariable &variable : variables) {
             longestFirst.push_back(&variable);
         }

@@ -9,9 +9,9 @@ namespace {
 
 using SteadyClock = std::chrono::steady_clock;
 
-constexpr const char *objectPath = "/org/orvane/DistributedNotifications";
-constexpr const char *interfaceName = "org.orvane.DistributedNotifications";
-constexpr const char *matchRule =
+constexpr const char *ObjectPath = "/org/orvane/DistributedNotifications";
+constexpr const char *InterfaceName = "org.orvane.DistributedNotifications";
+constexpr const char *MatchRule =
     "type='signal',path='/org/orvane/DistributedNotifications',interface='org.orvane.DistributedNotifications'";
 
 } // namespace
@@ -29,12 +29,12 @@ std::unique_ptr<SdBusConnection> SdBusConnection::open(const std::string &addres
 
 bool SdBusConnection::receiveInto(std::deque<std::string> &names, Deadline deadline) {
     _names = &names;
-    return ::sd_bus_add_filter(_bus, nullptr, _receive, this) >= 0 && _callBus("AddMatch", matchRule, deadline);
+    return ::sd_bus_add_filter(_bus, nullptr, _receive, this) >= 0 && _callBus("AddMatch", MatchRule, deadline);
 }
 
 bool SdBusConnection::send(const std::string &name, Deadline deadline) {
     sd_bus_message *made = nullptr;
-    if (::sd_bus_message_new_signal(_bus, &made, objectPath, interfaceName, name.c_str()) < 0) {
+    if (::sd_bus_message_new_signal(_bus, &made, ObjectPath, InterfaceName, name.c_str()) < 0) {
         return false;
     }
     const SdBusMessage signal(made);
@@ -91,8 +91,8 @@ int SdBusConnection::_receive(sd_bus_message *message, void *connection, sd_bus_
     auto &self = *static_cast<SdBusConnection *>(connection);
     const char *const path = ::sd_bus_message_get_path(message);
     const char *const member = ::sd_bus_message_get_member(message);
-    const bool isOurs = ::sd_bus_message_is_signal(message, interfaceName, nullptr) > 0 && path != nullptr && member != nullptr &&
-                        std::string_view(path) == objectPath;
+    const bool isOurs = ::sd_bus_message_is_signal(message, InterfaceName, nullptr) > 0 && path != nullptr && member != nullptr &&
+                        std::string_view(path) == ObjectPath;
     if (isOurs) {
         self._names->emplace_back(member);
     }

@@ -12,9 +12,9 @@ namespace orvane {
 
 namespace {
 
-constexpr const char *helperName = "org.orvane.Helper";
-constexpr const char *helperPath = "/org/orvane/Helper";
-constexpr const char *applicationInterface = "org.freedesktop.Application";
+constexpr const char *HelperName = "org.orvane.Helper";
+constexpr const char *HelperPath = "/org/orvane/Helper";
+constexpr const char *ApplicationInterface = "org.freedesktop.Application";
 
 /// Keys of the platform data, and where this program has got the values.
 constexpr std::array<std::pair<const char *, const char *>, 2> Tokens = {
@@ -52,8 +52,9 @@ bool appendPlatformData(sd_bus_message *call) {
 
 std::string reasonOf(sd_bus_error *error, int status) {
     if (::sd_bus_error_has_name(error, SD_BUS_ERROR_SERVICE_UNKNOWN) > 0 ||
-        ::sd_bus_error_has_name(error, SD_BUS_ERROR_NAME_HAS_NO_OWNER) > 0)
+        ::sd_bus_error_has_name(error, SD_BUS_ERROR_NAME_HAS_NO_OWNER) > 0) {
         return "the helper does not run and cannot be started";
+    }
     if (status == -ETIMEDOUT || ::sd_bus_error_has_name(error, SD_BUS_ERROR_NO_REPLY) > 0) {
         return "the helper does not answer";
     }
@@ -70,7 +71,7 @@ bool SdBusHelperMenu::show(const std::optional<std::string> &folder, std::string
         return false;
     }
     sd_bus_message *made = nullptr;
-    int status = ::sd_bus_message_new_method_call(connection->bus(), &made, helperName, helperPath, applicationInterface, "ActivateAction");
+    int status = ::sd_bus_message_new_method_call(connection->bus(), &made, HelperName, HelperPath, ApplicationInterface, "ActivateAction");
     const SdBusMessage call(made);
     if (status < 0 || ::sd_bus_message_append(made, "s", folder ? "make-preset-in" : "make-preset") < 0 || !appendParameter(made, folder) ||
         !appendPlatformData(made)) {

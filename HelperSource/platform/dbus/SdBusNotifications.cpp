@@ -13,7 +13,7 @@ namespace {
 
 using SteadyClock = std::chrono::steady_clock;
 
-constexpr std::chrono::seconds limitOfExchange{1};
+constexpr std::chrono::seconds LimitOfExchange{1};
 
 /// Member names as the D-Bus protocol has them (version 0.41, "Valid Names").
 bool isMemberName(std::string_view name) {
@@ -43,7 +43,7 @@ bool SdBusNotifications::post(std::string_view name) {
     if (!isMemberName(name)) {
         return false;
     }
-    const auto deadline = SteadyClock::now() + limitOfExchange;
+    const auto deadline = SteadyClock::now() + LimitOfExchange;
     const auto connection = SdBusConnection::open(_address, deadline);
     return connection && connection->send(std::string(name), deadline);
 }
@@ -70,7 +70,7 @@ bool SdBusNotifications::wait(std::chrono::microseconds limit) {
 }
 
 void SdBusNotifications::_connect() {
-    const auto deadline = SteadyClock::now() + limitOfExchange;
+    const auto deadline = SteadyClock::now() + LimitOfExchange;
     auto connection = SdBusConnection::open(_address, deadline);
     if (connection && connection->receiveInto(_arrived, deadline)) {
         _connection = std::move(connection);

@@ -40,7 +40,7 @@ class Writer {
 public:
     std::optional<std::string> write(const PropertyListValue &root, std::string *why) {
         _number(root);
-        for (std::size_t i = 0; i < _objects.size(); ++i) {
+        for (std::size_t i = 0; i < _objects.size(); ++i) { // NOLINT(modernize-loop-convert): there are more with each
             _numberChildren(PropertyListValue(_objects[i]));
         }
         _referenceSize = _widthOf(_objects.size() - 1);

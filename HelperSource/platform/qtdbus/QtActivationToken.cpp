@@ -8,20 +8,20 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr const char *variable = "XDG_ACTIVATION_TOKEN";
-constexpr const char *startupVariable = "DESKTOP_STARTUP_ID";
+constexpr const char *Variable = "XDG_ACTIVATION_TOKEN";
+constexpr const char *StartupVariable = "DESKTOP_STARTUP_ID";
 
 } // namespace
 
 QtActivationToken::QtActivationToken(const QString &token) : _isSet(!token.isEmpty()) {
     if (_isSet) {
-        qputenv(variable, token.toUtf8());
+        qputenv(Variable, token.toUtf8());
     }
 }
 
 QtActivationToken::~QtActivationToken() {
     if (_isSet) {
-        qunsetenv(variable);
+        qunsetenv(Variable);
     }
 }
 
@@ -32,8 +32,8 @@ QString QtActivationToken::inPlatformData(const QVariantMap &platformData) {
 
 QVariantMap QtActivationToken::platformData() {
     QVariantMap data;
-    const QString token = qEnvironmentVariable(variable);
-    const QString startup = qEnvironmentVariable(startupVariable);
+    const QString token = qEnvironmentVariable(Variable);
+    const QString startup = qEnvironmentVariable(StartupVariable);
     if (!token.isEmpty()) {
         data.insert(u"activation-token"_s, token);
     }

@@ -80,8 +80,9 @@ bool QtXEmbedTrayColor::nativeEventFilter(const QByteArray & /*eventType*/, void
     const auto *const event = static_cast<const xcb_generic_event_t *>(message);
     constexpr int sentBit = 0x80; // of events that came by SendEvent
     if ((event->response_type & ~sentBit) == XCB_CLIENT_MESSAGE &&
-        reinterpret_cast<const xcb_client_message_event_t *>(event)->type == _manager)
+        reinterpret_cast<const xcb_client_message_event_t *>(event)->type == _manager) {
         QTimer::singleShot(0, &_context, _changed);
+    }
     return false;
 }
 

@@ -113,8 +113,9 @@ TEST_F(SdBusNotificationsTest, HandlerMayProcessFurtherNotifications) {
 TEST_F(SdBusNotificationsTest, NamesThatNoBusCarriesAreRefused) {
     SdBusNotifications centre(bus.address());
     for (const std::string &name : {std::string(), std::string("1st"), std::string("a b"), std::string("a.b"), std::string("é"),
-                                    std::string("a\0b", 3), std::string(256, 'a')})
+                                    std::string("a\0b", 3), std::string(256, 'a')}) {
         EXPECT_FALSE(centre.post(name)) << name;
+    }
     EXPECT_TRUE(centre.post(std::string(255, 'a')));
     EXPECT_TRUE(centre.post("_1st"));
 }
