@@ -66,7 +66,8 @@ protected:
         ASSERT_NE(shownWindow(window), nullptr);
         expectNothingIsCut(*shownWindow(window));
         expectEverythingHasAName(*shownWindow(window));
-        EXPECT_TRUE(takePicture(*shownWindow(window), picture(what)));
+        // What was painted last may be on its way to the screen.
+        EXPECT_TRUE(waitUntil([&] { return takePicture(*shownWindow(window), picture(what)); }));
     }
     /// Shown, and where the window manager puts it.
     static bool isPainted(const char *window) {
