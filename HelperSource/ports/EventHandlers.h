@@ -2,6 +2,7 @@
 
 #include "ports/HotKeyEvents.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <span>
 #include <vector>
@@ -36,12 +37,7 @@ private:
         void *userData;
     };
     [[nodiscard]] static bool _isFor(const Installed &installed, const Event &event) {
-        for (const EventTypeSpec &type : installed.types) {
-            if (type == EventTypeSpec{event.eventClass, event.kind}) {
-                return true;
-            }
-        }
-        return false;
+        return std::ranges::find(installed.types, EventTypeSpec{event.eventClass, event.kind}) != installed.types.end();
     }
 
     std::vector<Installed> _installed;

@@ -19,7 +19,7 @@ void UnfinishedCreations::look() {
 }
 
 /// On another thread, and on this one where none can be had.
-void UnfinishedCreations::_beside(std::function<void()> work) {
+void UnfinishedCreations::_beside(const std::function<void()> &work) {
     if (!_threads.detachNewThread(work)) {
         work();
     }

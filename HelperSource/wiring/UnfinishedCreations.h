@@ -33,7 +33,7 @@ public:
     void look();
 
 private:
-    void _beside(std::function<void()> work);
+    void _beside(const std::function<void()> &work);
     void _found(const std::vector<CreationRemains> &all);
     void _keep();
     void _remove();

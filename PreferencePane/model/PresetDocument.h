@@ -222,21 +222,21 @@ private:
     std::span<const PropertyListValue> _takeAttributes(ItemID item, const PropertyList &document, const PropertyListValue &value);
     [[nodiscard]] ItemID _copy(ItemID item);
     [[nodiscard]] PropertyListValue _write(Written &written, ItemID top) const;
-    [[nodiscard]] PropertyListValue _writeItem(Written &written, ItemID item, const std::vector<PropertyListValue> &children) const;
+    [[nodiscard]] PropertyListValue _writeItem(Written &written, ItemID id, const std::vector<PropertyListValue> &children) const;
     [[nodiscard]] std::optional<PropertyListValue> _writtenChildren(Written &written, const Item &item, const PropertyListValue *before,
                                                                     const std::vector<PropertyListValue> &children) const;
 
     // The only ways in which the document changes; used by the history's changes (PresetDocument_changes.cpp).
     void _attach(ItemID parent, std::size_t index, std::span<const ItemID> items);
     void _detach(ItemID parent, std::size_t index, std::size_t count);
-    void _moveItem(ItemID item, ItemID newParent, std::size_t index);
+    void _moveItem(ItemID id, ItemID newParent, std::size_t index);
     void _setAttribute(ItemID item, std::size_t position, std::string_view key, const std::optional<PropertyList> &value);
     void _release(std::span<const ItemID> items);
     void _touch(ItemID item);
 
     void _insert(ItemID parent, std::size_t index, std::vector<ItemID> items);
     void _remove(ItemID parent, std::size_t index, std::size_t count);
-    void _removeAll(std::vector<ItemID> items);
+    void _removeAll(const std::vector<ItemID> &items);
     void _move(std::vector<ItemID> items, ItemID parent, std::size_t index);
     void _setValue(ItemID item, std::string_view key, const std::optional<PropertyList> &value);
     void _setTexts(std::span<const ItemID> nodes, std::string_view key, std::string_view text, const char *name);

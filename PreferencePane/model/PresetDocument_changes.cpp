@@ -12,7 +12,8 @@ namespace orvane {
 namespace {
 
 template <typename Tell> void tellAll(const std::vector<PresetDocumentObserver *> &observers, const Tell &tell) {
-    const std::vector<PresetDocumentObserver *> now = observers;
+    // They may come and go while they are told.
+    const std::vector<PresetDocumentObserver *> now = observers; // NOLINT(performance-unnecessary-copy-initialization)
     for (PresetDocumentObserver *observer : now) {
         tell(*observer);
     }
@@ -240,7 +241,7 @@ void PresetDocument::_remove(ItemID parent, std::size_t index, std::size_t count
 
 /// Removes items, which must be outermost and in the order of the document, neighbours at once. The last come first, so that
 /// the places of the others stay right.
-void PresetDocument::_removeAll(std::vector<ItemID> items) {
+void PresetDocument::_removeAll(const std::vector<ItemID> &items) {
     struct Run {
         ItemID parent;
         std::size_t first;

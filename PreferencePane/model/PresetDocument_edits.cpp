@@ -87,7 +87,7 @@ void PresetDocument::removePresets(std::span<const ItemID> presets) {
     const EditHistory::Step step(_history, presets.size() == 1 ? "Delete Preset" : "Delete Presets");
     std::vector<ItemID> items = outermost(presets);
     std::erase_if(items, [this](ItemID item) { return !isPreset(item); });
-    _removeAll(std::move(items));
+    _removeAll(items);
 }
 
 void PresetDocument::movePresets(std::span<const ItemID> presets, std::size_t index) {
@@ -220,7 +220,7 @@ void PresetDocument::removeNodes(std::span<const ItemID> nodes, const char *name
     const EditHistory::Step step(_history, name);
     std::vector<ItemID> items = outermost(nodes);
     std::erase_if(items, [this](ItemID item) { return !isNode(item); });
-    _removeAll(std::move(items));
+    _removeAll(items);
 }
 
 void PresetDocument::moveNodes(std::span<const ItemID> nodes, ItemID parent, std::size_t index) {

@@ -24,8 +24,8 @@ constexpr std::string_view TreeKey = "fileHierarchy";
 /// memory. A preset beyond this size (the checker's limit) is kept as it is and not taken apart.
 constexpr std::size_t MostItems = 2'000'000;
 
-const PropertyListValue emptyArray = PropertyListValue::viewOfArray({});
-const PropertyListValue emptyDictionary = PropertyListValue::viewOfDictionary({});
+const PropertyListValue EmptyArray = PropertyListValue::viewOfArray({});
+const PropertyListValue EmptyDictionary = PropertyListValue::viewOfDictionary({});
 
 std::span<const PropertyListValue> childrenOf(const PropertyListValue &value) {
     const PropertyListValue *children = value.find(ChildrenKey);
@@ -89,7 +89,7 @@ std::span<const PropertyListValue> PresetDocument::_takeAttributes(ItemID item, 
     for (const PropertyListEntry &entry : value.dictionary()) {
         PropertyListValue kept = entry.value;
         if (made.kind == Kind::Preset ? entry.key == TreeKey && kept.isDictionary() : entry.key == ChildrenKey && kept.isArray()) {
-            kept = made.kind == Kind::Preset ? emptyDictionary : emptyArray;
+            kept = made.kind == Kind::Preset ? EmptyDictionary : EmptyArray;
         }
         made.attributes.push_back({std::string(entry.key), document.at(kept)});
     }

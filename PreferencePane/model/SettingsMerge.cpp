@@ -252,6 +252,7 @@ private:
     [[nodiscard]] PropertyList _labels(const std::vector<std::size_t> &sequence) const {
         PropertyListBuilder builder;
         std::vector<PropertyListValue> labels;
+        labels.reserve(sequence.size());
         for (const std::size_t i : sequence) {
             labels.push_back(builder.string(labelOf(_merged[i].record)));
         }

@@ -97,7 +97,7 @@ public:
     bool canStoreText(std::string_view) override { return true; }
     std::optional<PropertyList> dictionaryWithContentsOfFile() override { return std::nullopt; }
     std::unique_ptr<Lock> lock() override { return std::make_unique<Lock>(); }
-    bool isHeldElsewhere() const override { return false; }
+    [[nodiscard]] bool isHeldElsewhere() const override { return false; }
 };
 
 class TrialNotifications final : public DistributedNotifications {

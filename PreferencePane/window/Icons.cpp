@@ -392,7 +392,7 @@ QIcon iconFor(Icon icon) {
 QColor labelColor(std::string_view name) {
     for (const Label &label : Labels) {
         if (label.name == name) {
-            return QColor(label.color);
+            return {label.color};
         }
     }
     return {};

@@ -141,7 +141,7 @@ QWidget *ItemPanel::_makePermissions() {
     for (int who = 0; who < 3; ++who) {
         grid->addWidget(new QLabel(translated(Whos.at(static_cast<std::size_t>(who))), box), who + 1, 0);
         for (int right = 0; right < 3; ++right) {
-            const auto number = static_cast<std::size_t>(who * 3 + right);
+            const std::size_t number = static_cast<std::size_t>(who) * 3 + static_cast<std::size_t>(right);
             auto *const check = new QCheckBox(box);
             check->setObjectName(QStringLiteral("permission%1").arg(number));
             check->setAccessibleName(translated(Whos.at(static_cast<std::size_t>(who))) + QStringLiteral(": ") +

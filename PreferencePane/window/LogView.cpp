@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 namespace orvane {
 
@@ -18,7 +19,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto PauseBetweenReadings = 200ms;
-constexpr qint64 MostBytes = 64 * 1024;
+constexpr qint64 MostBytes = qint64{64} * 1024;
 constexpr qsizetype MostLines = 200;
 constexpr int LinesShown = 7;
 
@@ -46,7 +47,7 @@ QString lastLinesOf(const QString &path) {
 
 } // namespace
 
-LogView::LogView(const QString &path, QWidget *parent) : QPlainTextEdit(parent), _path(path), _watcher(new QFileSystemWatcher(this)) {
+LogView::LogView(QString path, QWidget *parent) : QPlainTextEdit(parent), _path(std::move(path)), _watcher(new QFileSystemWatcher(this)) {
     setReadOnly(true);
     setTabChangesFocus(true);
     setLineWrapMode(QPlainTextEdit::NoWrap);

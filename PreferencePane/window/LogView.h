@@ -11,7 +11,7 @@ namespace orvane {
 /// The last lines of a log file, followed while it grows. Stays at its end unless the user has scrolled away from there.
 class LogView final : public QPlainTextEdit {
 public:
-    LogView(const QString &path, QWidget *parent);
+    LogView(QString path, QWidget *parent);
 
     [[nodiscard]] QSize sizeHint() const override;
 

@@ -384,7 +384,7 @@ void PresetTreeView::startDrag(Qt::DropActions supportedActions) {
     auto *const drag = new QDrag(this);
     drag->setMimeData(dragged);
     const QModelIndex first = _model->indexOfItem(items.front());
-    const QIcon icon = first.data(Qt::DecorationRole).value<QIcon>();
+    const auto icon = first.data(Qt::DecorationRole).value<QIcon>();
     const int side = style()->pixelMetric(QStyle::PM_LargeIconSize);
     drag->setPixmap(icon.pixmap(QSize(side, side), devicePixelRatioF()));
     drag->exec(supportedActions, Qt::MoveAction);

@@ -52,8 +52,8 @@ public:
     [[nodiscard]] QString folder() const;
 
     /// A script that writes more is heard no further; the helper's pipes hold less (pipe(7): 64 KiB).
-    static constexpr qint64 MostBytesShown = 1024 * 1024;
-    static constexpr qint64 BytesOfPipe = 64 * 1024;
+    static constexpr qint64 MostBytesShown = qint64{1024} * 1024;
+    static constexpr qint64 BytesOfPipe = qint64{64} * 1024;
 
     std::function<void()> stateDidChange;
     std::function<void(const QString &text, bool isError)> wrote;

@@ -93,6 +93,7 @@ QRegularExpression patternOf(const char *sentence) {
 const std::vector<QRegularExpression> &patterns() {
     static const std::vector<QRegularExpression> all = [] {
         std::vector<QRegularExpression> made;
+        made.reserve(std::size(Sentences));
         for (const char *sentence : Sentences) {
             made.push_back(patternOf(sentence));
         }

@@ -16,8 +16,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString name = u"org.orvane.Settings"_s;
-const QString path = u"/org/orvane/Settings"_s;
+const QString Name = u"org.orvane.Settings"_s;
+const QString Path = u"/org/orvane/Settings"_s;
 constexpr int LimitForBus = 500;    // ms
 constexpr int LimitForOther = 5000; // ms
 
@@ -38,12 +38,12 @@ bool SettingsApplication::claimName() {
         return true;
     }
     // Before the name: the bus may have a request ready for its owner.
-    _session.connection().registerObject(path, &_object, QDBusConnection::ExportAdaptors);
+    _session.connection().registerObject(Path, &_object, QDBusConnection::ExportAdaptors);
     const QString bus = u"org.freedesktop.DBus"_s;
     QDBusMessage call = QDBusMessage::createMethodCall(bus, u"/org/freedesktop/DBus"_s, bus, u"RequestName"_s);
     constexpr uint doNotQueue = 4; // DBUS_NAME_FLAG_DO_NOT_QUEUE
     constexpr uint taken = 3;      // DBUS_REQUEST_NAME_REPLY_EXISTS
-    call.setArguments({name, doNotQueue});
+    call.setArguments({Name, doNotQueue});
     const QDBusReply<uint> reply = _session.connection().call(call, QDBus::Block, LimitForBus);
     _wantsName = !(reply.isValid() && reply.value() == taken);
     return _wantsName;
@@ -55,7 +55,7 @@ bool SettingsApplication::handOver(const QStringList &paths) {
         uris.append(QUrl::fromLocalFile(each).toString(QUrl::FullyEncoded));
     }
     const QString member = uris.isEmpty() ? u"Activate"_s : u"Open"_s;
-    QDBusMessage call = QDBusMessage::createMethodCall(name, path, u"org.freedesktop.Application"_s, member);
+    QDBusMessage call = QDBusMessage::createMethodCall(Name, Path, u"org.freedesktop.Application"_s, member);
     const QVariantMap platformData = QtActivationToken::platformData();
     call.setArguments(uris.isEmpty() ? QVariantList{platformData} : QVariantList{uris, platformData});
     return _session.connection().call(call, QDBus::Block, LimitForOther).type() == QDBusMessage::ReplyMessage;

@@ -75,8 +75,9 @@ std::string withoutBlanksAround(std::string text) {
     while (!text.empty() && (text.front() == ' ' || text.front() == '\t')) {
         text.erase(0, 1);
     }
-    while (!text.empty() && (text.back() == ' ' || text.back() == '\t'))
+    while (!text.empty() && (text.back() == ' ' || text.back() == '\t')) {
         text.pop_back();
+    }
     return text;
 }
 

@@ -90,7 +90,7 @@ private:
         Handler handler;
     };
 
-    void _changeObservers() {
+    void _changeObservers() const {
         if (whileObserving) {
             whileObserving();
         }

@@ -145,13 +145,13 @@ public:
 
     // The port.
 
-    [[nodiscard]] bool fileExists(std::string_view path) override { return !_begin("fileExists", path) && _resolve(path) != nullptr; }
+    [[nodiscard]] bool fileExists(std::string_view path) override { return _begin("fileExists", path) == 0 && _resolve(path) != nullptr; }
     [[nodiscard]] bool isExecutableFile(std::string_view path) override {
-        const FakeNode *const found = _begin("isExecutableFile", path) ? nullptr : _resolve(path);
+        const FakeNode *const found = _begin("isExecutableFile", path) != 0 ? nullptr : _resolve(path);
         return found != nullptr && (found->isFile() || found->isFolder()) && (found->mode & 0111U) != 0;
     }
     [[nodiscard]] const ContentSource *contentSource(std::string_view path) override {
-        if (_begin("contentSource", path)) {
+        if (_begin("contentSource", path) != 0) {
             return nullptr;
         }
         const auto known = _sources.find(path);
@@ -401,7 +401,8 @@ private:
         if (error != 0) {
             return _fail(error);
         }
-        if (name.empty() || name == "." || name == ".." || name.find('/') != name.npos || name.find('\0') != name.npos) {
+        if (name.empty() || name == "." || name == ".." || name.find('/') != std::string_view::npos ||
+            name.find('\0') != std::string_view::npos) {
             return _fail(EINVAL);
         }
         return name.size() <= 255 || _fail(ENAMETOOLONG);

@@ -16,7 +16,7 @@ namespace orvane {
 
 /// How a program of the fake launcher behaves.
 struct FakeProgram {
-    static constexpr std::size_t endless = std::numeric_limits<std::size_t>::max();
+    static constexpr std::size_t Endless = std::numeric_limits<std::size_t>::max();
 
     std::size_t runningPolls = 0; ///< how often it is still found running
     int status = 0;
@@ -55,7 +55,7 @@ public:
         if (_program.runningPolls == 0) {
             return false;
         }
-        if (_program.runningPolls != FakeProgram::endless) {
+        if (_program.runningPolls != FakeProgram::Endless) {
             --_program.runningPolls;
         }
         return true;

@@ -30,13 +30,14 @@ public:
             }
             if (mode == Mode::Keep) {
                 _kept.push_back(std::move(work));
-            } else if (mode == Mode::Real) {
+                return true;
+            }
+            if (mode == Mode::Real) {
                 _threads.emplace_back(std::move(work));
+                return true;
             }
         }
-        if (mode == Mode::Inline) {
-            work();
-        }
+        work();
         return true;
     }
 

@@ -4,6 +4,7 @@
 #include <QDBusObjectPath>
 #include <QStringList>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <utility>
@@ -18,23 +19,18 @@ using namespace Qt::StringLiterals;
 constexpr std::size_t MostNodes = 1500;
 
 // Bits of the first word of a state set (atspi-constants.h, AtspiStateType).
-constexpr std::uint32_t stateActive = 1U << 1U;
-constexpr std::uint32_t stateChecked = 1U << 4U;
-constexpr std::uint32_t stateFocused = 1U << 12U;
-constexpr std::uint32_t statePressed = 1U << 20U;
+constexpr std::uint32_t StateActive = 1U << 1U;
+constexpr std::uint32_t StateChecked = 1U << 4U;
+constexpr std::uint32_t StateFocused = 1U << 12U;
+constexpr std::uint32_t StatePressed = 1U << 20U;
 
 /// Roles below which no path bar and no location stands: menus, tables, trees, lists, icons, labels, page tabs (the views),
 /// scroll bars, separators, sliders, status bars.
-constexpr std::array<std::uint32_t, 31> prunedRoles = {8,  17, 18, 26, 27, 29, 30, 31, 32, 33, 34, 35, 37, 41, 42, 45,
+constexpr std::array<std::uint32_t, 31> PrunedRoles = {8,  17, 18, 26, 27, 29, 30, 31, 32, 33, 34, 35, 37, 41, 42, 45,
                                                        48, 50, 51, 54, 55, 56, 57, 59, 60, 65, 66, 7,  43, 44, 62};
 
 bool isPruned(std::uint32_t role) {
-    for (const std::uint32_t pruned : prunedRoles) {
-        if (pruned == role) {
-            return true;
-        }
-    }
-    return false;
+    return std::ranges::find(PrunedRoles, role) != PrunedRoles.end();
 }
 
 /// A connection of its own to the accessibility bus, closed at the end.
@@ -95,8 +91,8 @@ QStringList ownPaths(const std::optional<QVariant> &references, const QString &s
 /// Reads one program's tree, breadth first, a whole level's questions under way at once.
 class TreeReader {
 public:
-    TreeReader(const BusCalls &bus, QString service, std::uint32_t buttonRole)
-        : _bus(bus), _service(std::move(service)), _buttonRole(buttonRole) {}
+    TreeReader(BusCalls bus, QString service, std::uint32_t buttonRole)
+        : _bus(std::move(bus)), _service(std::move(service)), _buttonRole(buttonRole) {}
 
     struct Frame {
         QString service;
@@ -156,9 +152,9 @@ std::vector<TreeReader::Frame> TreeReader::frames(const QString &title) const {
         window.states = _bus.send(_method(window.path, u"GetState"_s));
     }
     for (Object &window : windows) {
-        const bool isFrame = BusCalls::answer(window.first).value_or(QVariant()).toUInt() == accessible_role::frame;
+        const bool isFrame = BusCalls::answer(window.first).value_or(QVariant()).toUInt() == accessible_role::Frame;
         if (isFrame && BusCalls::propertyAnswer(*window.name).value_or(QVariant()).toString() == title) {
-            frames.push_back({_service, window.path, (wordOf(window.states) & stateActive) != 0});
+            frames.push_back({_service, window.path, (wordOf(window.states) & StateActive) != 0});
         }
     }
     return frames;
@@ -197,7 +193,7 @@ QStringList TreeReader::_sort(std::vector<Objects> &families) {
             const std::uint32_t role = BusCalls::answer(object.first).value_or(QVariant()).toUInt();
             if (role == _buttonRole) {
                 _askAboutButton(row, object);
-            } else if (role == accessible_role::text || role == accessible_role::entry) {
+            } else if (role == accessible_role::Text || role == accessible_role::Entry) {
                 _askAboutText(texts, object.path);
             } else if (!isPruned(role)) {
                 deeper << object.path;
@@ -222,7 +218,7 @@ void TreeReader::_keepRow(Objects &row) {
         if (!name || !description) {
             return; // a row with a gap would be another path
         }
-        const bool isChecked = (wordOf(object.states) & (stateChecked | statePressed)) != 0;
+        const bool isChecked = (wordOf(object.states) & (StateChecked | StatePressed)) != 0;
         buttons.push_back({name->toString().toStdString(), description->toString().toStdString(), isChecked});
     }
     _contents.rows.push_back(std::move(buttons));
@@ -232,7 +228,7 @@ void TreeReader::_keepTexts(Objects &texts) {
     for (Object &object : texts) {
         const QString text = BusCalls::answer(object.first).value_or(QVariant()).toString();
         // What has the focus may be half typed.
-        if ((wordOf(object.states) & stateFocused) == 0 && !text.isEmpty()) {
+        if ((wordOf(object.states) & StateFocused) == 0 && !text.isEmpty()) {
             _contents.texts.push_back(text.toStdString());
         }
     }

@@ -12,13 +12,13 @@ namespace orvane {
 
 /// Numbers of the roles that matter here (at-spi2-core 2.46, atspi-constants.h, AtspiRole; they never change).
 namespace accessible_role {
-constexpr std::uint32_t checkBox = 7;
-constexpr std::uint32_t frame = 23;
-constexpr std::uint32_t pushButton = 43;
-constexpr std::uint32_t radioButton = 44;
-constexpr std::uint32_t text = 61;
-constexpr std::uint32_t toggleButton = 62;
-constexpr std::uint32_t entry = 79;
+constexpr std::uint32_t CheckBox = 7;
+constexpr std::uint32_t Frame = 23;
+constexpr std::uint32_t PushButton = 43;
+constexpr std::uint32_t RadioButton = 44;
+constexpr std::uint32_t Text = 61;
+constexpr std::uint32_t ToggleButton = 62;
+constexpr std::uint32_t Entry = 79;
 } // namespace accessible_role
 
 /// The buttons that share one parent, in the order of the tree.

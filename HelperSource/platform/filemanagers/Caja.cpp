@@ -8,7 +8,7 @@ std::unique_ptr<FileManager> makeCaja() {
     PathBarRule rule;
     rule.name = "Caja";
     rule.classNames = {"caja"};
-    rule.buttonRole = accessible_role::toggleButton;
+    rule.buttonRole = accessible_role::ToggleButton;
     return std::make_unique<PathBarFileManager>(std::move(rule));
 }
 

@@ -13,7 +13,7 @@ namespace orvane {
 namespace {
 
 /// What the port promises is 300 ms; the rest is for this thread to be woken up.
-constexpr std::chrono::milliseconds limit(280);
+constexpr std::chrono::milliseconds Limit(280);
 
 std::string variable(const char *name) {
     const char *value = std::getenv(name);
@@ -52,7 +52,7 @@ bool DesktopFrontWindow::fileManagerIsActive() {
 }
 
 std::optional<std::string> DesktopFrontWindow::folder() {
-    const Deadline deadline(limit);
+    const Deadline deadline(Limit);
     const auto window = _active.window();
     const auto fileManager = window ? fileManagerOf(*window, _fileManagers) : nullptr;
     if (!fileManager) {

@@ -64,7 +64,7 @@ std::optional<std::string> pathOfBreadcrumbs(const ButtonRow &row, const std::st
 }
 
 std::optional<std::string> folderOfBreadcrumbs(const BusCalls &bus, const ApplicationWindow &window, const std::string &home) {
-    const auto contents = readWindowContents(window.pid, window.title, accessible_role::pushButton, bus.deadline());
+    const auto contents = readWindowContents(window.pid, window.title, accessible_role::PushButton, bus.deadline());
     std::optional<std::string> found;
     for (const ButtonRow &row : contents.value_or(WindowContents()).rows) {
         const auto path = pathOfBreadcrumbs(row, home);

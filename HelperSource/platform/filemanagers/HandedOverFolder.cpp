@@ -10,12 +10,12 @@ namespace orvane {
 namespace {
 
 /// For a look at a folder whose file system may hang.
-constexpr std::chrono::milliseconds limit(280);
+constexpr std::chrono::milliseconds Limit(280);
 
 } // namespace
 
 bool HandedOverFolder::_isFolder(const std::string &path) {
-    return _work.run(Deadline(limit), [path] { return isFolder(path) ? std::optional(path) : std::nullopt; }).has_value();
+    return _work.run(Deadline(Limit), [path] { return isFolder(path) ? std::optional(path) : std::nullopt; }).has_value();
 }
 
 bool HandedOverFolder::setFolder(std::string path) {

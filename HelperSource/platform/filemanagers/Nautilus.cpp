@@ -68,7 +68,7 @@ QStringList locationsOf(const BusCalls &bus, const QString &service, const Appli
 
 /// The texts of the path bar's buttons, from the root on. GTK 4 calls every such button "GtkButton" and describes it by its text.
 std::vector<std::string> pathBar(const ApplicationWindow &window, const Deadline &deadline) {
-    const auto contents = readWindowContents(window.pid, window.title, accessible_role::pushButton, deadline);
+    const auto contents = readWindowContents(window.pid, window.title, accessible_role::PushButton, deadline);
     std::vector<std::string> names;
     for (const ButtonRow &row : contents.value_or(WindowContents()).rows) {
         for (const PathButton &button : row) {

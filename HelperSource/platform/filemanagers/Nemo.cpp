@@ -8,7 +8,7 @@ std::unique_ptr<FileManager> makeNemo() {
     PathBarRule rule;
     rule.name = "Nemo";
     rule.classNames = {"nemo", "nemo-desktop"};
-    rule.buttonRole = accessible_role::toggleButton;
+    rule.buttonRole = accessible_role::ToggleButton;
     rule.title.mayAppendFullPath = true;
     rule.title.domain = "nemo";
     rule.title.homeMessage = "Home";

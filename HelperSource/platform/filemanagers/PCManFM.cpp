@@ -8,8 +8,8 @@ std::unique_ptr<FileManager> makePCManFM() {
     PathBarRule rule;
     rule.name = "PCManFM";
     rule.classNames = {"pcmanfm"};
-    rule.buttonRole = accessible_role::radioButton;
-    rule.order = PathBarOrder::rootFirst;
+    rule.buttonRole = accessible_role::RadioButton;
+    rule.order = PathBarOrder::RootFirst;
     return std::make_unique<PathBarFileManager>(std::move(rule));
 }
 

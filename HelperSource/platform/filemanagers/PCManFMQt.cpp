@@ -9,7 +9,7 @@ std::unique_ptr<FileManager> makePCManFMQt() {
     PathBarRule rule;
     rule.name = "PCManFM-Qt";
     rule.classNames = {"pcmanfm-qt"};
-    rule.buttonRole = accessible_role::checkBox;
+    rule.buttonRole = accessible_role::CheckBox;
     return std::make_unique<PathBarFileManager>(std::move(rule));
 }
 

@@ -15,7 +15,7 @@ bool isFolderName(const std::string &name) {
 } // namespace
 
 std::optional<std::string> pathOfPathBar(std::vector<PathButton> buttons, PathBarOrder order) {
-    if (order == PathBarOrder::deepestFirst) {
+    if (order == PathBarOrder::DeepestFirst) {
         std::reverse(buttons.begin(), buttons.end());
     }
     const auto checked = [](const PathButton &button) { return button.isChecked; };

@@ -14,7 +14,7 @@ struct PathButton {
 };
 
 /// In what order a path bar holds its buttons.
-enum class PathBarOrder { deepestFirst, rootFirst };
+enum class PathBarOrder { DeepestFirst, RootFirst };
 
 /// The absolute path that a path bar shows: from the root to the one button that is checked. Nothing when the row is no path
 /// bar of local folders: none or several are checked, the root's button bears another name than "" or "/" or a description

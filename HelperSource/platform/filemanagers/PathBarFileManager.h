@@ -15,7 +15,7 @@ struct PathBarRule {
     const char *name = nullptr;
     std::vector<std::string> classNames; ///< in lower case
     std::uint32_t buttonRole = 0;        ///< of the path bar's buttons
-    PathBarOrder order = PathBarOrder::deepestFirst;
+    PathBarOrder order = PathBarOrder::DeepestFirst;
     TitleRule title;
 };
 

@@ -9,7 +9,7 @@ std::unique_ptr<FileManager> makeThunar() {
     PathBarRule rule;
     rule.name = "Thunar";
     rule.classNames = {"thunar"};
-    rule.buttonRole = accessible_role::toggleButton;
+    rule.buttonRole = accessible_role::ToggleButton;
     rule.title.separator = " - ";
     rule.title.mayShowFullPath = true;
     rule.title.domain = "thunar";

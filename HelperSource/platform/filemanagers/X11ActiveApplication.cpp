@@ -12,7 +12,7 @@ namespace orvane {
 namespace {
 
 /// GNOME was seen to give the focus back within 90 ms.
-constexpr std::chrono::milliseconds longestWait(100);
+constexpr std::chrono::milliseconds LongestWait(100);
 
 } // namespace
 
@@ -43,7 +43,7 @@ xcb_window_t X11ActiveApplication::_current() {
     if (active == XCB_WINDOW_NONE || !_windows.isViewable(active)) {
         return XCB_WINDOW_NONE;
     }
-    if (_windows.kindOf(active) == X11WindowKind::application) {
+    if (_windows.kindOf(active) == X11WindowKind::Application) {
         _last = active;
         return active;
     }
@@ -52,7 +52,7 @@ xcb_window_t X11ActiveApplication::_current() {
 }
 
 void X11ActiveApplication::_waitForSome() {
-    const Deadline deadline(longestWait);
+    const Deadline deadline(LongestWait);
     while (_windows.isUsable() && _windows.activeWindow() == XCB_WINDOW_NONE && !deadline.passed()) {
         if (_windows.takeEvents()) {
             continue;

@@ -11,12 +11,12 @@ namespace orvane {
 namespace {
 
 /// Longest property that is read, in units of four bytes.
-constexpr std::uint32_t longestProperty = 16384;
+constexpr std::uint32_t LongestProperty = 16384;
 /// Dialogs of dialogs; more means a ring.
 constexpr int MostOwners = 8;
 
 /// What a panel, its menus and notifications are (EWMH 1.5, _NET_WM_WINDOW_TYPE; the last is KDE's, for a panel's pop-ups).
-constexpr const char *passingTypeNames[] = {"_NET_WM_WINDOW_TYPE_DOCK",
+constexpr const char *PassingTypeNames[] = {"_NET_WM_WINDOW_TYPE_DOCK",
                                             "_NET_WM_WINDOW_TYPE_POPUP_MENU",
                                             "_NET_WM_WINDOW_TYPE_DROPDOWN_MENU",
                                             "_NET_WM_WINDOW_TYPE_TOOLTIP",
@@ -50,7 +50,7 @@ X11Windows::X11Windows() : _connection(::xcb_connect(nullptr, nullptr)) {
     _atoms.gtkBusName = _atom("_GTK_UNIQUE_BUS_NAME");
     _atoms.gtkWindowPath = _atom("_GTK_WINDOW_OBJECT_PATH");
     _atoms.desktopType = _atom("_NET_WM_WINDOW_TYPE_DESKTOP");
-    for (const char *name : passingTypeNames) {
+    for (const char *name : PassingTypeNames) {
         _atoms.passingTypes.push_back(_atom(name));
     }
 }
@@ -92,7 +92,7 @@ xcb_atom_t X11Windows::_atom(std::string_view name) {
 }
 
 X11Reply<xcb_get_property_reply_t> X11Windows::_property(xcb_window_t window, xcb_atom_t property) {
-    const auto cookie = ::xcb_get_property(_connection, 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, longestProperty);
+    const auto cookie = ::xcb_get_property(_connection, 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, LongestProperty);
     return X11Reply<xcb_get_property_reply_t>(::xcb_get_property_reply(_connection, cookie, nullptr));
 }
 
@@ -124,14 +124,14 @@ xcb_window_t X11Windows::activeWindow() {
 X11WindowKind X11Windows::kindOf(xcb_window_t window) {
     const auto pid = _words(window, _atoms.pid);
     if (!pid.empty() && pid.front() == static_cast<std::uint32_t>(::getpid()) && _isOnThisMachine(window)) {
-        return X11WindowKind::own;
+        return X11WindowKind::Own;
     }
     for (const std::uint32_t type : _words(window, _atoms.windowType)) {
         if (std::find(_atoms.passingTypes.begin(), _atoms.passingTypes.end(), type) != _atoms.passingTypes.end()) {
-            return X11WindowKind::passing;
+            return X11WindowKind::Passing;
         }
     }
-    return X11WindowKind::application;
+    return X11WindowKind::Application;
 }
 
 bool X11Windows::isViewable(xcb_window_t window) {

@@ -21,7 +21,7 @@ template <typename Reply> struct X11Free {
 template <typename Reply> using X11Reply = std::unique_ptr<Reply, X11Free<Reply>>;
 
 /// What kind of window it is, as far as the user's work is concerned.
-enum class X11WindowKind { application, passing, own };
+enum class X11WindowKind { Application, Passing, Own };
 
 /// A connection of its own to the X server, through which windows' properties are read. One thread.
 class X11Windows {

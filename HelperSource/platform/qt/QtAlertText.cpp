@@ -58,7 +58,7 @@ void QtAlertText::_fit(const QTextCharFormat &title) {
     const QFontMetrics metrics(bold); // the wider ones
     int ideal = 0;
     for (const QString &line : toPlainText().split(QLatin1Char('\n'))) {
-        ideal = std::max(ideal, metrics.horizontalAdvance(line.left(MostCharacters * 2)) + 1);
+        ideal = std::max(ideal, metrics.horizontalAdvance(line.left(qsizetype{MostCharacters} * 2)) + 1);
     }
     document()->setTextWidth(-1);
     const int width = std::clamp(ideal, LeastCharacters * character, MostCharacters * character);

@@ -57,6 +57,7 @@ public:
 private:
     void _start(const std::vector<std::string> &command, int input) {
         std::vector<char *> arguments;
+        arguments.reserve(command.size() + 1);
         for (const std::string &argument : command) {
             arguments.push_back(const_cast<char *>(argument.c_str())); // the call takes them so and changes nothing
         }

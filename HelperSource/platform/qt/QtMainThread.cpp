@@ -42,7 +42,7 @@ public:
         (new Holder(std::move(object), this))->deleteLater();
         // After a nested loop Qt looks at what was put off there only when some other event is posted: have it look before it sleeps.
         QAbstractEventDispatcher *const dispatcher = QAbstractEventDispatcher::instance();
-        if (dispatcher != nullptr && !_looksBeforeSleep) {
+        if (dispatcher != nullptr && !static_cast<bool>(_looksBeforeSleep)) {
             _looksBeforeSleep = connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, this, [this] {
                 if (!children().isEmpty()) {
                     QCoreApplication::sendPostedEvents();

@@ -108,7 +108,7 @@ QtPromptCells::QtPromptCells(QObject *parent) : QStyledItemDelegate(parent) {}
 
 void QtPromptCells::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const {
     const QString text = QtSingleLine(index.data(Qt::DisplayRole).toString());
-    if (index.flags() & Qt::ItemIsEditable) {
+    if (index.flags().testFlag(Qt::ItemIsEditable)) {
         _paintField(*painter, option, text);
         return;
     }
@@ -131,7 +131,7 @@ void QtPromptCells::_paintField(QPainter &painter, const QStyleOptionViewItem &o
     frame.direction = option.direction;
     frame.lineWidth = style->pixelMetric(QStyle::PM_DefaultFrameWidth, &frame, view);
     frame.state = QStyle::State_Sunken | (option.state & (QStyle::State_Enabled | QStyle::State_Active));
-    if ((option.state & QStyle::State_Selected) && view != nullptr && view->hasFocus()) {
+    if (option.state.testFlag(QStyle::State_Selected) && view != nullptr && view->hasFocus()) {
         frame.state |= QStyle::State_HasFocus | QStyle::State_KeyboardFocusChange;
     }
     style->drawPrimitive(QStyle::PE_PanelLineEdit, &frame, &painter, nullptr);

@@ -25,9 +25,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString fileManager = u"org.freedesktop.FileManager1"_s;
-const QString portal = u"org.freedesktop.portal.Desktop"_s;
-const QString xdgOpen = u"xdg-open"_s;
+const QString FileManager = u"org.freedesktop.FileManager1"_s;
+const QString Portal = u"org.freedesktop.portal.Desktop"_s;
+const QString XdgOpen = u"xdg-open"_s;
 
 /// A path as a file URI (RFC 8089); its bytes are kept, whatever encoding they are in.
 QString uriOf(const std::string &path) {
@@ -61,7 +61,7 @@ bool DesktopWorkspace::openFile(std::string_view path) {
     if (stat(request->path.c_str(), &status) != 0) {
         return false;
     }
-    const bool hasXdgOpen = !QStandardPaths::findExecutable(xdgOpen).isEmpty();
+    const bool hasXdgOpen = !QStandardPaths::findExecutable(XdgOpen).isEmpty();
     if (!hasXdgOpen && !_session.isConnected()) {
         return false;
     }
@@ -84,11 +84,11 @@ void DesktopWorkspace::_tryNext(const std::shared_ptr<Request> &request) {
 }
 
 void DesktopWorkspace::_askFileManager(const std::shared_ptr<Request> &request) {
-    _ifServed(fileManager, [this, request](bool isServed) {
+    _ifServed(FileManager, [this, request](bool isServed) {
         if (!isServed) {
             return _tryNext(request);
         }
-        QDBusMessage call = QDBusMessage::createMethodCall(fileManager, u"/org/freedesktop/FileManager1"_s, fileManager, u"ShowFolders"_s);
+        QDBusMessage call = QDBusMessage::createMethodCall(FileManager, u"/org/freedesktop/FileManager1"_s, FileManager, u"ShowFolders"_s);
         call.setArguments({QStringList{uriOf(request->path)}, qEnvironmentVariable("XDG_ACTIVATION_TOKEN")});
         _whenAnswered(_session.connection().asyncCall(call, _limits.program), [this, request](bool isDone) {
             if (!isDone) {
@@ -99,12 +99,12 @@ void DesktopWorkspace::_askFileManager(const std::shared_ptr<Request> &request) 
 }
 
 void DesktopWorkspace::_askPortal(const std::shared_ptr<Request> &request) {
-    _ifServed(portal, [this, request](bool isServed) {
+    _ifServed(Portal, [this, request](bool isServed) {
         const FileDescriptor opened(isServed ? open(request->path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK) : -1);
         if (opened.get() < 0) {
             return _tryNext(request);
         }
-        QDBusMessage call = QDBusMessage::createMethodCall(portal, u"/org/freedesktop/portal/desktop"_s,
+        QDBusMessage call = QDBusMessage::createMethodCall(Portal, u"/org/freedesktop/portal/desktop"_s,
                                                            u"org.freedesktop.portal.OpenURI"_s, u"OpenFile"_s);
         QVariantMap options;
         if (const QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN"); !token.isEmpty()) {
@@ -122,7 +122,7 @@ void DesktopWorkspace::_askPortal(const std::shared_ptr<Request> &request) {
 void DesktopWorkspace::_startXdgOpen(const std::shared_ptr<Request> &request) {
     const QString path = QString::fromStdString(request->path);
     const bool isText = path.toStdString() == request->path;
-    if (!startDetached(xdgOpen, {isText ? path : uriOf(request->path)})) {
+    if (!startDetached(XdgOpen, {isText ? path : uriOf(request->path)})) {
         _tryNext(request);
     }
 }

@@ -10,8 +10,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString path = u"/org/orvane/DistributedNotifications"_s;
-const QString interface = u"org.orvane.DistributedNotifications"_s;
+const QString Path = u"/org/orvane/DistributedNotifications"_s;
+const QString Interface = u"org.orvane.DistributedNotifications"_s;
 constexpr int LimitOfExchange = 500; // ms; dbus-daemon itself answers in a fraction of one
 
 /// Member names as the D-Bus protocol has them (version 0.41, "Valid Names").
@@ -48,14 +48,14 @@ bool QtDBusNotifications::post(std::string_view name) {
         return false;
     }
     const QString member = QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
-    return _session.connection().send(QDBusMessage::createSignal(path, interface, member));
+    return _session.connection().send(QDBusMessage::createSignal(Path, Interface, member));
 }
 
 /// One subscription for all names. QtDBus asks the bus for it without waiting; the bus handles what we ask in order, so that the
 /// answer to a question means that the subscription stands.
 void QtDBusNotifications::_subscribe() {
     QDBusConnection connection = _session.connection();
-    _isSubscribed = connection.connect({}, path, interface, {}, this, SLOT(_arrive(QDBusMessage)));
+    _isSubscribed = connection.connect({}, Path, Interface, {}, this, SLOT(_arrive(QDBusMessage)));
     connection.call(
         QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"GetId"_s),
         QDBus::Block, LimitOfExchange);

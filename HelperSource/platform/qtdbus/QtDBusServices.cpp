@@ -16,7 +16,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString name = u"org.orvane.Helper"_s;
+const QString Name = u"org.orvane.Helper"_s;
 constexpr int LimitForBus = 500;    // ms; dbus-daemon itself answers in a fraction of one
 constexpr int LimitForOther = 3000; // ms
 constexpr int BetweenWindows = 20;  // ms until it is looked again what a request has on the screen
@@ -31,7 +31,7 @@ QtDBusServices::QtDBusServices(QtDBusSession &session, SystemLog &log, Hooks hoo
         }
         _export();
         if (_requestName() == false) {
-            _log.log("Another program has taken the bus name " + name.toStdString() + " meanwhile.");
+            _log.log("Another program has taken the bus name " + Name.toStdString() + " meanwhile.");
         }
     });
 }
@@ -44,14 +44,14 @@ bool QtDBusServices::claimName() {
     _export(); // before the name: the bus may have a request ready for its owner
     const std::optional<bool> isOurs = _requestName();
     if (!isOurs) {
-        _log.log("The session bus did not give out the name " + name.toStdString() + ".");
+        _log.log("The session bus did not give out the name " + Name.toStdString() + ".");
     }
     _wantsName = isOurs.value_or(true);
     return _wantsName;
 }
 
 bool QtDBusServices::activateOther() {
-    QDBusMessage call = QDBusMessage::createMethodCall(name, QLatin1String(QtDBusServicesObject::path), u"org.freedesktop.Application"_s,
+    QDBusMessage call = QDBusMessage::createMethodCall(Name, QLatin1String(QtDBusServicesObject::Path), u"org.freedesktop.Application"_s,
                                                        u"ActivateAction"_s);
     call.setArguments({u"make-preset"_s, QVariantList(), QtActivationToken::platformData()});
     return _session.connection().call(call, QDBus::Block, LimitForOther).type() == QDBusMessage::ReplyMessage;
@@ -67,7 +67,7 @@ void QtDBusServices::setServicesProvider(ServicesProvider *provider) {
 }
 
 void QtDBusServices::_export() {
-    _session.connection().registerObject(QLatin1String(QtDBusServicesObject::path), &_object, QDBusConnection::ExportAdaptors);
+    _session.connection().registerObject(QLatin1String(QtDBusServicesObject::Path), &_object, QDBusConnection::ExportAdaptors);
 }
 
 /// Whether the name is ours; nothing when the bus does not say.
@@ -76,7 +76,7 @@ std::optional<bool> QtDBusServices::_requestName() {
     QDBusMessage call = QDBusMessage::createMethodCall(bus, u"/org/freedesktop/DBus"_s, bus, u"RequestName"_s);
     constexpr uint doNotQueue = 4; // DBUS_NAME_FLAG_DO_NOT_QUEUE
     constexpr uint taken = 3;      // DBUS_REQUEST_NAME_REPLY_EXISTS
-    call.setArguments({name, doNotQueue});
+    call.setArguments({Name, doNotQueue});
     const QDBusReply<uint> reply = _session.connection().call(call, QDBus::Block, LimitForBus);
     return reply.isValid() ? std::optional(reply.value() != taken) : std::nullopt;
 }

@@ -19,7 +19,7 @@ class QtDBusServicesObject final : public QObject {
     Q_OBJECT
 
 public:
-    static constexpr const char *path = "/org/orvane/Helper";
+    static constexpr const char *Path = "/org/orvane/Helper";
 
     explicit QtDBusServicesObject(QtDBusServices &services);
 

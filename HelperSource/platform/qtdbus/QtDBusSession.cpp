@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// Seconds between attempts to reach a bus that went away; the last one repeats. A failing attempt is one connect(2).
-constexpr std::array<int, 6> waits{1, 2, 5, 10, 30, 60};
+constexpr std::array<int, 6> Waits{1, 2, 5, 10, 30, 60};
 
 QString nextConnectionName() {
     static std::atomic<unsigned> last{0};
@@ -98,7 +98,7 @@ void QtDBusSession::_lose() {
         _log->log("The session bus has gone. Orvane goes on without it and looks for it now and then.");
     }
     _attempts = 0;
-    _again.start(std::chrono::seconds(waits.front()));
+    _again.start(std::chrono::seconds(Waits.front()));
     Q_EMIT disconnected();
 }
 
@@ -110,8 +110,8 @@ void QtDBusSession::_tryAgain() {
         Q_EMIT connected();
         return;
     }
-    _attempts = std::min(_attempts + 1, waits.size() - 1);
-    _again.start(std::chrono::seconds(waits[_attempts]));
+    _attempts = std::min(_attempts + 1, Waits.size() - 1);
+    _again.start(std::chrono::seconds(Waits[_attempts]));
 }
 
 } // namespace orvane

@@ -46,8 +46,9 @@ void QtDBusStatusBar::_lookForPlace() {
     for (const auto &each : _items) {
         if (const auto item = each.lock(); item && !item->isRemoved()) {
             ++present;
-            if (item->hasPlace())
+            if (item->hasPlace()) {
                 return;
+            }
         }
     }
     if (present == 0 || std::exchange(_hasToldMissing, true) || !_options.statusBarIsMissing) {

@@ -17,12 +17,12 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// Sizes that panels ask for, at their normal and at twice the resolution.
-constexpr std::array<int, 6> sizes{16, 22, 24, 32, 44, 48};
+constexpr std::array<int, 6> Sizes{16, 22, 24, 32, 44, 48};
 
 StatusNotifierImage inNetworkOrder(const QImage &picture) {
     const QImage image = picture.convertToFormat(QImage::Format_ARGB32);
     StatusNotifierImage result{image.width(), image.height(), {}};
-    result.pixels.resize(image.width() * image.height() * static_cast<qsizetype>(sizeof(quint32)));
+    result.pixels.resize(static_cast<qsizetype>(image.width()) * image.height() * static_cast<qsizetype>(sizeof(quint32)));
     for (int y = 0; y < image.height(); ++y) {
         qToBigEndian<quint32>(image.constScanLine(y), image.width(),
                               result.pixels.data() + static_cast<qsizetype>(y) * image.width() * static_cast<qsizetype>(sizeof(quint32)));
@@ -110,8 +110,8 @@ bool QtDBusStatusItem::eventFilter(QObject *watched, QEvent *event) {
 
 void QtDBusStatusItem::_export() {
     QDBusConnection connection = _session.connection();
-    connection.registerObject(QLatin1String(StatusNotifierObject::path), &_object, QDBusConnection::ExportAllContents);
-    connection.registerObject(QLatin1String(StatusNotifierObject::menuPath), _busMenu.get(), QDBusConnection::ExportAllContents);
+    connection.registerObject(QLatin1String(StatusNotifierObject::Path), &_object, QDBusConnection::ExportAllContents);
+    connection.registerObject(QLatin1String(StatusNotifierObject::MenuPath), _busMenu.get(), QDBusConnection::ExportAllContents);
     const QString name = u"org.kde.StatusNotifierItem-%1-%2"_s.arg(QCoreApplication::applicationPid()).arg(_number);
     _registration = std::make_unique<StatusNotifierRegistration>(connection, name, _options.checks);
     connect(_registration.get(), &StatusNotifierRegistration::hostChanged, this, &QtDBusStatusItem::_hostChanged);
@@ -123,8 +123,8 @@ void QtDBusStatusItem::_withdraw() {
     }
     _registration.reset();
     QDBusConnection connection = _session.connection();
-    connection.unregisterObject(QLatin1String(StatusNotifierObject::path));
-    connection.unregisterObject(QLatin1String(StatusNotifierObject::menuPath));
+    connection.unregisterObject(QLatin1String(StatusNotifierObject::Path));
+    connection.unregisterObject(QLatin1String(StatusNotifierObject::MenuPath));
     if (!_isRemoved) {
         _hostChanged();
     }
@@ -167,7 +167,7 @@ void QtDBusStatusItem::_tellAppearance() {
         }
         const QtStatusImage image(_options.resourceFolder, _image);
         if (!image.isEmpty()) {
-            for (const int size : sizes) {
+            for (const int size : Sizes) {
                 appearance.images.append(inNetworkOrder(image.image(size, QtStatusImage::likelyColor())));
             }
         }

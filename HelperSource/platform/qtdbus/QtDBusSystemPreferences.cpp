@@ -19,7 +19,7 @@ namespace {
 constexpr int LimitForBus = 300;       // ms; dbus-daemon itself answers in a fraction of one
 constexpr int LimitForProgram = 25000; // ms; it may have to be started, and nobody waits
 
-const QString applicationInterface = u"org.freedesktop.Application"_s;
+const QString ApplicationInterface = u"org.freedesktop.Application"_s;
 
 /// As the freedesktop.org, Desktop Entry 1.5 has it under "D-Bus Activation".
 QString pathOf(const QString &applicationId) {
@@ -41,7 +41,7 @@ bool QtDBusSystemPreferences::showPane(std::string_view identifier) {
     if (!_session.isConnected() || !_isServed()) {
         return false;
     }
-    QDBusMessage call = QDBusMessage::createMethodCall(_applicationId, _path, applicationInterface, u"ActivateAction"_s);
+    QDBusMessage call = QDBusMessage::createMethodCall(_applicationId, _path, ApplicationInterface, u"ActivateAction"_s);
     const QVariantList parameters{QString::fromUtf8(identifier.data(), static_cast<qsizetype>(identifier.size()))};
     call.setArguments({u"show-pane"_s, parameters, QtActivationToken::platformData()});
     auto *const answer = new QDBusPendingCallWatcher(_session.connection().asyncCall(call, LimitForProgram), this);
@@ -67,7 +67,7 @@ bool QtDBusSystemPreferences::_isServed() const {
 }
 
 void QtDBusSystemPreferences::_activate() {
-    QDBusMessage call = QDBusMessage::createMethodCall(_applicationId, _path, applicationInterface, u"Activate"_s);
+    QDBusMessage call = QDBusMessage::createMethodCall(_applicationId, _path, ApplicationInterface, u"Activate"_s);
     call.setArguments({QtActivationToken::platformData()});
     auto *const answer = new QDBusPendingCallWatcher(_session.connection().asyncCall(call, LimitForProgram), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {

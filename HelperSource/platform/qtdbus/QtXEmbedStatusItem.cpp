@@ -12,7 +12,7 @@ namespace orvane {
 
 namespace {
 
-constexpr std::array<int, 6> sizes{16, 22, 24, 32, 44, 48};
+constexpr std::array<int, 6> Sizes{16, 22, 24, 32, 44, 48};
 
 bool isOnX11() {
     return QGuiApplication::platformName() == QLatin1String("xcb");
@@ -61,7 +61,7 @@ void QtXEmbedStatusItem::setMenu(Menu *menu) {
 void QtXEmbedStatusItem::_show() {
     const std::optional<QColor> color = _trayColor.foreground();
     QIcon icon;
-    for (const int size : sizes) {
+    for (const int size : Sizes) {
         const QImage image =
             color ? _image.image(size, *color) : _image.imageWithRim(size, QColor(0x2e, 0x34, 0x36), QColor(0xff, 0xff, 0xff, 0xb0));
         icon.addPixmap(QPixmap::fromImage(image));

@@ -67,8 +67,8 @@ class StatusNotifierObject final : public QObject, protected QDBusContext {
     Q_PROPERTY(QDBusObjectPath Menu READ menu CONSTANT)
 
 public:
-    static constexpr const char *path = "/StatusNotifierItem"; ///< where hosts look for it
-    static constexpr const char *menuPath = "/MenuBar";        ///< as in KDE's library
+    static constexpr const char *Path = "/StatusNotifierItem"; ///< where hosts look for it
+    static constexpr const char *MenuPath = "/MenuBar";        ///< as in KDE's library
 
     StatusNotifierObject();
 
@@ -89,7 +89,7 @@ public:
     [[nodiscard]] StatusNotifierImages noImages() const { return {}; }
     [[nodiscard]] StatusNotifierToolTip toolTip() const { return {{}, {}, _appearance.title, _appearance.toolTip}; }
     [[nodiscard]] bool itemIsMenu() const { return true; }
-    [[nodiscard]] QDBusObjectPath menu() const { return QDBusObjectPath(QLatin1String(menuPath)); }
+    [[nodiscard]] QDBusObjectPath menu() const { return QDBusObjectPath(QLatin1String(MenuPath)); }
 
 public Q_SLOTS: // the interface's own names
     void Activate(int x, int y);

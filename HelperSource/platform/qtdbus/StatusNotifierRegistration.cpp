@@ -15,10 +15,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString watcherName = u"org.kde.StatusNotifierWatcher"_s;
-const QString watcherPath = u"/StatusNotifierWatcher"_s;
-const QString busName = u"org.freedesktop.DBus"_s;
-const QString busPath = u"/org/freedesktop/DBus"_s;
+const QString WatcherName = u"org.kde.StatusNotifierWatcher"_s;
+const QString WatcherPath = u"/StatusNotifierWatcher"_s;
+const QString BusName = u"org.freedesktop.DBus"_s;
+const QString BusPath = u"/org/freedesktop/DBus"_s;
 
 } // namespace
 
@@ -27,13 +27,13 @@ StatusNotifierRegistration::StatusNotifierRegistration(QDBusConnection connectio
     _checkTimer.setSingleShot(true);
     connect(&_checkTimer, &QTimer::timeout, this, &StatusNotifierRegistration::_check);
 
-    QDBusMessage claim = QDBusMessage::createMethodCall(busName, busPath, busName, u"RequestName"_s);
+    QDBusMessage claim = QDBusMessage::createMethodCall(BusName, BusPath, BusName, u"RequestName"_s);
     constexpr uint doNotQueue = 4; // DBUS_NAME_FLAG_DO_NOT_QUEUE
     claim.setArguments({_serviceName, doNotQueue});
     _connection.asyncCall(claim);
 
     for (const char *signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"}) {
-        _connection.connect({}, watcherPath, watcherName, QLatin1String(signal), this, SLOT(_askForHost()));
+        _connection.connect({}, WatcherPath, WatcherName, QLatin1String(signal), this, SLOT(_askForHost()));
     }
     connect(&_serviceWatcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString & /*name*/, const QString & /*old*/, const QString &owner) {
@@ -44,10 +44,10 @@ StatusNotifierRegistration::StatusNotifierRegistration(QDBusConnection connectio
             });
     _serviceWatcher.setConnection(_connection);
     _serviceWatcher.setWatchMode(QDBusServiceWatcher::WatchForOwnerChange);
-    _serviceWatcher.addWatchedService(watcherName);
+    _serviceWatcher.addWatchedService(WatcherName);
 
-    QDBusMessage question = QDBusMessage::createMethodCall(busName, busPath, busName, u"NameHasOwner"_s);
-    question.setArguments({watcherName});
+    QDBusMessage question = QDBusMessage::createMethodCall(BusName, BusPath, BusName, u"NameHasOwner"_s);
+    question.setArguments({WatcherName});
     auto *const answer = new QDBusPendingCallWatcher(_connection.asyncCall(question), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
         answer->deleteLater();
@@ -59,7 +59,7 @@ StatusNotifierRegistration::StatusNotifierRegistration(QDBusConnection connectio
 }
 
 StatusNotifierRegistration::~StatusNotifierRegistration() {
-    QDBusMessage release = QDBusMessage::createMethodCall(busName, busPath, busName, u"ReleaseName"_s);
+    QDBusMessage release = QDBusMessage::createMethodCall(BusName, BusPath, BusName, u"ReleaseName"_s);
     release.setArguments({_serviceName});
     _connection.send(release);
 }
@@ -81,16 +81,16 @@ void StatusNotifierRegistration::_watcherWent() {
 }
 
 void StatusNotifierRegistration::_registerItem() {
-    QDBusMessage call = QDBusMessage::createMethodCall(watcherName, watcherPath, watcherName, u"RegisterStatusNotifierItem"_s);
+    QDBusMessage call = QDBusMessage::createMethodCall(WatcherName, WatcherPath, WatcherName, u"RegisterStatusNotifierItem"_s);
     call.setAutoStartService(false);
     call.setArguments({_serviceName});
     _connection.asyncCall(call);
 }
 
 QDBusMessage StatusNotifierRegistration::_question(const QString &property) const {
-    QDBusMessage question = QDBusMessage::createMethodCall(watcherName, watcherPath, u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
+    QDBusMessage question = QDBusMessage::createMethodCall(WatcherName, WatcherPath, u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
     question.setAutoStartService(false);
-    question.setArguments({watcherName, property});
+    question.setArguments({WatcherName, property});
     return question;
 }
 
@@ -136,12 +136,10 @@ void StatusNotifierRegistration::_check() {
 
 /// Watchers list an item by its bus name or its owner's, most of them followed by the object's path.
 bool StatusNotifierRegistration::_isOurs(const QString &item) const {
-    for (const QString &name : {_serviceName, _connection.baseService()}) {
-        if (item.startsWith(name) && (item.size() == name.size() || item.at(name.size()) == u'/' || item.at(name.size()) == u'@')) {
-            return true;
-        }
-    }
-    return false;
+    const auto isItemOf = [&item](const QString &name) {
+        return item.startsWith(name) && (item.size() == name.size() || item.at(name.size()) == u'/' || item.at(name.size()) == u'@');
+    };
+    return isItemOf(_serviceName) || isItemOf(_connection.baseService());
 }
 
 void StatusNotifierRegistration::_setHost(bool isThere) {

@@ -43,7 +43,8 @@ std::optional<std::uint32_t> ActiveLayout::_bySway(const std::vector<std::string
         return std::nullopt;
     }
     // Each keyboard has layouts of its own; the seat's keymap is that of one of them.
-    for (const QJsonValue &input : QJsonDocument::fromJson(*answer).array()) {
+    const QJsonArray inputs = QJsonDocument::fromJson(*answer).array();
+    for (const QJsonValue input : inputs) {
         const QJsonObject keyboard = input.toObject();
         const int number = keyboard.value(QLatin1String("xkb_active_layout_index")).toInt(-1);
         if (number >= 0 && hasLayouts(keyboard, names)) {

@@ -36,8 +36,8 @@ public:
     void giveBack(int slot) override;
 
 private Q_SLOTS:
-    void _pressed(const QString &component, const QString &action, qlonglong timestamp);
-    void _released(const QString &component, const QString &action, qlonglong timestamp);
+    void _pressed(const QString &of, const QString &action, qlonglong timestamp);
+    void _released(const QString &of, const QString &action, qlonglong timestamp);
 
 private:
     struct Taken {
@@ -53,7 +53,7 @@ private:
     void _registerAgain();
     void _logHolder(int key) const;
     [[nodiscard]] static QStringList _action(int slot);
-    [[nodiscard]] int _slotOf(const QString &component, const QString &action) const;
+    [[nodiscard]] int _slotOf(const QString &of, const QString &action) const;
 
     QtDBusSession &_session;
     SystemLog &_log;

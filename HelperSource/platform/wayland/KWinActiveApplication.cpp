@@ -145,7 +145,7 @@ private:
     static int _told(sd_bus_message *message, void *connection, sd_bus_error * /*error*/) {
         std::array<const char *, 5> words{};
         if (::sd_bus_message_is_method_call(message, "org.orvane.ActiveWindow", "tell") <= 0 ||
-            ::sd_bus_message_read(message, "sssss", &words[0], &words[1], &words[2], &words[3], &words[4]) <= 0) {
+            ::sd_bus_message_read(message, "sssss", words.data(), &words[1], &words[2], &words[3], &words[4]) <= 0) {
             return 0;
         }
         auto &self = *static_cast<Connection *>(connection);

@@ -95,7 +95,7 @@ template <typename Make> std::shared_ptr<xkb_keymap> makeKeymap(const Make &make
 } // namespace
 
 KeyboardMap KeyboardMap::ofSession() {
-    if (const std::optional<std::string> text = SeatKeymapText()) {
+    if (const std::optional<std::string> text = WaylandSeatKeymapText()) {
         return KeyboardMap(makeKeymap([&text](xkb_context *context) {
             return xkb_keymap_new_from_string(context, text->c_str(), XKB_KEYMAP_FORMAT_TEXT_V1, XKB_KEYMAP_COMPILE_NO_FLAGS);
         }));

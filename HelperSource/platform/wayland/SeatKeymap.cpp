@@ -61,7 +61,7 @@ void onRepeat(void *, wl_keyboard *, std::int32_t, std::int32_t) {}
 
 } // namespace
 
-std::optional<std::string> SeatKeymapText() {
+std::optional<std::string> WaylandSeatKeymapText() {
     if (!QGuiApplication::platformName().startsWith(QLatin1String("wayland"))) {
         return std::nullopt;
     }
@@ -101,7 +101,7 @@ std::optional<std::string> SeatKeymapText() {
 
 #else
 
-std::optional<std::string> SeatKeymapText() {
+std::optional<std::string> WaylandSeatKeymapText() {
     return std::nullopt;
 }
 

@@ -79,7 +79,7 @@ bool SwayHotKeys::_run(const QByteArray &command) {
     const auto answer = _commands == nullptr ? std::nullopt : _commands->ask(SwayConnection::RunCommand, command, Deadline(Patience));
     const QJsonArray results = answer ? QJsonDocument::fromJson(*answer).array() : QJsonArray();
     bool isDone = !results.isEmpty();
-    for (const QJsonValue &result : results) {
+    for (const QJsonValue result : results) {
         isDone = isDone && result.toObject().value(QLatin1String("success")).toBool();
     }
     return isDone;

@@ -49,7 +49,8 @@ QJsonObject focusedNode(const QJsonObject &root) {
             return node;
         }
         for (const QLatin1String children : {QLatin1String("nodes"), QLatin1String("floating_nodes")}) {
-            for (const QJsonValue &child : node.value(children).toArray()) {
+            const QJsonArray all = node.value(children).toArray();
+            for (const QJsonValue child : all) {
                 open.append(child.toObject());
             }
         }

@@ -29,7 +29,7 @@ std::shared_ptr<const KeyboardInputSource> WaylandKeyboardLayouts::copyCurrentKe
     if (_context == nullptr) {
         return nullptr;
     }
-    std::string text = SeatKeymapText().value_or(std::string());
+    std::string text = WaylandSeatKeymapText().value_or(std::string());
     const bool isOther = _source == nullptr || text != _text;
     if (isOther) {
         _text = std::move(text);

@@ -16,12 +16,12 @@ std::array<const wl_interface *, 4> plain{};
 
 std::array<const wl_interface *, 5> layerSurfaceArguments{&Surface, &wl_surface_interface, &wl_output_interface, nullptr, nullptr};
 
-const std::array<wl_message, 2> shellRequests{{
+const std::array<wl_message, 2> ShellRequests{{
     {"get_layer_surface", "no?ous", layerSurfaceArguments.data()},
     {"destroy", "3", plain.data()},
 }};
 
-const std::array<wl_message, 9> surfaceRequests{{
+const std::array<wl_message, 9> SurfaceRequests{{
     {"set_size", "uu", plain.data()},
     {"set_anchor", "u", plain.data()},
     {"set_exclusive_zone", "i", plain.data()},
@@ -33,14 +33,14 @@ const std::array<wl_message, 9> surfaceRequests{{
     {"set_layer", "2u", plain.data()},
 }};
 
-const std::array<wl_message, 2> surfaceEvents{{
+const std::array<wl_message, 2> SurfaceEvents{{
     {"configure", "uuu", plain.data()},
     {"closed", "", plain.data()},
 }};
 
 } // namespace
 
-const wl_interface Shell{ShellName, 4, 2, shellRequests.data(), 0, nullptr};
-const wl_interface Surface{"zwlr_layer_surface_v1", 4, 9, surfaceRequests.data(), 2, surfaceEvents.data()};
+const wl_interface Shell{ShellName, 4, 2, ShellRequests.data(), 0, nullptr};
+const wl_interface Surface{"zwlr_layer_surface_v1", 4, 9, SurfaceRequests.data(), 2, SurfaceEvents.data()};
 
 } // namespace orvane::layershell

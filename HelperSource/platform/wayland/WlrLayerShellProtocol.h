@@ -6,11 +6,9 @@
 
 struct wl_proxy;
 
-namespace orvane {
-
 /// The part of the protocol wlr-layer-shell-unstable-v1 (version 4) that serves to cover an output, by its messages' signatures: no
 /// common build dependency carries the protocol's description, and what is needed of it is little.
-namespace layershell {
+namespace orvane::layershell {
 
 inline constexpr char ShellName[] = "zwlr_layer_shell_v1";
 /// Descriptions that libwayland needs to put messages together and to take them apart.
@@ -47,6 +45,4 @@ struct SurfaceListener {
     void (*closed)(void *data, wl_proxy *surface);
 };
 
-} // namespace layershell
-
-} // namespace orvane
+} // namespace orvane::layershell

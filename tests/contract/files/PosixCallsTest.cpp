@@ -44,10 +44,11 @@ protected:
         for (std::string line; std::getline(lines, line);) {
             const std::size_t begin = line.find_first_not_of("0123456789 ");
             const std::size_t end = line.find('(');
-            if (begin != line.npos && end != line.npos && begin < end && line.find(" = ", end) != line.npos) {
+            if (begin != std::string::npos && end != std::string::npos && begin < end && line.find(" = ", end) != std::string::npos) {
                 ++result.calls;
                 ++result.byName[line.substr(begin, end - begin)];
-                result.opensOfContents += line.find("File Content/", end) != line.npos && line.compare(begin, 4, "open") == 0 ? 1 : 0;
+                result.opensOfContents +=
+                    line.find("File Content/", end) != std::string::npos && line.compare(begin, 4, "open") == 0 ? 1 : 0;
             }
         }
         return result;

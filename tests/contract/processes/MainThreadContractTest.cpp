@@ -111,12 +111,13 @@ TYPED_TEST(MainThreadContract, WorkOfManyThreadsNeverOverlaps) {
         std::vector<std::thread> threads;
         for (int i = 0; i < 8; ++i) {
             threads.emplace_back([&] {
-                for (int j = 0; j < 50; ++j)
+                for (int j = 0; j < 50; ++j) {
                     this->mainThread.performAndWait([&] {
                         most = std::max(most, ++inside);
                         ++total;
                         --inside;
                     });
+                }
             });
         }
         for (std::thread &thread : threads) {

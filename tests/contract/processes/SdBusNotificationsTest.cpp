@@ -38,12 +38,12 @@ protected:
     int calls = 0;
 };
 
-constexpr const char *ourPath = "/org/orvane/DistributedNotifications";
-constexpr const char *ourInterface = "org.orvane.DistributedNotifications";
+constexpr const char *OurPath = "/org/orvane/DistributedNotifications";
+constexpr const char *OurInterface = "org.orvane.DistributedNotifications";
 
 TEST_F(SdBusNotificationsTest, PostedSignalHasPathInterfaceMemberAndNoArguments) {
     const std::string output = folder.path("monitor");
-    test::TestProgram monitor({"dbus-monitor", "--address", bus.address(), std::string("interface='") + ourInterface + "'"}, output);
+    test::TestProgram monitor({"dbus-monitor", "--address", bus.address(), std::string("interface='") + OurInterface + "'"}, output);
     ASSERT_TRUE(monitor.isStarted());
     SdBusNotifications centre(bus.address());
     ASSERT_TRUE(eventually([&] { // until the monitor listens
@@ -52,7 +52,7 @@ TEST_F(SdBusNotificationsTest, PostedSignalHasPathInterfaceMemberAndNoArguments)
     monitor.stop();
     const std::string lines = test::contentsOf(output);
     const std::string expected =
-        std::string("path=") + ourPath + "; interface=" + ourInterface + "; member=ORVPresetConfigurationChangedNotification\n";
+        std::string("path=") + OurPath + "; interface=" + OurInterface + "; member=ORVPresetConfigurationChangedNotification\n";
     const std::size_t found = lines.find(expected);
     ASSERT_NE(found, std::string::npos) << lines;
     const std::string after = lines.substr(found + expected.size());
@@ -62,16 +62,16 @@ TEST_F(SdBusNotificationsTest, PostedSignalHasPathInterfaceMemberAndNoArguments)
 TEST_F(SdBusNotificationsTest, SignalOfAForeignProgramArrives) {
     SdBusNotifications centre(bus.address());
     observe(centre, "Changed");
-    ASSERT_TRUE(send(ourPath, std::string(ourInterface) + ".Changed"));
+    ASSERT_TRUE(send(OurPath, std::string(OurInterface) + ".Changed"));
     EXPECT_TRUE(eventually([&] { return centre.process() && calls == 1; }));
 }
 
 TEST_F(SdBusNotificationsTest, SignalsOfOtherPathsAndInterfacesDoNotArrive) {
     SdBusNotifications centre(bus.address());
     observe(centre, "Changed");
-    ASSERT_TRUE(send("/org/orvane/Other", std::string(ourInterface) + ".Changed"));
-    ASSERT_TRUE(send(ourPath, "org.orvane.Other.Changed"));
-    ASSERT_TRUE(send(ourPath, std::string(ourInterface) + ".Changed", "string:with an argument")); // counts, like any
+    ASSERT_TRUE(send("/org/orvane/Other", std::string(OurInterface) + ".Changed"));
+    ASSERT_TRUE(send(OurPath, "org.orvane.Other.Changed"));
+    ASSERT_TRUE(send(OurPath, std::string(OurInterface) + ".Changed", "string:with an argument")); // counts, like any
     EXPECT_TRUE(eventually([&] { return centre.process() && calls > 0; }));
     EXPECT_EQ(calls, 1);
 }

@@ -106,8 +106,9 @@ TYPED_TEST(SystemLogContract, EntriesOfSeveralThreadsAllArriveUnmixed) {
     std::vector<std::thread> threads;
     for (int thread = 0; thread < 8; ++thread) {
         threads.emplace_back([&, thread] {
-            for (int i = 0; i < 50; ++i)
+            for (int i = 0; i < 50; ++i) {
                 this->harness.log().log(std::to_string(thread * 50 + i) + std::string(100, '.'));
+            }
         });
     }
     for (std::thread &thread : threads) {

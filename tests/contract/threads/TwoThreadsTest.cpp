@@ -56,12 +56,12 @@ public:
     explicit RandomTree(unsigned seed, std::size_t nodes = Nodes) : _random(seed), _nodes{{"{Day} top", true, "", "", ""}} {
         std::vector<std::size_t> folders{0};
         for (std::size_t i = 1; i <= nodes; ++i) {
-            const bool isFolder = _below(10) < 3;
-            const std::size_t parent = folders[_below(_below(4) == 0 ? 1 : folders.size())];
-            Node node{(_below(5) == 0 ? "{Job}:" : "") + std::string("node ") + std::to_string(i), isFolder, "", "", ""};
-            node.color = _below(10) == 0 ? "red" : "";
-            node.permissions = _below(10) == 0 ? (isFolder ? "750" : "640") : "";
-            node.content = isFolder || _below(2) == 0 ? "" : _below(20) == 0 ? "large" : _below(40) == 0 ? "missing" : "small";
+            const bool isFolder = below(10) < 3;
+            const std::size_t parent = folders[below(below(4) == 0 ? 1 : folders.size())];
+            Node node{(below(5) == 0 ? "{Job}:" : "") + std::string("node ") + std::to_string(i), isFolder, "", "", ""};
+            node.color = below(10) == 0 ? "red" : "";
+            node.permissions = below(10) == 0 ? (isFolder ? "750" : "640") : "";
+            node.content = isFolder || below(2) == 0 ? "" : below(20) == 0 ? "large" : below(40) == 0 ? "missing" : "small";
             _nodes.push_back(node);
             _nodes[parent].children.push_back(i);
             if (isFolder) {
@@ -69,8 +69,8 @@ public:
             }
         }
     }
-    std::size_t _below(std::size_t end) { return std::uniform_int_distribution<std::size_t>(0, end - 1)(_random); }
-    [[nodiscard]] Node &any() { return _nodes[1 + _below(_nodes.size() - 1)]; }
+    std::size_t below(std::size_t end) { return std::uniform_int_distribution<std::size_t>(0, end - 1)(_random); }
+    [[nodiscard]] Node &any() { return _nodes[1 + below(_nodes.size() - 1)]; }
     [[nodiscard]] Node &at(std::size_t index) { return _nodes[index]; }
 
     [[nodiscard]] PropertyList preset() { return dict({{"directoryName", text(_nodes[0].name)}, {"fileHierarchy", _node(0)}}); }
@@ -223,7 +223,7 @@ TEST_F(TwoThreadsTest, AFolderGetsItsModeAfterTheFoldersInIt) {
     for (int i = 0; i < 400; ++i) {
         many.push_back(test::file("file " + std::to_string(i)));
     }
-    const auto folderOf = [&](const char *name, const char *mode, std::vector<PropertyList> children) {
+    const auto folderOf = [&](const char *name, const char *mode, const std::vector<PropertyList> &children) {
         return dict({{"filename", text(name)}, {"isFolder", yes()}, {"permissions", text(mode)}, {"children", list(children)}});
     };
     std::vector<PropertyList> outer = many;

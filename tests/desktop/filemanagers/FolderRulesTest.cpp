@@ -97,13 +97,13 @@ TEST(Titles, AFullPathIsTakenOnlyWhereTheFileManagerShowsThem) {
 }
 
 TEST(PathBars, ThePathEndsAtTheCheckedButton) {
-    EXPECT_EQ(pathOfPathBar({{"c", "", false}, {"b", "", true}, {"a", "", false}, {"", "", false}}, PathBarOrder::deepestFirst), "/a/b");
-    EXPECT_EQ(pathOfPathBar({{"/", "", false}, {"a", "", true}, {"b", "", false}}, PathBarOrder::rootFirst), "/a");
-    EXPECT_EQ(pathOfPathBar({{"/", "", true}}, PathBarOrder::deepestFirst), "/");
+    EXPECT_EQ(pathOfPathBar({{"c", "", false}, {"b", "", true}, {"a", "", false}, {"", "", false}}, PathBarOrder::DeepestFirst), "/a/b");
+    EXPECT_EQ(pathOfPathBar({{"/", "", false}, {"a", "", true}, {"b", "", false}}, PathBarOrder::RootFirst), "/a");
+    EXPECT_EQ(pathOfPathBar({{"/", "", true}}, PathBarOrder::DeepestFirst), "/");
 }
 
 TEST(PathBars, OtherRowsAreNone) {
-    const auto order = PathBarOrder::deepestFirst;
+    const auto order = PathBarOrder::DeepestFirst;
     EXPECT_EQ(pathOfPathBar({}, order), std::nullopt);
     EXPECT_EQ(pathOfPathBar({{"a", "", false}, {"", "", false}}, order), std::nullopt) << "none is checked";
     EXPECT_EQ(pathOfPathBar({{"a", "", true}, {"", "", true}}, order), std::nullopt) << "two are checked";

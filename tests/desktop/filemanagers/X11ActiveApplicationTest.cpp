@@ -24,7 +24,7 @@ namespace orvane::testing {
 
 namespace {
 
-constexpr std::uint32_t otherPid = 1;
+constexpr std::uint32_t OtherPid = 1;
 
 class X11Active : public ::testing::Test {
 protected:
@@ -60,7 +60,7 @@ protected:
         const X11Reply<xcb_get_input_focus_reply_t> reply(
             ::xcb_get_input_focus_reply(_connection, ::xcb_get_input_focus(_connection), nullptr));
     }
-    xcb_window_t window(const char *className, const char *title, std::uint32_t pid = otherPid) {
+    xcb_window_t window(const char *className, const char *title, std::uint32_t pid = OtherPid) {
         const xcb_window_t made = ::xcb_generate_id(_connection);
         ::xcb_create_window(_connection, XCB_COPY_FROM_PARENT, made, _screen->root, 0, 0, 50, 50, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
                             XCB_COPY_FROM_PARENT, 0, nullptr);

@@ -49,7 +49,7 @@ template <typename Opens> int runWith(QtApplication &application, Opens opens) {
     return status;
 }
 
-const Program idle("idle", [](QtApplication &application) {
+const Program IdleProgram("idle", [](QtApplication &application) {
     const QtTermination termination(application);
     QTimer::singleShot(0, [] { say("ready"); });
     const int status = application.run();
@@ -57,7 +57,7 @@ const Program idle("idle", [](QtApplication &application) {
     return status;
 });
 
-const Program alert("alert", [](QtApplication &application) {
+const Program AlertProgram("alert", [](QtApplication &application) {
     return runWith(application, [&] {
         QtMainThread mainThread;
         QtAlerts alerts(application, mainThread);
@@ -67,7 +67,7 @@ const Program alert("alert", [](QtApplication &application) {
     });
 });
 
-const Program panel("panel", [](QtApplication &application) {
+const Program PanelProgram("panel", [](QtApplication &application) {
     return runWith(application, [&] {
         QtOpenPanel openPanel(application, {});
         const bool chosen =
@@ -76,7 +76,7 @@ const Program panel("panel", [](QtApplication &application) {
     });
 });
 
-const Program menu("menu", [](QtApplication &application) {
+const Program MenuProgram("menu", [](QtApplication &application) {
     return runWith(application, [&] {
         QtPopUpMenus menus(application);
         QtReferenceWindow window;
@@ -111,7 +111,7 @@ public:
     bool wasFinished = false;
 };
 
-const Program prompt("prompt", [](QtApplication &application) {
+const Program PromptProgram("prompt", [](QtApplication &application) {
     PlainOwner owner;
     QtPromptInterface interface(application, environment("ORVANE_TEST_RESOURCES"));
     return runWith(application, [&] {
@@ -161,7 +161,7 @@ TEST(TerminationSignals, EachOfThemEndsAnIdleProgram) {
     }
 }
 
-const Program busy("busy", [](QtApplication &application) {
+const Program BusyProgram("busy", [](QtApplication &application) {
     const QtTermination termination(application);
     QObject keeper;
     // The first signal is noticed, and then the program hangs.
@@ -195,7 +195,7 @@ int hang(QtApplication &application, const QtTermination::Progress &progress, co
     return application.run();
 }
 
-const Program hanging("hanging", [](QtApplication &application) { return hang(application, {}, [] {}); });
+const Program HangingProgram("hanging", [](QtApplication &application) { return hang(application, {}, [] {}); });
 
 TEST(TerminationSignals, EachOfThemEndsAProgramWhoseMainThreadNeverComesBackAfterThreeSeconds) {
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
@@ -208,7 +208,7 @@ TEST(TerminationSignals, EachOfThemEndsAProgramWhoseMainThreadNeverComesBackAfte
     }
 }
 
-const Program working("working", [](QtApplication &application) {
+const Program WorkingProgram("working", [](QtApplication &application) {
     std::atomic<std::uint64_t> nodes = 0;
     std::thread([&] { // a main thread that works for longer than is waited for, and then not any more
         for (int tenths = 0; tenths < 45; ++tenths) {
@@ -230,7 +230,7 @@ TEST(TerminationSignals, MainThreadThatGetsOnWithItsWorkIsWaitedFor) {
     EXPECT_EQ(program.status(), 128 + SIGTERM);
 }
 
-const Program ignoring("ignoring", [](QtApplication &application) {
+const Program IgnoringProgram("ignoring", [](QtApplication &application) {
     std::signal(SIGHUP, SIG_IGN); // as nohup does
     const QtTermination termination(application);
     QTimer::singleShot(0, [] {

@@ -36,8 +36,8 @@ protected:
     [[nodiscard]] static std::string windows() { return outputOf("xdotool search --onlyvisible --name '^Orvane Settings$'"); }
     [[nodiscard]] static bool isInFront() { return std::to_string(activeWindow()) == windows(); }
     [[nodiscard]] static QDBusInterface service() {
-        return QDBusInterface(QStringLiteral("org.orvane.Settings"), QStringLiteral("/org/orvane/Settings"),
-                              QStringLiteral("org.freedesktop.Application"));
+        return {QStringLiteral("org.orvane.Settings"), QStringLiteral("/org/orvane/Settings"),
+                QStringLiteral("org.freedesktop.Application")};
     }
 
     QProcess program;

@@ -32,7 +32,7 @@ protected:
                 {"ORVHotKeyFlags", PropertyListValue::ofInteger(flags)}});
     }
     HotKeyRecorder &open(HotKeyField::Way way = HotKeyField::Way::Direct) {
-        HotKeyField *const field = show<HotKeyField>(way);
+        auto *const field = show<HotKeyField>(way);
         field->recorder().clearFocus();
         return field->recorder();
     }

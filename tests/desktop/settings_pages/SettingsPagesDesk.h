@@ -92,10 +92,10 @@ protected:
         variables = std::make_unique<VariableIndex>(run->presets);
         preview = std::make_unique<NamePreview>(run->presets, *variables, run->counters);
         problems = std::make_unique<ProblemList>(run->presets, textCase, [] { return std::make_unique<PageResources>(); });
-        context.reset(new SettingsContext{run->history, run->presets, run->counters, run->general, run->store, *variables, *preview,
-                                          *problems, contents, run->form, notifications, processes, workspace, log, paths, &hotKeys,
-                                          &layouts, [this] { ++resourceChanges; },
-                                          [this](const QString &text, bool) { messages.push_back(text.toStdString()); }});
+        context = std::make_unique<SettingsContext>(
+            SettingsContext{run->history, run->presets, run->counters, run->general, run->store, *variables, *preview, *problems, contents,
+                            run->form, notifications, processes, workspace, log, paths, &hotKeys, &layouts, [this] { ++resourceChanges; },
+                            [this](const QString &text, bool) { messages.push_back(text.toStdString()); }});
     }
     template <typename Kind> [[nodiscard]] Kind *child(const char *name) const {
         auto *const found = window->findChild<Kind *>(QString::fromLatin1(name));

@@ -33,7 +33,7 @@ protected:
         ASSERT_NE(input, nullptr);
         input->press({KEY_LEFTSHIFT}); // sway's seat has the keymap of the keyboard that was used last
         // The compositor may not know the keyboard at once, and has no layouts until then.
-        ASSERT_TRUE(HotKeyDesk::waitFor([] { return SeatKeymapText().value_or("").find("\"Russian\"") != std::string::npos; }));
+        ASSERT_TRUE(HotKeyDesk::waitFor([] { return WaylandSeatKeymapText().value_or("").find("\"Russian\"") != std::string::npos; }));
     }
     void TearDown() override { switchTo(0); }
 

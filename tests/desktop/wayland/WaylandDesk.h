@@ -32,12 +32,7 @@ class Log final : public SystemLog {
 public:
     void log(std::string_view text) override { entries.emplace_back(text); }
     [[nodiscard]] bool has(std::string_view part) const {
-        for (const std::string &entry : entries) {
-            if (entry.find(part) != std::string::npos) {
-                return true;
-            }
-        }
-        return false;
+        return std::ranges::any_of(entries, [part](const std::string &entry) { return entry.find(part) != std::string::npos; });
     }
     std::vector<std::string> entries;
 };

@@ -18,28 +18,28 @@ namespace {
 
 // The messages of three protocols by their signatures (struct wl_message of wayland-util.h), in the protocols' order:
 // wlr-virtual-pointer-unstable-v1, virtual-keyboard-unstable-v1, org_kde_kwin_fake_input.
-extern const wl_interface virtualPointer;
-extern const wl_interface virtualKeyboard;
+extern const wl_interface VirtualPointer;
+extern const wl_interface VirtualKeyboard;
 
 std::array<const wl_interface *, 5> plain{};
-std::array<const wl_interface *, 2> newPointer{&wl_seat_interface, &virtualPointer};
-std::array<const wl_interface *, 2> newKeyboard{&wl_seat_interface, &virtualKeyboard};
+std::array<const wl_interface *, 2> newPointer{&wl_seat_interface, &VirtualPointer};
+std::array<const wl_interface *, 2> newKeyboard{&wl_seat_interface, &VirtualKeyboard};
 
-const std::array<wl_message, 1> pointerManagerRequests{{{"create_virtual_pointer", "?on", newPointer.data()}}};
-const std::array<wl_message, 5> pointerRequests{{
+const std::array<wl_message, 1> PointerManagerRequests{{{"create_virtual_pointer", "?on", newPointer.data()}}};
+const std::array<wl_message, 5> PointerRequests{{
     {"motion", "uff", plain.data()},
     {"motion_absolute", "uuuuu", plain.data()},
     {"button", "uuu", plain.data()},
     {"axis", "uuf", plain.data()},
     {"frame", "", plain.data()},
 }};
-const std::array<wl_message, 1> keyboardManagerRequests{{{"create_virtual_keyboard", "on", newKeyboard.data()}}};
-const std::array<wl_message, 3> keyboardRequests{{
+const std::array<wl_message, 1> KeyboardManagerRequests{{{"create_virtual_keyboard", "on", newKeyboard.data()}}};
+const std::array<wl_message, 3> KeyboardRequests{{
     {"keymap", "uhu", plain.data()},
     {"key", "uuu", plain.data()},
     {"modifiers", "uuuu", plain.data()},
 }};
-const std::array<wl_message, 11> fakeRequests{{
+const std::array<wl_message, 11> FakeRequests{{
     {"authenticate", "ss", plain.data()},
     {"pointer_motion", "ff", plain.data()},
     {"button", "uu", plain.data()},
@@ -53,11 +53,11 @@ const std::array<wl_message, 11> fakeRequests{{
     {"keyboard_key", "4uu", plain.data()},
 }};
 
-const wl_interface pointerManager{"zwlr_virtual_pointer_manager_v1", 1, 1, pointerManagerRequests.data(), 0, nullptr};
-const wl_interface virtualPointer{"zwlr_virtual_pointer_v1", 1, 5, pointerRequests.data(), 0, nullptr};
-const wl_interface keyboardManager{"zwp_virtual_keyboard_manager_v1", 1, 1, keyboardManagerRequests.data(), 0, nullptr};
-const wl_interface virtualKeyboard{"zwp_virtual_keyboard_v1", 1, 3, keyboardRequests.data(), 0, nullptr};
-const wl_interface fakeInput{"org_kde_kwin_fake_input", 4, 11, fakeRequests.data(), 0, nullptr};
+const wl_interface PointerManager{"zwlr_virtual_pointer_manager_v1", 1, 1, PointerManagerRequests.data(), 0, nullptr};
+const wl_interface VirtualPointer{"zwlr_virtual_pointer_v1", 1, 5, PointerRequests.data(), 0, nullptr};
+const wl_interface KeyboardManager{"zwp_virtual_keyboard_manager_v1", 1, 1, KeyboardManagerRequests.data(), 0, nullptr};
+const wl_interface VirtualKeyboard{"zwp_virtual_keyboard_v1", 1, 3, KeyboardRequests.data(), 0, nullptr};
+const wl_interface FakeInput{"org_kde_kwin_fake_input", 4, 11, FakeRequests.data(), 0, nullptr};
 
 template <typename... Arguments> void request(wl_proxy *proxy, std::uint32_t opcode, Arguments... arguments) {
     wl_proxy_marshal_flags(proxy, opcode, nullptr, wl_proxy_get_version(proxy), 0, arguments...);
@@ -85,7 +85,7 @@ std::unique_ptr<WaylandInput> WaylandInput::open(std::uint32_t width, std::uint3
     wl_registry_destroy(registry);
     if (input->_pointerManager != nullptr && input->_keyboardManager != nullptr && input->_seat != nullptr) {
         wl_proxy *const pointers = input->_pointerManager;
-        input->_pointer = wl_proxy_marshal_flags(pointers, 0, &virtualPointer, wl_proxy_get_version(pointers), 0, input->_seat, nullptr);
+        input->_pointer = wl_proxy_marshal_flags(pointers, 0, &VirtualPointer, wl_proxy_get_version(pointers), 0, input->_seat, nullptr);
         input->_makeKeyboard(layout);
     } else if (input->_fake != nullptr) {
         request(input->_fake, 0, "Orvane", "tests");
@@ -119,12 +119,12 @@ void WaylandInput::_global(void *data, wl_registry *registry, std::uint32_t name
     };
     if (std::strcmp(interface, "wl_seat") == 0 && self->_seat == nullptr) {
         self->_seat = static_cast<wl_seat *>(wl_registry_bind(registry, name, &wl_seat_interface, 1));
-    } else if (std::strcmp(interface, pointerManager.name) == 0) {
-        self->_pointerManager = bind(pointerManager);
-    } else if (std::strcmp(interface, keyboardManager.name) == 0) {
-        self->_keyboardManager = bind(keyboardManager);
-    } else if (std::strcmp(interface, fakeInput.name) == 0) {
-        self->_fake = bind(fakeInput);
+    } else if (std::strcmp(interface, PointerManager.name) == 0) {
+        self->_pointerManager = bind(PointerManager);
+    } else if (std::strcmp(interface, KeyboardManager.name) == 0) {
+        self->_keyboardManager = bind(KeyboardManager);
+    } else if (std::strcmp(interface, FakeInput.name) == 0) {
+        self->_fake = bind(FakeInput);
     }
 }
 
@@ -132,7 +132,7 @@ void WaylandInput::_globalRemove(void * /*data*/, wl_registry * /*registry*/, st
 
 void WaylandInput::_makeKeyboard(const std::string &layout) {
     wl_proxy *const keyboards = _keyboardManager;
-    _keyboard = wl_proxy_marshal_flags(keyboards, 0, &virtualKeyboard, wl_proxy_get_version(keyboards), 0, _seat, nullptr);
+    _keyboard = wl_proxy_marshal_flags(keyboards, 0, &VirtualKeyboard, wl_proxy_get_version(keyboards), 0, _seat, nullptr);
     xkb_context *const context = xkb_context_new(XKB_CONTEXT_NO_FLAGS);
     xkb_rule_names names{};
     names.layout = layout.c_str();

@@ -7,12 +7,12 @@
 #include <xcb/xcbext.h>
 
 #include <poll.h>
-#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <utility>
@@ -237,7 +237,7 @@ std::vector<std::string> X11Program::told() {
     return std::exchange(journal, {});
 }
 
-EventStatus X11Program::add(std::uint32_t keyCode, std::uint32_t modifiers, std::uint32_t id, EventHotKeyRef *ref) {
+EventStatus X11Program::add(std::uint32_t keyCode, std::uint32_t modifiers, std::uint32_t id, EventHotKeyRef *ref) const {
     EventHotKeyRef unused = nullptr;
     return hotKeys->registerEventHotKey(keyCode, modifiers, {1, id}, hotKeys->getEventDispatcherTarget(), 0,
                                         ref == nullptr ? unused : *ref);

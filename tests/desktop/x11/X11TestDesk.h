@@ -103,7 +103,7 @@ public:
     [[nodiscard]] int rawPresses() const { return _rawPresses; }
     /// Events that the adapter took for itself.
     [[nodiscard]] int swallowed() const { return _swallowed; }
-    [[nodiscard]] EventStatus add(std::uint32_t keyCode, std::uint32_t modifiers, std::uint32_t id, EventHotKeyRef *ref = nullptr);
+    [[nodiscard]] EventStatus add(std::uint32_t keyCode, std::uint32_t modifiers, std::uint32_t id, EventHotKeyRef *ref = nullptr) const;
 
     X11Client client;
     FakeSystemLog log;

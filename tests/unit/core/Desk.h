@@ -61,11 +61,11 @@ public:
         return value == nullptr ? "(absent)" : std::string(value->string());
     }
     /// Creates the preset inside /jobs.
-    void create(const PropertyList &preset) {
+    void create(const PropertyList &preset) const {
         manager->setBasePath("/jobs");
         manager->createFileHierarchyFromPreset(preset.root());
     }
-    [[nodiscard]] bool makeNode(const PropertyList &node, std::span<const PromptValueRow> rows = {}) {
+    [[nodiscard]] bool makeNode(const PropertyList &node, std::span<const PromptValueRow> rows = {}) const {
         return manager->createFileNodeAtBasePathWithReplacePairs(node.root(), "/jobs", rows);
     }
     [[nodiscard]] std::string creationError() const {

@@ -501,7 +501,7 @@ TEST(Script, ThatCannotBeStartedIsLoggedWithoutStandardError) {
 TEST(Script, ThatTimesOutIsReportedAfter121Seconds) {
     Desk desk;
     desk.fileSystem.addScript("/home/user/.local/share/Orvane/Scripts/x.sh");
-    desk.processes.anyProgram = FakeProgram{.runningPolls = FakeProgram::endless, .standardError = "so far"};
+    desk.processes.anyProgram = FakeProgram{.runningPolls = FakeProgram::Endless, .standardError = "so far"};
     desk.create(presetWithScript("Job", "x.sh"));
     EXPECT_EQ(desk.log.entries(), (Names{"ORV script 'x.sh' error: Script timed out.", "Script stderr:\nso far"}));
     EXPECT_EQ(desk.clock.nowInSeconds(), 121U);

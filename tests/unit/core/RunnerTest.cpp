@@ -104,7 +104,7 @@ TEST_F(Runner, NeedsNoPlaceForTheError) {
 }
 
 TEST_F(Runner, TimesOutOnlyWhenMoreWholeSecondsHavePassedThanTheLimit) {
-    EXPECT_FALSE(run({.runningPolls = FakeProgram::endless, .standardError = "late"}, 120));
+    EXPECT_FALSE(run({.runningPolls = FakeProgram::Endless, .standardError = "late"}, 120));
     EXPECT_EQ(error.localizedDescription(), "Script timed out.");
     EXPECT_EQ(error.localizedFailureReason(), "late");
     EXPECT_EQ(clock.nowInSeconds(), 121U);
@@ -114,7 +114,7 @@ TEST_F(Runner, TimesOutOnlyWhenMoreWholeSecondsHavePassedThanTheLimit) {
 TEST_F(Runner, CountsTheSecondsFromItsOwnStart) {
     clock.setSeconds(1'000'000);
     EXPECT_TRUE(run({.runningPolls = 3}, 1));
-    EXPECT_FALSE(run({.runningPolls = FakeProgram::endless}, 1));
+    EXPECT_FALSE(run({.runningPolls = FakeProgram::Endless}, 1));
     EXPECT_EQ(clock.nowInSeconds(), 1'000'002U);
 }
 
@@ -131,7 +131,7 @@ TEST_F(Runner, TakesAClockThatIsSetBackForALongTime) {
 }
 
 TEST_F(Runner, TakesAZeroLimitForThirtySeconds) {
-    EXPECT_FALSE(run({.runningPolls = FakeProgram::endless}, 0));
+    EXPECT_FALSE(run({.runningPolls = FakeProgram::Endless}, 0));
     EXPECT_EQ(clock.nowInSeconds(), 31U);
 }
 

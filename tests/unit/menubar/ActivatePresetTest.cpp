@@ -16,7 +16,7 @@ protected:
         desk.setFile(list({labelled("Film"), labelled("Advert"), preset("{Job}")}));
         desk.controller->awakeFromNib();
     }
-    void send(std::optional<std::int32_t> representedObject) {
+    void send(std::optional<std::int32_t> representedObject) const {
         MenuItem sender;
         sender.representedObject = representedObject;
         desk.controller->activatePreset(sender);

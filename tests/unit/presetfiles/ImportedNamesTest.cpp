@@ -19,7 +19,7 @@ namespace {
 /// The engine itself, to compare with.
 class ImportedNames : public testing::Test {
 protected:
-    const ORVPresetManager &engine() { return *_desk.manager; }
+    const ORVPresetManager &engine() const { return *_desk.manager; }
 
     /// Names that the engine gives for the templates, each row filled by the function.
     template <typename Value> std::vector<std::string> made(const std::vector<std::string> &templates, const Value &valueOf) {

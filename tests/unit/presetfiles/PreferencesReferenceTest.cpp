@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <map>
 #include <set>
@@ -73,12 +74,9 @@ public:
 bool isWrongType(const PropertyList &preset, std::string_view key) {
     NoResources resources;
     UnistringTextCase textCase;
-    for (const ORVPresetProblem &problem : ORVPresetChecker(resources, textCase).checkPreset(preset.root())) {
-        if (problem.place.key == key && std::string_view(problem.format).starts_with("is %1, not %2")) {
-            return true;
-        }
-    }
-    return false;
+    return std::ranges::any_of(ORVPresetChecker(resources, textCase).checkPreset(preset.root()), [key](const ORVPresetProblem &problem) {
+        return problem.place.key == key && std::string_view(problem.format).starts_with("is %1, not %2");
+    });
 }
 
 PropertyList presetWith(std::string_view key, const PropertyList &value) {

@@ -51,7 +51,11 @@ protected:
         });
         return folders.empty() ? NoItem : folders[below(folders.size())];
     }
-    std::string anyText() { return std::string(1 + below(3), static_cast<char>('a' + below(4))); }
+    std::string anyText() {
+        std::string text;
+        text.assign(1 + below(3), static_cast<char>('a' + below(4)));
+        return text;
+    }
 
     void editPresets() {
         const auto presets = somePresets();
