@@ -236,7 +236,7 @@ bool ORVPresetManager::CreationWalk::_makeOnTwoThreads(OpenFolder &folder) {
     return shared.firstFailed == std::numeric_limits<std::size_t>::max() && !_run.dependsOnOrder && _finishAhead(shared);
 }
 
-/// Takes one part after the other, from the front or from the end, until none is left or one has failed.
+/// Takes one part after the other, from the front or from the end, until none is left that a single thread would come to.
 void ORVPresetManager::CreationWalk::_makeParts(SharedParts &shared) {
     _shared = &shared;
     const bool isForwards = !shared.isTakenFromFront.exchange(true);
@@ -248,14 +248,27 @@ void ORVPresetManager::CreationWalk::_makeParts(SharedParts &shared) {
         if (_makePart(shared, shared.parts[_part])) {
             continue;
         }
-        const std::lock_guard lock(shared.monitor);
-        if (!_isInVain()) {
-            shared.firstFailed = _part;
-            shared.failure = std::move(_failure);
+        {
+            const std::lock_guard lock(shared.monitor);
+            if (!_isInVain()) {
+                shared.firstFailed = _part;
+                shared.failure = std::move(_failure);
+            }
         }
-        return;
+        if (isForwards) {
+            return;
+        }
+        _leaveOpenFolders(); // what comes before has to be made all the same, and two make it sooner
     }
     static_cast<void>(_goTo(shared, FolderAhead::InCurrent)); // only upwards
+}
+
+/// Back to where a part began that could not be made to its end.
+void ORVPresetManager::CreationWalk::_leaveOpenFolders() {
+    for (; !_open.empty(); _open.pop_back()) {
+        _writer.leaveFolder({});
+        _path.resize(_open.back().pathLength);
+    }
 }
 
 bool ORVPresetManager::CreationWalk::_makePart(const SharedParts &shared, const Part &part) {

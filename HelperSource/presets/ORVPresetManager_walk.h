@@ -21,8 +21,8 @@
 // What is in a large folder is shared out between two threads where the disk allows it. It is cut into parts, runs of
 // neighbours in some folder; the folders that are cut themselves are made ahead. One thread takes the parts in the order of the tree,
 // the other one from the end, so that they are seldom in the same folder, where the system lets only one of them make something at a
-// time. A failure of the one ends the other, which only makes what comes later; after a failure of the other the one goes on up to
-// there. So the failure in the first part that has one is the one that a single thread would have met. What can depend on who comes
+// time. A failure of the one ends the other, which only makes what comes later; after a failure of the other both go on with what
+// comes before. So the failure in the first part that has one is the one that a single thread would have met. What can depend on who comes
 // first (a full disk, no descriptors left), and a folder that cannot be made ahead, is not decided by two threads at all:
 // everything is taken away and made again by one.
 
@@ -121,6 +121,7 @@ private:
     [[nodiscard]] bool _cut(std::span<const PropertyListValue> children, std::size_t folder, std::size_t wanted, SharedParts &shared);
     [[nodiscard]] bool _haveDistinctNames(std::span<const PropertyListValue> nodes);
     void _makeParts(SharedParts &shared);
+    void _leaveOpenFolders();
     [[nodiscard]] bool _makePart(const SharedParts &shared, const Part &part);
     [[nodiscard]] bool _goTo(const SharedParts &shared, std::size_t folder);
     [[nodiscard]] bool _finishAhead(const SharedParts &shared);

@@ -11,6 +11,8 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
+#include <condition_variable>
 #include <cstdint>
 #include <filesystem>
 #include <map>
@@ -215,6 +217,36 @@ TEST_F(TwoThreadsTest, ShareManyFilesOfOneFolder) {
         children.push_back(test::file("frame " + std::to_string(i)));
     }
     EXPECT_EQ(bothWays(test::preset("top", children), folder / "one").disk.size(), 5001U);
+    EXPECT_EQ(shared.sharings, 1);
+}
+
+TEST_F(TwoThreadsTest, BothMakeWhatComesBeforeAFailureAtTheEnd) {
+    std::vector<PropertyList> children;
+    for (int i = 0; i < 5000; ++i) {
+        children.push_back(test::file("frame " + std::to_string(i)));
+    }
+    children.push_back(test::folder("last", {test::folder("in it", {test::file(std::string(256, 'n'))})}));
+    std::mutex monitor;
+    std::condition_variable changed;
+    bool isMetAtTheEnd = false;
+    bool hasGoneOn = false;
+    bool wasWhileOneWaited = false;
+    shared.beforeEmptyFile = [&](std::string_view name) {
+        std::unique_lock lock(monitor);
+        if (name.size() == 256) {
+            isMetAtTheEnd = true;
+        } else if (name == "frame 4500") { // in a part of its own, well before the failure
+            hasGoneOn = isMetAtTheEnd;
+            changed.notify_all();
+        } else if (name == "frame 0") {
+            wasWhileOneWaited = changed.wait_for(lock, std::chrono::seconds(20), [&] { return hasGoneOn; });
+        }
+    };
+    const Outcome outcome = create(shared, test::preset("top", children), folder / "two");
+    EXPECT_TRUE(wasWhileOneWaited);
+    ASSERT_EQ(outcome.alerts.size(), 1U);
+    EXPECT_NE(outcome.alerts.front().message.value_or("").find("/top/last/in it/nnn"), std::string::npos);
+    EXPECT_EQ(outcome.disk.size(), 0U);
     EXPECT_EQ(shared.sharings, 1);
 }
 

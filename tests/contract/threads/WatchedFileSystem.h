@@ -5,8 +5,10 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <functional>
 #include <memory>
 #include <mutex>
+#include <string_view>
 #include <vector>
 
 namespace orvane::testing {
@@ -22,7 +24,8 @@ public:
     int errorWhenFull = ENOSPC;
     std::atomic<int> sharings = 0; ///< pieces of work that two threads did
     int hierarchies = 0;
-    std::size_t mostAhead = 0;   ///< folders made ahead for one piece of work
+    std::function<void(std::string_view name)> beforeEmptyFile; ///< on whichever thread makes it
+    std::size_t mostAhead = 0;                                  ///< folders made ahead for one piece of work
     std::vector<unsigned> modes; ///< of the folders that were given one, in the order in which they were left
 
     [[nodiscard]] bool fileExists(std::string_view path) override { return _fileSystem.fileExists(path); }
@@ -54,6 +57,9 @@ private:
             return _take() && _takeCopy() && _writer.copyItem(name, source, attributes);
         }
         [[nodiscard]] bool makeEmptyFile(std::string_view name, const ItemAttributes &attributes) override {
+            if (_owner.beforeEmptyFile) {
+                _owner.beforeEmptyFile(name);
+            }
             return _take() && _writer.makeEmptyFile(name, attributes);
         }
         [[nodiscard]] TwoThreads makeOnTwoThreads(std::span<const FolderAhead> ahead,
