@@ -6,6 +6,7 @@
 #include "presets/ORVUTF16.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <new>
 #include <utility>
@@ -24,8 +25,16 @@ bool isSpace(char c) {
 }
 
 /// What substitution or cleaning could change.
+constexpr auto SpecialCharacters = [] {
+    std::array<bool, 256> table{};
+    for (const unsigned char c : {'{', '}', '\\', ':', '/'}) {
+        table[c] = true;
+    }
+    return table;
+}();
+
 bool isSpecial(char c) {
-    return c == '{' || c == '}' || c == '\\' || c == ':' || c == '/';
+    return SpecialCharacters[static_cast<unsigned char>(c)];
 }
 
 /// Alerts name the item alone; the log has the system's reason, too. An entry for which there is no memory is lost: whoever

@@ -3,6 +3,7 @@
 #include "ports/PropertyList.h"
 
 #include <cstddef>
+#include <memory_resource>
 #include <optional>
 #include <span>
 #include <string>
@@ -50,9 +51,10 @@ private:
     std::unordered_set<std::string> _index; ///< of the names, once there are many
     std::size_t _nodes = 0;
     std::optional<std::string> _endless;
+    std::pmr::monotonic_buffer_resource _memory; ///< of `_large`, which only grows
     /// Nodes in the large folders by the address of their children. A list that several folders share (binary property lists can
     /// double a tree with every level in that way) is walked through once.
-    std::unordered_map<const void *, std::size_t> _large;
+    std::pmr::unordered_map<const void *, std::size_t> _large{&_memory};
 };
 
 /// What a whole preset says. The preset must outlive it.
