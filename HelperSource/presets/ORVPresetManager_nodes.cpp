@@ -27,8 +27,8 @@ bool isSpace(char c) {
 /// What substitution or cleaning could change.
 constexpr auto SpecialCharacters = [] {
     std::array<bool, 256> table{};
-    for (const unsigned char c : {'{', '}', '\\', ':', '/'}) {
-        table[c] = true;
+    for (const char c : {'{', '}', '\\', ':', '/'}) {
+        table[static_cast<unsigned char>(c)] = true;
     }
     return table;
 }();
