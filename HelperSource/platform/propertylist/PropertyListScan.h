@@ -31,7 +31,10 @@ namespace orvane::propertylist {
     while (true) {
         const auto equal = [&](int at) { return _mm_cmpeq_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i *>(place + at)), tabs); };
         const auto mask = [](__m128i equals) { return static_cast<std::uint64_t>(static_cast<std::uint32_t>(_mm_movemask_epi8(equals))); };
-        const __m128i first = equal(0), second = equal(16), third = equal(32), fourth = equal(48);
+        const __m128i first = equal(0);
+        const __m128i second = equal(16);
+        const __m128i third = equal(32);
+        const __m128i fourth = equal(48);
         if (mask(_mm_and_si128(_mm_and_si128(first, second), _mm_and_si128(third, fourth))) != 0xFFFF) {
             return place + std::countr_one(mask(first) | mask(second) << 16U | mask(third) << 32U | mask(fourth) << 48U);
         }
