@@ -82,7 +82,7 @@ public:
 
 /// Files and folders. Paths are absolute or relative to the working folder, UTF-8 bytes as they are. `fileExists` and
 /// `isExecutableFile` may be called from any thread at any time; everything else belongs to the main thread,
-/// `contentSource` also to the threads of `HierarchyWriter::makeOnTwoThreads`, one call at a time.
+/// `contentSource` also to the threads of `HierarchyWriter::makeOnTwoThreads`, one call at a time for one path.
 class FileSystem {
 public:
     virtual ~FileSystem() = default;

@@ -15,13 +15,15 @@ namespace orvane {
 namespace {
 
 /// From so many nodes on a second thread gains more than its start costs.
-constexpr std::size_t LeastForTwoThreads = 800;
+constexpr std::size_t LeastForTwoThreads = 80;
 /// Parts into which a folder is cut, about: enough for both threads to end at the same time.
 constexpr std::size_t UsualParts = 64;
-/// But a part has at least about so many nodes.
-constexpr std::size_t LeastInPart = 16;
+/// But a part has at least about so many nodes, so that taking it costs little beside making them.
+constexpr std::size_t LeastInPart = 4;
 /// A folder that holds more than so many parts is cut itself.
-constexpr std::size_t LargestPart = 4;
+constexpr std::size_t LargestPart = 2;
+/// After so many refusals the writer is not asked again: most disks that refuse one folder refuse all, and cutting costs time.
+constexpr unsigned MostRefusals = 4;
 /// Folders made ahead, at most. Recursion goes no deeper.
 constexpr std::size_t MostAhead = 64;
 
@@ -58,14 +60,19 @@ std::string ORVTextOfSystemError(int error) {
 }
 
 const ContentSource *ORVPresetManager::CreationRun::contentNamed(std::string_view contentFilename) {
-    const std::lock_guard lock(_monitor);
-    if (const auto known = _contents.find(contentFilename); known != _contents.end()) {
-        return known->second;
+    std::unique_lock lock(_monitor);
+    auto known = _contents.find(contentFilename);
+    if (known == _contents.end()) {
+        known = _contents.try_emplace(std::string(contentFilename)).first;
     }
-    const ContentSource *source =
-        manager._ports.fileSystem.contentSource(stringByAppendingPathComponent(_contentFolder(), contentFilename));
-    _contents.emplace(contentFilename, source);
-    return source;
+    const std::string &folder = _contentFolder();
+    lock.unlock();
+    Content &content = known->second;
+    const std::lock_guard contentLock(content.monitor);
+    if (!content.source) {
+        content.source = manager._ports.fileSystem.contentSource(stringByAppendingPathComponent(folder, contentFilename));
+    }
+    return *content.source;
 }
 
 void ORVPresetManager::CreationRun::noteEmptied(std::string_view path, int error) {
@@ -203,7 +210,8 @@ bool ORVPresetManager::CreationWalk::_isInVain() const {
 }
 
 bool ORVPresetManager::CreationWalk::_isLargeFolder(std::span<const PropertyListValue> children) const {
-    const bool mayBe = _run.survey != nullptr && _shared == nullptr && (_open.empty() || _open.back().isLarge);
+    const bool mayBe =
+        _run.survey != nullptr && _shared == nullptr && _run.refusals < MostRefusals && (_open.empty() || _open.back().isLarge);
     return mayBe && _run.survey->sizeOf(children) >= LeastForTwoThreads;
 }
 
@@ -228,6 +236,7 @@ bool ORVPresetManager::CreationWalk::_makeOnTwoThreads(OpenFolder &folder) {
         }
     });
     if (result == TwoThreads::Refused) {
+        ++_run.refusals;
         return true;
     }
     folder.left = {};

@@ -42,6 +42,7 @@ struct ORVPresetManager::CreationRun {
     const ORVTreeSurvey *survey;
 
     std::atomic<bool> dependsOnOrder = false; ///< the creation has to be made again, on one thread
+    unsigned refusals = 0;                    ///< folders that the writer would not have two threads share
 
     /// Keeps for the log that the contents of that file could not be copied. Any thread of the creation.
     void noteEmptied(std::string_view path, int error);
@@ -57,9 +58,14 @@ struct ORVPresetManager::CreationRun {
 private:
     [[nodiscard]] const std::string &_contentFolder();
 
-    std::mutex _monitor;
+    std::mutex _monitor; ///< over all below but what is in a content
+    /// A content that is looked up by whoever wants it first, while the other thread may look up another one.
+    struct Content {
+        std::mutex monitor;
+        std::optional<const ContentSource *> source; ///< absent until it is looked up
+    };
     std::string _folder;
-    std::map<std::string, const ContentSource *, std::less<>> _contents;
+    std::map<std::string, Content, std::less<>> _contents;
     std::string _firstEmptied; ///< its path and the reason
     std::size_t _emptied = 0;
 };

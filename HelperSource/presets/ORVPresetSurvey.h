@@ -33,7 +33,7 @@ public:
 
     /// How many nodes lie in a folder with these children, at any depth; 0 for less than `LeastLarge`.
     [[nodiscard]] std::size_t sizeOf(std::span<const PropertyListValue> children) const;
-    static constexpr std::size_t LeastLarge = 64;
+    static constexpr std::size_t LeastLarge = 6;
 
 private:
     /// A folder that is walked through.

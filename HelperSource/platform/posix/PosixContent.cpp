@@ -82,15 +82,18 @@ PosixContent::Opened PosixContent::opened() const {
 }
 
 const PosixContent *PosixContentStore::content(std::string_view path) {
-    const std::lock_guard lock(_mutex);
+    std::unique_lock lock(_mutex);
     const auto known = _contents.find(path);
     if (known != _contents.end()) {
         return known->second.get();
     }
-    auto loaded = path.find('\0') == std::string_view::npos ? _load(path) : nullptr;
-    PosixContent *const content = loaded.get();
-    _contents.emplace(std::string(path), std::move(loaded));
-    if (content != nullptr) {
+    const std::size_t cacheLeft = LargestCache - std::min(LargestCache, _cached);
+    lock.unlock();
+    auto loaded = path.find('\0') == std::string_view::npos ? _load(path, cacheLeft) : nullptr;
+    lock.lock();
+    const auto [kept, isNew] = _contents.try_emplace(std::string(path), std::move(loaded));
+    PosixContent *const content = kept->second.get();
+    if (isNew && content != nullptr) {
         content->_store = this;
         _cached += content->_bytes.size();
         if (content->_descriptor) {
@@ -139,12 +142,12 @@ void PosixContentStore::_use(const PosixContent &content) {
     _open.push_back(&content);
 }
 
-std::unique_ptr<PosixContent> PosixContentStore::_load(std::string_view path) const {
+std::unique_ptr<PosixContent> PosixContentStore::_load(std::string_view path, std::size_t cacheLeft) {
     FileDescriptor item = openForReading(path);
     if (!item) {
         return nullptr;
     }
-    auto content = PosixContent::ofOpenItem(std::move(item), path, LargestCache - std::min(_cached, LargestCache));
+    auto content = PosixContent::ofOpenItem(std::move(item), path, cacheLeft);
     return content != nullptr && content->isFolder() && isLink(path) ? nullptr : std::move(content);
 }
 

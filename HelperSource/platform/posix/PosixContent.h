@@ -88,7 +88,7 @@ private:
         [[nodiscard]] std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
     };
 
-    [[nodiscard]] std::unique_ptr<PosixContent> _load(std::string_view path) const;
+    [[nodiscard]] static std::unique_ptr<PosixContent> _load(std::string_view path, std::size_t cacheLeft);
     /// The content's descriptor, which is used now.
     [[nodiscard]] PosixContent::Opened _opened(const PosixContent &content);
     void _use(const PosixContent &content);

@@ -306,17 +306,83 @@ TEST_F(TwoThreadsTest, DuplicateNamesAreWhatTheyAreForOne) {
 }
 
 TEST_F(TwoThreadsTest, NamesThatDifferInCaseOnlyAreLeftToOne) {
-    RandomTree tree(3);
-    tree.at(tree.at(0).children[0]).name = "Twin";
-    tree.at(tree.at(0).children[1]).name = "tWIN";
-    EXPECT_EQ(bothWays(tree.preset(), folder / "one").disk.size(), Nodes + 1);
+    std::vector<PropertyList> children{test::file("Twin")};
+    for (int i = 0; i < 200; ++i) {
+        children.push_back(test::file("frame " + std::to_string(i)));
+    }
+    children.push_back(test::file("tWIN"));
+    EXPECT_EQ(bothWays(test::preset("top", children), folder / "one").disk.size(), 203U);
     EXPECT_EQ(shared.sharings, 0);
 }
 
 TEST_F(TwoThreadsTest, SmallHierarchiesAreLeftToOne) {
-    RandomTree tree(3, 700);
-    EXPECT_EQ(bothWays(tree.preset(), folder / "one").disk.size(), 701U);
+    RandomTree tree(3, 79);
+    EXPECT_EQ(bothWays(tree.preset(), folder / "one").disk.size(), 80U);
     EXPECT_EQ(shared.sharings, 0);
+}
+
+TEST_F(TwoThreadsTest, ShareHierarchiesFrom80NodesOn) {
+    int trees = 0;
+    for (const std::size_t nodes : {80U, 100U, 150U, 300U}) {
+        for (unsigned seed = 1; seed <= 4; ++seed) {
+            RandomTree tree(seed, nodes);
+            const Outcome outcome = bothWays(tree.preset(), folder / "one");
+            EXPECT_EQ(outcome.alerts.size(), 0U) << nodes << " " << seed;
+            EXPECT_EQ(outcome.disk.size(), nodes + 1) << seed;
+            EXPECT_EQ(shared.sharings, ++trees) << nodes << " " << seed;
+        }
+    }
+}
+
+TEST_F(TwoThreadsTest, FailuresOfSmallHierarchiesAreThoseThatOneMeets) {
+    for (unsigned seed = 1; seed <= 40; ++seed) {
+        RandomTree tree(seed, 80 + seed * 7);
+        tree.any().name = std::string(256, 'n');
+        tree.any().name = "";
+        const Outcome outcome = bothWays(tree.preset(), folder / "one");
+        EXPECT_EQ(outcome.alerts.size(), 1U) << seed;
+        EXPECT_EQ(outcome.disk.size(), 0U) << seed;
+    }
+    EXPECT_GT(shared.sharings, 0);
+}
+
+TEST_F(TwoThreadsTest, ADiskThatRefusesIsNotAskedForEver) {
+    std::vector<PropertyList> folders;
+    for (int i = 0; i < 20; ++i) {
+        std::vector<PropertyList> inside;
+        for (int file = 0; file < 100; ++file) {
+            inside.push_back(test::file("frame " + std::to_string(file)));
+        }
+        folders.push_back(test::folder("scene " + std::to_string(i), inside));
+    }
+    single.refusesTwoThreads = true;
+    EXPECT_EQ(create(single, test::preset("top", folders), folder / "one").disk.size(), 2021U);
+    EXPECT_EQ(single.refusals, 4);
+}
+
+TEST_F(TwoThreadsTest, LookUpDifferentContentsAtTheSameTime) {
+    const auto copy = [](const std::string &name, const char *content) {
+        return dict({{"filename", text(name)}, {"contentFilename", text(content)}});
+    };
+    std::vector<PropertyList> children{copy("first", "small")};
+    for (int i = 0; i < 200; ++i) {
+        children.push_back(test::file("frame " + std::to_string(i)));
+    }
+    children.push_back(copy("last", "large"));
+    std::mutex monitor;
+    std::condition_variable changed;
+    int lookedUp = 0;
+    int together = 0;
+    shared.beforeContent = [&](std::string_view) {
+        std::unique_lock lock(monitor);
+        ++lookedUp;
+        changed.notify_all();
+        together += changed.wait_for(lock, std::chrono::seconds(20), [&] { return lookedUp == 2; }) ? 1 : 0;
+    };
+    const Outcome outcome = create(shared, test::preset("top", children), folder / "two");
+    EXPECT_EQ(together, 2);
+    EXPECT_EQ(outcome.disk.size(), 203U);
+    EXPECT_EQ(contentsOf(folder / "two/top/last").size(), 200'000U);
 }
 
 TEST_F(TwoThreadsTest, AFolderThatWasThereIsLeftToOne) {

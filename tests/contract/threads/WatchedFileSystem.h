@@ -23,14 +23,21 @@ public:
     long roomForCopies = 1'000'000; ///< those of them that may be copies
     int errorWhenFull = ENOSPC;
     std::atomic<int> sharings = 0; ///< pieces of work that two threads did
+    int refusals = 0;              ///< for that reason
     int hierarchies = 0;
     std::function<void(std::string_view name)> beforeEmptyFile; ///< on whichever thread makes it
+    std::function<void(std::string_view path)> beforeContent;   ///< on whichever thread looks it up
     std::size_t mostAhead = 0;                                  ///< folders made ahead for one piece of work
     std::vector<unsigned> modes; ///< of the folders that were given one, in the order in which they were left
 
     [[nodiscard]] bool fileExists(std::string_view path) override { return _fileSystem.fileExists(path); }
     [[nodiscard]] bool isExecutableFile(std::string_view path) override { return _fileSystem.isExecutableFile(path); }
-    [[nodiscard]] const ContentSource *contentSource(std::string_view path) override { return _fileSystem.contentSource(path); }
+    [[nodiscard]] const ContentSource *contentSource(std::string_view path) override {
+        if (beforeContent) {
+            beforeContent(path);
+        }
+        return _fileSystem.contentSource(path);
+    }
     void forgetContents() override { _fileSystem.forgetContents(); }
     [[nodiscard]] std::unique_ptr<HierarchyWriter> beginHierarchy(std::string_view basePath) override {
         ++hierarchies;
@@ -66,6 +73,7 @@ private:
                                                   const std::function<void(HierarchyWriter &writer)> &work) override {
             _owner.mostAhead = std::max(_owner.mostAhead, ahead.size());
             if (_owner.refusesTwoThreads) {
+                ++_owner.refusals;
                 return TwoThreads::Refused;
             }
             const TwoThreads result = _writer.makeOnTwoThreads(ahead, [&](HierarchyWriter &writer) {
