@@ -88,26 +88,36 @@ public:
         _open.pop_back();
     }
 
-    [[nodiscard]] bool copyItem(std::string_view name, const ContentSource & /*source*/, const ItemAttributes &attributes) override {
+    [[nodiscard]] bool copyItem(std::string_view name, const ContentSource &source, const ItemAttributes &attributes) override {
+        const Content &content = _owner._contents.at(&source);
+        if (content.isMissing) {
+            return _makeEmptyFile(name, attributes, content.name);
+        }
         if (_current().entries.contains(name) || _standsOnDisk(name) || !problemOfName(name).empty()) {
             return false; // as it would be; an empty file is tried next
         }
         TreeItem &item = _add(name, false, attributes);
-        item.content = std::exchange(_owner._askedContent, {});
-        const bool isFolder = std::exchange(_owner._contentIsFolder, false); // is copied as one
-        _current().entries.emplace(name, isFolder ? _folders.size() : NoFolder);
-        if (isFolder) {
+        item.content = content.name;
+        _current().entries.emplace(name, content.isFolder ? _folders.size() : NoFolder);
+        if (content.isFolder) { // is copied as one
             _folders.emplace_back();
         }
         return true;
     }
 
     [[nodiscard]] bool makeEmptyFile(std::string_view name, const ItemAttributes &attributes) override {
+        return _makeEmptyFile(name, attributes, {});
+    }
+
+    void removeEverythingMade() override {}
+    [[nodiscard]] int lastError() const override { return 0; }
+
+private:
+    [[nodiscard]] bool _makeEmptyFile(std::string_view name, const ItemAttributes &attributes, const std::string &missingContent) {
         TreeItem &item = _add(name, false, attributes);
-        if (std::exchange(_owner._contentIsMissing, false)) {
-            item.problem = localized("the content file '%1' cannot be read: the file will be empty", {_owner._askedContent});
+        if (!missingContent.empty()) {
+            item.problem = localized("the content file '%1' cannot be read: the file will be empty", {missingContent});
         }
-        _owner._askedContent.clear();
         const auto known = _current().entries.find(name);
         if (known == _current().entries.end()) {
             if (_standsOnDisk(name)) {
@@ -122,10 +132,6 @@ public:
         return true;
     }
 
-    void removeEverythingMade() override {}
-    [[nodiscard]] int lastError() const override { return 0; }
-
-private:
     PlannedFolder &_current() { return _folders[_open.back()]; }
 
     [[nodiscard]] bool _standsOnDisk(std::string_view name) {
@@ -196,11 +202,20 @@ private:
 
 const ContentSource *DryRunFileSystem::contentSource(std::string_view path) {
     const ContentSource *source = _fileSystem.contentSource(path);
-    _askedContent = lastPathComponent(path);
-    _contentIsMissing = source == nullptr;
+    const bool isMissing = source == nullptr;
+    if (isMissing) { // handed over like any other, so that every file that wants it can be told from an empty one
+        source = _missing.emplace_back(std::make_unique<ContentSource>()).get();
+    }
     struct stat status {};
-    _contentIsFolder = source != nullptr && ::stat(std::string(path).c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+    const bool isFolder = !isMissing && ::stat(std::string(path).c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+    _contents[source] = {std::string(lastPathComponent(path)), isMissing, isFolder};
     return source;
+}
+
+void DryRunFileSystem::forgetContents() {
+    _contents.clear();
+    _missing.clear();
+    _fileSystem.forgetContents();
 }
 
 std::unique_ptr<HierarchyWriter> DryRunFileSystem::beginHierarchy(std::string_view basePath) {

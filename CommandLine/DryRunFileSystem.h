@@ -4,7 +4,10 @@
 
 #include "ports/FileSystem.h"
 
+#include <map>
+#include <memory>
 #include <string>
+#include <vector>
 
 namespace orvane {
 
@@ -19,7 +22,7 @@ public:
     [[nodiscard]] bool fileExists(std::string_view path) override { return _fileSystem.fileExists(path); }
     [[nodiscard]] bool isExecutableFile(std::string_view path) override { return _fileSystem.isExecutableFile(path); }
     [[nodiscard]] const ContentSource *contentSource(std::string_view path) override;
-    void forgetContents() override { _fileSystem.forgetContents(); }
+    void forgetContents() override;
     [[nodiscard]] std::unique_ptr<HierarchyWriter> beginHierarchy(std::string_view basePath) override;
 
     /// Everything that the last hierarchy would hold.
@@ -33,13 +36,17 @@ public:
 
 private:
     class Writer;
+    struct Content {
+        std::string name; ///< of its file
+        bool isMissing = false;
+        bool isFolder = false;
+    };
 
     FileSystem &_fileSystem;
     Tree _tree;
     std::string _topPath;
-    std::string _askedContent; ///< file name of the content source asked for last
-    bool _contentIsMissing = false;
-    bool _contentIsFolder = false;
+    std::map<const ContentSource *, Content> _contents; ///< those that were asked for
+    std::vector<std::unique_ptr<ContentSource>> _missing;
     std::string _failure;
 };
 

@@ -23,16 +23,19 @@ public:
     using FolderNumber = std::uint32_t;
     /// The folder in which the creation's top folder is made.
     static constexpr FolderNumber Base = 0;
+    /// Which of the (at most two) threads of one creation notes something; the one that began it is 0.
+    using Worker = std::size_t;
+    static constexpr Worker Workers = 2;
 
     /// One creation. Destroying it says that the creation is over, whether it succeeded or was taken back. Any thread; failures
     /// are silent, and cost the remains their being found.
     class Entry {
     public:
         virtual ~Entry() = default;
-        /// Called before an item is made in a folder. Returns the number that a folder has from now on.
-        virtual FolderNumber aboutToMake(Kind kind, FolderNumber parent, std::string_view name) = 0;
-        /// Called after something was done, and when a folder has been left.
-        virtual void isDone() = 0;
+        /// Called before this worker makes an item in a folder. Returns the number that a folder has from now on.
+        virtual FolderNumber aboutToMake(Kind kind, FolderNumber parent, std::string_view name, Worker worker) = 0;
+        /// Called after this worker did something, and when it has left a folder.
+        virtual void isDone(Worker worker) = 0;
     };
 
     virtual ~CreationJournal() = default;

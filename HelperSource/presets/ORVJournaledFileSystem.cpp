@@ -1,5 +1,6 @@
 #include "presets/ORVJournaledFileSystem.h"
 
+#include <atomic>
 #include <string>
 #include <utility>
 #include <vector>
@@ -11,17 +12,19 @@ namespace {
 using Entry = CreationJournal::Entry;
 using Kind = CreationJournal::Kind;
 using FolderNumber = CreationJournal::FolderNumber;
+using Worker = CreationJournal::Worker;
 
 /// Notes each item and hands it on. `_way` holds the numbers of the folders that the writer is in, the base first.
 class NotingWriter final : public HierarchyWriter {
 public:
-    NotingWriter(HierarchyWriter &writer, Entry &entry, FolderNumber folder) : _writer(writer), _entry(entry), _way{folder} {}
+    NotingWriter(HierarchyWriter &writer, Entry &entry, FolderNumber folder, Worker worker)
+        : _writer(writer), _entry(entry), _worker(worker), _way{folder} {}
 
     [[nodiscard]] bool enterFolder(std::string_view name) override {
-        const FolderNumber folder = _entry.aboutToMake(Kind::Folder, _way.back(), name);
+        const FolderNumber folder = _entry.aboutToMake(Kind::Folder, _way.back(), name, _worker);
         _way.reserve(_way.size() + 1);
         const bool entered = _writer.enterFolder(name);
-        _entry.isDone();
+        _entry.isDone(_worker);
         if (entered) {
             _way.push_back(folder);
         }
@@ -29,21 +32,21 @@ public:
     }
     void leaveFolder(const ItemAttributes &attributes) override {
         _writer.leaveFolder(attributes);
-        _entry.isDone();
+        _entry.isDone(_worker);
         if (_way.size() > 1) {
             _way.pop_back();
         }
     }
     [[nodiscard]] bool copyItem(std::string_view name, const ContentSource &source, const ItemAttributes &attributes) override {
-        _entry.aboutToMake(Kind::Copy, _way.back(), name);
+        _entry.aboutToMake(Kind::Copy, _way.back(), name, _worker);
         const bool done = _writer.copyItem(name, source, attributes);
-        _entry.isDone();
+        _entry.isDone(_worker);
         return done;
     }
     [[nodiscard]] bool makeEmptyFile(std::string_view name, const ItemAttributes &attributes) override {
-        _entry.aboutToMake(Kind::File, _way.back(), name);
+        _entry.aboutToMake(Kind::File, _way.back(), name, _worker);
         const bool done = _writer.makeEmptyFile(name, attributes);
-        _entry.isDone();
+        _entry.isDone(_worker);
         return done;
     }
     [[nodiscard]] TwoThreads makeOnTwoThreads(std::span<const FolderAhead> ahead,
@@ -52,14 +55,15 @@ public:
         numbers.reserve(ahead.size());
         for (const FolderAhead &each : ahead) {
             const FolderNumber parent = each.parent == FolderAhead::InCurrent ? _way.back() : numbers[each.parent];
-            numbers.push_back(_entry.aboutToMake(Kind::Folder, parent, each.name));
+            numbers.push_back(_entry.aboutToMake(Kind::Folder, parent, each.name, _worker));
         }
         const FolderNumber folder = _way.back();
+        std::atomic<Worker> workers = 0;
         const TwoThreads result = _writer.makeOnTwoThreads(ahead, [&](HierarchyWriter &writer) {
-            NotingWriter noting(writer, _entry, folder);
+            NotingWriter noting(writer, _entry, folder, workers++);
             work(noting);
         });
-        _entry.isDone();
+        _entry.isDone(_worker);
         return result;
     }
     void removeEverythingMade() override { _writer.removeEverythingMade(); }
@@ -68,6 +72,7 @@ public:
 private:
     HierarchyWriter &_writer;
     Entry &_entry;
+    Worker _worker;
     std::vector<FolderNumber> _way;
 };
 
@@ -75,7 +80,7 @@ private:
 class NotedHierarchy final : public HierarchyWriter {
 public:
     NotedHierarchy(std::unique_ptr<HierarchyWriter> writer, std::unique_ptr<Entry> entry)
-        : _writer(std::move(writer)), _entry(std::move(entry)), _noting(*_writer, *_entry, CreationJournal::Base) {}
+        : _writer(std::move(writer)), _entry(std::move(entry)), _noting(*_writer, *_entry, CreationJournal::Base, 0) {}
 
     [[nodiscard]] bool enterFolder(std::string_view name) override {
         const bool entered = _target().enterFolder(name);

@@ -38,9 +38,15 @@ ItemAttributes attributesOf(const ORVNodeEntries &entries) {
     return result;
 }
 
-/// Failures that strike whoever comes last: something has run out. With two threads that is not the same item every time.
+/// Failures that strike whoever comes last: something has run out. With two threads that is not the same item every time. A folder
+/// that was closed for want of descriptors, and could not be opened again, tells so by EBADF.
 bool dependsOnOrder(int error) {
-    return error == ENOSPC || error == EDQUOT || error == EMFILE || error == ENFILE || error == ENOMEM || error == EMLINK;
+    return error == ENOSPC || error == EDQUOT || error == EMFILE || error == ENFILE || error == ENOMEM || error == EMLINK || error == EBADF;
+}
+
+/// Whether a content of that name may be one of the items that are being made.
+bool leadsElsewhere(std::string_view contentFilename) {
+    return contentFilename.find("..") != std::string_view::npos;
 }
 
 /// FNV-1a (Fowler, Noll, Vo) over the name in ASCII lower case.
@@ -75,20 +81,20 @@ const ContentSource *ORVPresetManager::CreationRun::contentNamed(std::string_vie
     return *content.source;
 }
 
-void ORVPresetManager::CreationRun::noteEmptied(std::string_view path, int error) {
-    const std::lock_guard lock(_monitor);
-    if (_emptied++ == 0) {
-        _firstEmptied.append("'").append(path).append("': ").append(ORVTextOfSystemError(error));
+void ORVPresetManager::CreationRun::noteEmptied(Emptied emptied) {
+    if (_emptied.count == 0) {
+        _emptied.first = std::move(emptied.first);
     }
+    _emptied.count += emptied.count;
 }
 
 void ORVPresetManager::CreationRun::logEmptied() {
-    if (_emptied == 0) {
+    if (_emptied.count == 0) {
         return;
     }
     try {
-        const std::string others = _emptied > 1 ? " (" + std::to_string(_emptied - 1) + " more like it)" : "";
-        manager._ports.log.log("The contents could not be copied, so the file is empty: " + _firstEmptied + others);
+        const std::string others = _emptied.count > 1 ? " (" + std::to_string(_emptied.count - 1) + " more like it)" : "";
+        manager._ports.log.log("The contents could not be copied, so the file is empty: " + _emptied.first + others);
     } catch (const std::bad_alloc &) { // lost, but what follows must happen
         return;
     }
@@ -172,7 +178,7 @@ bool ORVPresetManager::CreationWalk::_makeFile(const ORVNodeEntries &entries) {
             return true;
         }
         _noteReason();
-        _run.noteEmptied(stringByAppendingPathComponent(_path, _name), _writer.lastError());
+        _noteEmptied();
     }
     // Deliberately no message about contents that are missing or cannot be copied: the file is made empty instead.
     return _writer.makeEmptyFile(_name, attributes) ||
@@ -185,6 +191,9 @@ const ContentSource *ORVPresetManager::CreationWalk::_contentNamed(std::string_v
     }
     if (const auto known = _contents.find(contentFilename); known != _contents.end()) {
         return known->second;
+    }
+    if (_shared != nullptr && leadsElsewhere(contentFilename)) {
+        _run.dependsOnOrder = true;
     }
     const ContentSource *source = _run.contentNamed(contentFilename);
     _contents.emplace(contentFilename, source);
@@ -201,6 +210,17 @@ void ORVPresetManager::CreationWalk::_noteReason() {
     if (_shared != nullptr && dependsOnOrder(_writer.lastError())) {
         _run.dependsOnOrder = true;
     }
+}
+
+void ORVPresetManager::CreationWalk::_noteEmptied() {
+    CreationRun::Emptied one{"'" + stringByAppendingPathComponent(_path, _name) + "': " + ORVTextOfSystemError(_writer.lastError()), 1};
+    if (_shared == nullptr) {
+        _run.noteEmptied(std::move(one));
+        return;
+    }
+    const std::lock_guard lock(_shared->monitor);
+    CreationRun::Emptied &ofPart = _shared->emptied.try_emplace(_part, CreationRun::Emptied{std::move(one.first)}).first->second;
+    ++ofPart.count;
 }
 
 /// Whether a single thread would never have come here, or the whole creation has to be made again.
@@ -241,6 +261,11 @@ bool ORVPresetManager::CreationWalk::_makeOnTwoThreads(OpenFolder &folder) {
     }
     folder.left = {};
     _failure = std::move(shared.failure);
+    for (auto &[part, emptied] : shared.emptied) {
+        if (part <= shared.firstFailed) {
+            _run.noteEmptied(std::move(emptied));
+        }
+    }
     _run.dependsOnOrder = _run.dependsOnOrder || result == TwoThreads::Failed;
     return shared.firstFailed == std::numeric_limits<std::size_t>::max() && !_run.dependsOnOrder && _finishAhead(shared);
 }

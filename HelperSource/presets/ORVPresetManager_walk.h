@@ -44,8 +44,13 @@ struct ORVPresetManager::CreationRun {
     std::atomic<bool> dependsOnOrder = false; ///< the creation has to be made again, on one thread
     unsigned refusals = 0;                    ///< folders that the writer would not have two threads share
 
-    /// Keeps for the log that the contents of that file could not be copied. Any thread of the creation.
-    void noteEmptied(std::string_view path, int error);
+    /// Files whose contents could not be copied.
+    struct Emptied {
+        std::string first; ///< its path and the reason
+        std::size_t count = 0;
+    };
+    /// Keeps them for the log.
+    void noteEmptied(Emptied emptied);
     /// Tells the log of them: one entry, however many they are.
     void logEmptied();
 
@@ -66,8 +71,7 @@ private:
     };
     std::string _folder;
     std::map<std::string, Content, std::less<>> _contents;
-    std::string _firstEmptied; ///< its path and the reason
-    std::size_t _emptied = 0;
+    Emptied _emptied;
 };
 
 /// One walk of a creation. The path grows and shrinks with it and serves messages only.
@@ -110,8 +114,9 @@ private:
         std::atomic<std::size_t> taken = 0;         ///< how many of them are, or more when none is left
         std::atomic<bool> isTakenFromFront = false; ///< a thread takes them in the tree's order already
         std::atomic<std::size_t> firstFailed = std::numeric_limits<std::size_t>::max();
-        std::mutex monitor; ///< over `failure`
+        std::mutex monitor; ///< over what follows
         Failure failure;
+        std::map<std::size_t, CreationRun::Emptied> emptied; ///< of each part, for a single thread would not come to all of them
     };
 
     [[nodiscard]] bool _makeNode(const PropertyListValue &node);
@@ -120,6 +125,7 @@ private:
     [[nodiscard]] const ContentSource *_contentNamed(std::string_view contentFilename);
     bool _fail(std::string message);
     void _noteReason();
+    void _noteEmptied();
 
     // Two threads.
     [[nodiscard]] bool _isLargeFolder(std::span<const PropertyListValue> children) const;
@@ -140,7 +146,7 @@ private:
     std::string _name; ///< of the current node
     Failure _failure;
     std::map<std::string, const ContentSource *, std::less<>> _contents; ///< those used here
-    const SharedParts *_shared = nullptr;                                ///< those of which this walk makes some
+    SharedParts *_shared = nullptr;                                      ///< those of which this walk makes some
     std::size_t _part = 0;                                               ///< the one that it is at
     std::size_t _ahead = FolderAhead::InCurrent;                         ///< the folder made ahead that it is in
 };

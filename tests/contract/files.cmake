@@ -19,6 +19,7 @@ if(orvane_processors GREATER 1)
     SOURCES
       contract/files/FilesTestSupport.cpp
       contract/threads/SecondThreadTest.cpp
+      contract/threads/SharingTest.cpp
       contract/threads/TwoThreadsTest.cpp
     LIBRARIES commandline)
 else()

@@ -24,7 +24,7 @@ namespace orvane {
 
 namespace {
 
-constexpr std::array<char, 8> Magic = {'O', 'R', 'V', 'c', 'r', 'e', 'a', '1'};
+constexpr std::array<char, 8> Magic = {'O', 'R', 'V', 'c', 'r', 'e', 'a', '2'};
 constexpr std::size_t SmallestFile = 4096;
 constexpr std::size_t LargestFile = std::size_t{1} << 30U;
 
@@ -34,10 +34,9 @@ struct Header {
     timespec begun;
     timespec last;
     std::uint32_t pathLength;
-    std::uint32_t isDone; ///< with `Touched` in it when the removal was begun
+    std::uint32_t isTouched;                                     ///< 1 when the removal was begun
+    std::array<std::uint64_t, CreationJournal::Workers> current; ///< how many records there are up to what that thread is at; 0 for nothing
 };
-/// A bit of `isDone`.
-constexpr std::uint32_t Touched = 2;
 static_assert(sizeof(Header) % 8 == 0 && std::atomic_ref<std::uint64_t>::is_always_lock_free);
 
 struct RecordHead {
@@ -97,13 +96,13 @@ public:
             return false;
         }
         Header &header = *_header();
-        header = {Magic, 0, now(), now(), static_cast<std::uint32_t>(basePath.size()), 1};
+        header = {Magic, 0, now(), now(), static_cast<std::uint32_t>(basePath.size()), 0, {}};
         std::memcpy(_memory + sizeof(Header), basePath.data(), basePath.size());
         _used().store(basePath.size(), std::memory_order_release);
         return true;
     }
 
-    FolderNumber aboutToMake(Kind kind, FolderNumber parent, std::string_view name) override {
+    FolderNumber aboutToMake(Kind kind, FolderNumber parent, std::string_view name, Worker worker) override {
         const std::lock_guard lock(_mutex);
         const FolderNumber number = kind == Kind::Folder ? ++_folders : Base;
         const std::size_t size = sizeof(RecordHead) + name.size();
@@ -117,15 +116,15 @@ public:
         std::memcpy(at, &head, sizeof head);
         std::memcpy(at + sizeof head, name.data(), name.size());
         _header()->last = now();
-        _header()->isDone = 0;
+        _header()->current[worker] = ++_records;
         _used().store(used + size, std::memory_order_release);
         return number;
     }
 
-    void isDone() override {
+    void isDone(Worker worker) override {
         const std::lock_guard lock(_mutex);
         _header()->last = now();
-        _header()->isDone = 1;
+        _header()->current[worker] = 0;
     }
 
 private:
@@ -155,6 +154,7 @@ private:
     char *_memory;
     std::size_t _size;
     FolderNumber _folders = Base;
+    std::uint64_t _records = 0;
     bool _isFull = false;
 };
 
@@ -223,8 +223,7 @@ std::optional<PosixCreationRecord> PosixCreationJournal::read(int file) {
     if (::pread(file, text.data(), text.size(), headerSize) != static_cast<ssize_t>(text.size())) {
         return std::nullopt;
     }
-    PosixCreationRecord record{
-        text.substr(0, header.pathLength), header.begun, header.last, (header.isDone & ~Touched) == 0, (header.isDone & Touched) != 0, {}};
+    PosixCreationRecord record{text.substr(0, header.pathLength), header.begun, header.last, {}, header.isTouched != 0, {}};
     for (std::size_t at = header.pathLength; at + sizeof(RecordHead) <= text.size();) {
         RecordHead head{};
         std::memcpy(&head, text.data() + at, sizeof head);
@@ -235,15 +234,17 @@ std::optional<PosixCreationRecord> PosixCreationJournal::read(int file) {
         record.items.push_back({head.kind, head.parent, text.substr(at, head.length)});
         at += head.length;
     }
+    for (const std::uint64_t records : header.current) {
+        if (records > 0 && records <= record.items.size()) {
+            record.unfinished.push_back(static_cast<std::size_t>(records - 1));
+        }
+    }
     return record;
 }
 
 void PosixCreationJournal::beginRemoval(int file) {
-    Header header{};
-    if (::pread(file, &header, sizeof header, 0) == static_cast<ssize_t>(sizeof header)) {
-        const std::uint32_t isDone = header.isDone | Touched;
-        [[maybe_unused]] const ssize_t written = ::pwrite(file, &isDone, sizeof isDone, offsetof(Header, isDone));
-    }
+    constexpr std::uint32_t Touched = 1;
+    [[maybe_unused]] const ssize_t written = ::pwrite(file, &Touched, sizeof Touched, offsetof(Header, isTouched));
 }
 
 void PosixCreationJournal::finish(int file) {

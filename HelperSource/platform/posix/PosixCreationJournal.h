@@ -21,9 +21,9 @@ struct PosixCreationRecord {
     };
     std::string basePath;
     timespec begun{};
-    timespec last{};            ///< something was begun or done then for the last time; the process may have lived a little longer
-    bool isInTheMiddle = false; ///< the last item was not done
-    bool wasTouched = false;    ///< its removal was begun, and not ended
+    timespec last{};                     ///< something was begun or done then for the last time; the process may have lived a little longer
+    std::vector<std::size_t> unfinished; ///< items that were not done, one for each thread that was at work
+    bool wasTouched = false;             ///< its removal was begun, and not ended
     /// Folders are numbered from 1 in this order; `parent` is such a number.
     std::vector<Item> items;
 };

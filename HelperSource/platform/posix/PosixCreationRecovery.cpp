@@ -1,5 +1,8 @@
 #include "platform/posix/PosixCreationRecovery.h"
 
+#include "platform/posix/PosixHierarchyWriter.h"
+
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <map>
@@ -61,9 +64,10 @@ constexpr std::size_t Base = 0;
 /// Looks at the items of one record, and removes them.
 class Remains {
 public:
-    explicit Remains(PosixCreationRecord record)
-        : _record(std::move(record)), _base(openFolder(AT_FDCWD, _record.basePath.c_str(), 0)), _begun(nanoseconds(_record.begun) - Ticks),
-          _ended(nanoseconds(_record.last) + Ticks) {
+    /// What may be removed may be given another mode for that, where its own keeps its owner out.
+    explicit Remains(PosixCreationRecord record, bool mayBeRemoved = false)
+        : _record(std::move(record)), _mayBeRemoved(mayBeRemoved), _base(openFolder(AT_FDCWD, _record.basePath.c_str(), 0)),
+          _begun(nanoseconds(_record.begun) - Ticks), _ended(nanoseconds(_record.last) + Ticks) {
         _examine();
     }
 
@@ -84,6 +88,11 @@ public:
                 removed += _unlink(folder, found->name, 0, found->parent != Base);
             }
         }
+        for (auto opened = _modes.rbegin(); opened != _modes.rend(); ++opened) { // those that stay, the innermost first
+            if (const int folder = _open(opened->folder); folder >= 0) {
+                ::fchmod(folder, opened->mode);
+            }
+        }
         return removed;
     }
 
@@ -102,6 +111,12 @@ private:
         std::int64_t ended; ///< nothing of it may have been changed later
     };
 
+    /// A folder that was given another mode, and the one it had.
+    struct Opened {
+        std::size_t folder; ///< in `_folders`
+        mode_t mode;
+    };
+
     void _examine() {
         _folders.push_back({std::nullopt, {}, _record.basePath});
         std::vector<std::optional<std::size_t>> numbers{0}; // of the record's folders those in `_folders`
@@ -113,7 +128,7 @@ private:
             std::optional<std::size_t> folder;
             if (parent && _isOneComponent(item.name)) {
                 const auto [place, isNew] = known.try_emplace({*parent, item.name});
-                if (isNew && _look(*parent, item, i + 1 == _record.items.size()) && item.kind == Kind::Folder) {
+                if (isNew && _look(*parent, item) && item.kind == Kind::Folder) {
                     place->second = _folders.size();
                     _folders.push_back({*parent, item.name, _folders[*parent].path + '/' + item.name});
                 }
@@ -130,14 +145,21 @@ private:
     }
 
     /// Looks at one item. True for one that is there, and not another one in its place.
-    [[nodiscard]] bool _look(std::size_t parent, const PosixCreationRecord::Item &item, bool isLast) {
+    [[nodiscard]] bool _look(std::size_t parent, const PosixCreationRecord::Item &item) {
         const int folder = _open(parent);
+        if (folder < 0 && errno == EACCES) { // it will show when the folder is opened for removal
+            ++_items;
+            return true;
+        }
         struct stat status {};
         if (folder < 0 || ::fstatat(folder, item.name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
             return false;
         }
-        // The last item, and the folders on the way to it, may have been changed by the call during which the process ended.
-        const bool mayBeLate = _record.isInTheMiddle && (isLast || item.kind == Kind::Folder);
+        // What was not done, and the folders on the way to it, may have been changed by the calls during which the process ended.
+        const auto isMeant = [&](std::size_t unfinished) { // noted a second time, perhaps: as a copy, then empty
+            return item.kind == Kind::Folder || _record.items[unfinished].name == item.name;
+        };
+        const bool mayBeLate = std::any_of(_record.unfinished.begin(), _record.unfinished.end(), isMeant);
         const std::int64_t ended = _ended + (mayBeLate ? Second : 0);
         const bool isTree = item.kind == Kind::Copy && S_ISDIR(status.st_mode);
         std::size_t inTree = 0;
@@ -239,25 +261,51 @@ private:
         if (_opened && _openedFolder == folder) {
             return _opened.get();
         }
-        std::vector<const std::string *> way;
+        std::vector<std::size_t> way;
         for (std::size_t at = folder; _folders[at].parent; at = *_folders[at].parent) {
-            way.push_back(&_folders[at].name);
+            way.push_back(at);
         }
         _opened = openFolder(_base.get(), ".", 0);
-        for (auto name = way.rbegin(); _opened && name != way.rend(); ++name) {
-            _opened = openFolder(_opened.get(), (*name)->c_str(), O_NOFOLLOW);
+        for (auto each = way.rbegin(); _opened && each != way.rend(); ++each) {
+            FileDescriptor next = _enter(_opened.get(), _folders[*each].name);
+            if (!next && errno == EACCES && _mayBeRemoved && _letIn(_opened.get(), *each)) {
+                next = _enter(_opened.get(), _folders[*each].name);
+            }
+            _opened = std::move(next);
         }
         _openedFolder = folder;
         return _opened.get();
     }
 
+    /// A folder in which names can be looked up, which takes another right than reading it; none, with `errno`, otherwise.
+    [[nodiscard]] static FileDescriptor _enter(int at, const std::string &name) {
+        FileDescriptor folder = openFolder(at, name.c_str(), O_NOFOLLOW);
+        struct stat status {};
+        return folder && ::fstatat(folder.get(), ".", &status, 0) == 0 ? std::move(folder) : FileDescriptor();
+    }
+
+    /// Lets the owner into a folder that was there as it was left.
+    [[nodiscard]] bool _letIn(int at, std::size_t folder) {
+        const FileDescriptor closed(::openat(at, _folders[folder].name.c_str(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+        struct stat status {};
+        if (!closed || ::fstat(closed.get(), &status) != 0 || status.st_uid != ::geteuid() ||
+            setModeOfOpenItem(closed.get(), (status.st_mode | 0700U) & 07777U) != 0) {
+            errno = EACCES;
+            return false;
+        }
+        _modes.push_back({folder, status.st_mode & 07777U});
+        return true;
+    }
+
     PosixCreationRecord _record;
+    bool _mayBeRemoved;
     FileDescriptor _base;
     std::int64_t _begun;
     std::int64_t _ended;
     std::vector<Folder> _folders; ///< the base first
     FileDescriptor _opened;       ///< one of them
     std::size_t _openedFolder = 0;
+    std::vector<Opened> _modes;
     std::vector<Found> _found; ///< as they were made
     std::vector<std::string> _changed;
     std::size_t _items = 0;
@@ -300,7 +348,7 @@ std::size_t PosixCreationRecovery::remove(const CreationRemains &remains) {
     if (!record) {
         return 0;
     }
-    Remains found(std::move(*record));
+    Remains found(std::move(*record), true);
     if (found.topPath() != remains.topPath) {
         return 0; // another creation has used the entry meanwhile
     }

@@ -107,7 +107,7 @@ void PosixHierarchyWriter::_noteOmission(std::string_view name, int error) {
     }
     _omissions.error = error;
     try {
-        _omissions.first.assign(_cursor.pathFromRoot()).append(name);
+        _omissions.first.assign(_pathOfRoot).append(_cursor.pathFromRoot()).append(name);
     } catch (const std::bad_alloc &) { // the item has yet to get on the list: nothing may keep it from that
         return;
     }

@@ -159,6 +159,7 @@ private:
     std::size_t _aheadDepth = 0;      ///< of the folder in which they are
     Index _aheadIn = PosixMadeItems::Root;
     std::size_t _baseDepth = 0;
+    std::string _pathOfRoot; ///< where the cursor's root lies below the base; with a "/" at its end, or empty
     Omissions _omissions;
     int _error = 0;
     bool _isOver = false;

@@ -11,6 +11,7 @@
 #include <linux/fs.h>
 #include <linux/magic.h>
 #include <sys/ioctl.h>
+#include <sys/resource.h>
 #include <sys/vfs.h>
 
 // Two threads in one folder: each has a writer with a cursor and a list of its own, so that they share nothing but the
@@ -44,11 +45,22 @@ bool tellsNamesApart(int folder) {
     }
 }
 
+/// Descriptors that have to be free for two threads: two cursors of up to 130 folders, 64 contents, and as many again for others. With
+/// fewer, one of the two could take those with which a single thread gets along, and would fail where that one does not.
+constexpr rlim_t FreeDescriptors = 512;
+
+/// `lowest` is the lowest number that was free, so that hardly more than that are taken.
+bool hasDescriptorsFrom(int lowest) {
+    rlimit limit{};
+    return ::getrlimit(RLIMIT_NOFILE, &limit) == 0 && limit.rlim_cur >= static_cast<rlim_t>(lowest) + FreeDescriptors;
+}
+
 } // namespace
 
 PosixHierarchyWriter::PosixHierarchyWriter(FileDescriptor folder, const PosixHierarchyWriter &first)
     : _traits(first._traits), _contents(first._contents), _cursor(std::move(folder), PosixMadeItems::Root, first._cursor.options()),
-      _ahead(first._ahead), _isSecond(true), _hasMakeNode(first._hasMakeNode), _hasUnnamed(first._hasUnnamed) {
+      _ahead(first._ahead), _pathOfRoot(first._cursor.pathFromRoot()), _isSecond(true), _hasMakeNode(first._hasMakeNode),
+      _hasUnnamed(first._hasUnnamed) {
     for (AheadFolder &each : _ahead) { // the first entries of the list, which `_append` knows again
         const Index parent = each.parent == FolderAhead::InCurrent ? PosixMadeItems::Root : static_cast<Index>(each.parent + 1);
         each.item = _items.add(parent, each.name, PosixMadeItems::Folder | PosixMadeItems::Entered);
@@ -95,7 +107,7 @@ TwoThreads PosixHierarchyWriter::makeOnTwoThreads(std::span<const FolderAhead> a
 FileDescriptor PosixHierarchyWriter::_openForSecondThread() {
     const Place at = _cursor.place(".");
     FileDescriptor folder(uninterrupted([&] { return ::openat(at.folder, at.path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC); }));
-    return folder && tellsNamesApart(folder.get()) ? std::move(folder) : FileDescriptor();
+    return folder && hasDescriptorsFrom(folder.get()) && tellsNamesApart(folder.get()) ? std::move(folder) : FileDescriptor();
 }
 
 bool PosixHierarchyWriter::_makeAhead(std::span<const FolderAhead> ahead) {

@@ -3,6 +3,8 @@
 #include "platform/posix/PosixCreationJournal.h"
 #include "platform/posix/PosixCreationRecovery.h"
 
+#include "FilesTestSupport.h"
+
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
@@ -37,9 +39,9 @@ protected:
     [[nodiscard]] std::unique_ptr<CreationJournal::Entry> begin(const std::string &name) const {
         auto entry = PosixCreationJournal(journal()).begin(_root + "/jobs");
         if (entry) {
-            entry->aboutToMake(CreationJournal::Kind::Folder, CreationJournal::Base, name);
+            entry->aboutToMake(CreationJournal::Kind::Folder, CreationJournal::Base, name, 0);
             std::filesystem::create_directory(job(name));
-            entry->isDone();
+            entry->isDone(0);
         }
         return entry;
     }
@@ -53,6 +55,24 @@ protected:
         int status = -1;
         ASSERT_EQ(::waitpid(child, &status, 0), child);
         ASSERT_EQ(status, 0);
+    }
+
+    /// Such a creation that dies while one of its two threads copies a folder, and after the other one made a file.
+    void dieWhileAFolderIsCopied(const std::string &name) const {
+        const auto entry = begin(name);
+        if (!entry) {
+            ::_exit(1);
+        }
+        entry->aboutToMake(CreationJournal::Kind::Copy, 1, "copied", 1);
+        std::filesystem::create_directory(job(name) + "/copied");
+        entry->aboutToMake(CreationJournal::Kind::File, 1, "file", 0);
+        std::ofstream(job(name) + "/file") << "";
+        entry->isDone(0);
+        const auto longAfter = std::chrono::steady_clock::now() + std::chrono::milliseconds(100);
+        for (int i = 0; std::chrono::steady_clock::now() < longAfter; ++i) {
+            std::ofstream(job(name) + "/copied/" + std::to_string(i % 50)) << i;
+        }
+        ::_exit(0);
     }
 
     /// Changes the folder until its time of change tells so. False when that takes too long.
@@ -104,6 +124,94 @@ TEST_F(CreationRecoveryTest, KilledOnesAreFoundBesideOnesThatGoOn) {
     EXPECT_FALSE(recovery.mayHaveRemains());
     EXPECT_FALSE(std::filesystem::exists(job("Acme")));
     EXPECT_TRUE(std::filesystem::exists(job("Running")));
+}
+
+TEST_F(CreationRecoveryTest, WhatEitherOfTwoThreadsWasAtIsNotTakenForChanged) {
+    PosixCreationRecovery recovery(journal());
+    const pid_t child = ::fork();
+    if (child == 0) {
+        dieWhileAFolderIsCopied("Acme");
+    }
+    int status = -1;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    ASSERT_EQ(status, 0);
+    const auto remains = recovery.remains();
+    ASSERT_EQ(remains.size(), 1U);
+    EXPECT_EQ(remains.front().changed, std::vector<std::string>());
+    EXPECT_EQ(recovery.remove(remains.front()), remains.front().items);
+    EXPECT_FALSE(std::filesystem::exists(job("Acme")));
+}
+
+/// Makes "Acme/closed", which keeps its owner out, with a file and a folder with a file in it, and ends in the middle of the creation.
+void makeClosedFolderAndDie(const std::string &root, mode_t mode) {
+    const auto entry = PosixCreationJournal(root + "/creations").begin(root);
+    if (!entry) {
+        ::_exit(1);
+    }
+    using Kind = CreationJournal::Kind;
+    const auto makeFolder = [&](CreationJournal::FolderNumber parent, const std::string &path) {
+        const auto number = entry->aboutToMake(Kind::Folder, parent, std::filesystem::path(path).filename().string(), 0);
+        std::filesystem::create_directory(root + path);
+        entry->isDone(0);
+        return number;
+    };
+    const auto makeFile = [&](CreationJournal::FolderNumber parent, const std::string &path) {
+        entry->aboutToMake(Kind::File, parent, std::filesystem::path(path).filename().string(), 0);
+        std::ofstream(root + path) << "";
+        entry->isDone(0);
+    };
+    const auto closed = makeFolder(makeFolder(CreationJournal::Base, "/Acme"), "/Acme/closed");
+    makeFile(closed, "/Acme/closed/file");
+    makeFile(makeFolder(closed, "/Acme/closed/inner"), "/Acme/closed/inner/file");
+    ::chmod((root + "/Acme/closed/inner").c_str(), 0300);
+    ::chmod((root + "/Acme/closed").c_str(), mode);
+    entry->isDone(0);
+    ::_exit(0);
+}
+
+/// Removes that; a file of somebody else's may have come into it meanwhile.
+std::string removeClosedFolder(mode_t mode, bool hasForeign) {
+    std::string root = "/dev/shm/orvane-recovery-XXXXXX";
+    if (::mkdtemp(root.data()) == nullptr) {
+        return "no folder";
+    }
+    const pid_t child = ::fork();
+    if (child == 0) {
+        makeClosedFolderAndDie(root, mode);
+    }
+    int status = -1;
+    if (::waitpid(child, &status, 0) != child || status != 0) {
+        return "no creation";
+    }
+    const std::string closed = root + "/Acme/closed";
+    if (hasForeign) {
+        ::chmod(closed.c_str(), 0700);
+        std::ofstream(closed + "/foreign") << "theirs";
+        ::chmod(closed.c_str(), mode);
+    }
+    PosixCreationRecovery recovery(root + "/creations");
+    const auto remains = recovery.remains();
+    const std::size_t removed = remains.empty() ? 0 : recovery.remove(remains.front());
+    struct stat after {};
+    const bool isThere = ::stat(closed.c_str(), &after) == 0;
+    const bool isForeignThere = ::chmod(closed.c_str(), 0700) == 0 && std::filesystem::exists(closed + "/foreign");
+    std::filesystem::remove_all(root);
+    if (hasForeign) {
+        return isForeignThere && (after.st_mode & 07777U) == mode ? "" : "the foreign file or the mode is gone";
+    }
+    return removed == 5 && !isThere ? "" : std::to_string(removed) + " removed of " + std::to_string(remains.front().items);
+}
+
+TEST_F(CreationRecoveryTest, FoldersThatKeepTheirOwnerOutAreRemovedWithWhatIsInThem) {
+    for (const mode_t mode : {0000U, 0100U, 0300U, 0444U, 0640U}) {
+        EXPECT_EQ(asOrdinaryUser([&] { return removeClosedFolder(mode, false); }), "") << mode;
+    }
+}
+
+TEST_F(CreationRecoveryTest, AFolderThatKeepsItsOwnerOutAndStaysGetsItsModeBack) {
+    for (const mode_t mode : {0000U, 0640U}) {
+        EXPECT_EQ(asOrdinaryUser([&] { return removeClosedFolder(mode, true); }), "") << mode;
+    }
 }
 
 TEST_F(CreationRecoveryTest, ARemovalThatWasKilledGoesOnTheNextTime) {

@@ -7,6 +7,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -19,9 +20,12 @@ protected:
         _writer = _dry.beginHierarchy(_base);
         ASSERT_TRUE(_writer->enterFolder("top"));
     }
-    /// What the engine does for a file with a content file.
+    /// What the engine does for a file with a content file: each content is asked for once.
     void makeFile(const std::string &name, const std::string &content = {}) {
-        const ContentSource *source = content.empty() ? nullptr : _dry.contentSource("/store/" + content);
+        if (!content.empty() && !_sources.contains(content)) {
+            _sources[content] = _dry.contentSource("/store/" + content);
+        }
+        const ContentSource *source = content.empty() ? nullptr : _sources.at(content);
         if (source == nullptr || !_writer->copyItem(name, *source, {})) {
             EXPECT_TRUE(_writer->makeEmptyFile(name, {}));
         }
@@ -32,6 +36,7 @@ protected:
     FakeFileSystem _disk;
     DryRunFileSystem _dry{_disk};
     std::unique_ptr<HierarchyWriter> _writer;
+    std::map<std::string, const ContentSource *> _sources;
 };
 
 TEST_F(DryRun, ListsWhatWouldBeMadeAndMakesNothing) {
@@ -68,6 +73,22 @@ TEST_F(DryRun, AMissingContentFileIsAProblemButNoFailure) {
     EXPECT_EQ(last().problem, "the content file 'missing.txt' cannot be read: the file will be empty");
     EXPECT_EQ(last().content, "");
     makeFile("c");
+    EXPECT_EQ(last().problem, "");
+    EXPECT_FALSE(_dry.wouldFail());
+}
+
+TEST_F(DryRun, EveryFileOfAContentIsMarkedNotOnlyTheFirst) {
+    begin();
+    _disk.addFile("/store/c.txt", "content");
+    for (const char *const name : {"a", "b", "c"}) {
+        makeFile(name, "c.txt");
+        EXPECT_EQ(last().content, "c.txt") << name;
+        EXPECT_EQ(last().problem, "") << name;
+        makeFile(std::string("no ") + name, "missing.txt");
+        EXPECT_EQ(last().content, "") << name;
+        EXPECT_EQ(last().problem, "the content file 'missing.txt' cannot be read: the file will be empty") << name;
+    }
+    makeFile("empty");
     EXPECT_EQ(last().problem, "");
     EXPECT_FALSE(_dry.wouldFail());
 }

@@ -1,0 +1,272 @@
+// Which hierarchies two threads share, and what they share beside the disk: contents, descriptors, the journal, the log.
+
+#include "TwoThreadsTestSupport.h"
+#include "contract/processes/ProcessTestTools.h"
+
+#include "presets/ORVJournaledFileSystem.h"
+
+#include <array>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <utility>
+
+#include <sched.h>
+
+namespace orvane::testing {
+
+namespace {
+
+class SharingTest : public TwoThreadsTest {};
+
+TEST_F(SharingTest, TheLogTellsOfTheContentsThatOneCouldNotCopy) {
+    const auto copy = [](const std::string &name) { return dict({{"filename", text(name)}, {"contentFilename", text("small")}}); };
+    std::vector<PropertyList> children;
+    for (int i = 0; i < 100; ++i) { // each with a pair of twins, the second of which is made empty
+        const std::string number = std::to_string(i);
+        children.push_back(test::folder("scene " + number, {copy("twin"), copy("twin"), test::file("a"), test::file("b")}));
+    }
+    const Outcome whole = bothWays(test::preset("top", children), folder / "one");
+    ASSERT_EQ(whole.log.size(), 1U);
+    EXPECT_NE(whole.log.front().find("/top/scene 0/twin': File exists (99 more like it)"), std::string::npos) << whole.log.front();
+    children[30] = test::folder("scene 30", {test::file(std::string(256, 'n'))}); // no thread alone comes to those behind it
+    const Outcome failed = bothWays(test::preset("top", children), folder / "one");
+    ASSERT_EQ(failed.log.size(), 2U);
+    EXPECT_NE(failed.log.front().find("/top/scene 0/twin': File exists (29 more like it)"), std::string::npos) << failed.log.front();
+    EXPECT_EQ(shared.sharings, 2);
+}
+
+TEST_F(SharingTest, NamesThatDifferInCaseOnlyAreLeftToOne) {
+    std::vector<PropertyList> children{test::file("Twin")};
+    for (int i = 0; i < 200; ++i) {
+        children.push_back(test::file("frame " + std::to_string(i)));
+    }
+    children.push_back(test::file("tWIN"));
+    EXPECT_EQ(bothWays(test::preset("top", children), folder / "one").disk.size(), 203U);
+    EXPECT_EQ(shared.sharings, 0);
+}
+
+TEST_F(SharingTest, SmallHierarchiesAreLeftToOne) {
+    RandomTree tree(3, 79);
+    EXPECT_EQ(bothWays(tree.preset(), folder / "one").disk.size(), 80U);
+    EXPECT_EQ(shared.sharings, 0);
+}
+
+TEST_F(SharingTest, ShareHierarchiesFrom80NodesOn) {
+    int trees = 0;
+    for (const std::size_t nodes : {80U, 100U, 150U, 300U}) {
+        for (unsigned seed = 1; seed <= 4; ++seed) {
+            RandomTree tree(seed, nodes);
+            const Outcome outcome = bothWays(tree.preset(), folder / "one");
+            EXPECT_EQ(outcome.alerts.size(), 0U) << nodes << " " << seed;
+            EXPECT_EQ(outcome.disk.size(), nodes + 1) << seed;
+            EXPECT_EQ(shared.sharings, ++trees) << nodes << " " << seed;
+        }
+    }
+}
+
+TEST_F(SharingTest, FailuresOfSmallHierarchiesAreThoseThatOneMeets) {
+    for (unsigned seed = 1; seed <= 40; ++seed) {
+        RandomTree tree(seed, 80 + seed * 7);
+        tree.any().name = std::string(256, 'n');
+        tree.any().name = "";
+        const Outcome outcome = bothWays(tree.preset(), folder / "one");
+        EXPECT_EQ(outcome.alerts.size(), 1U) << seed;
+        EXPECT_EQ(outcome.disk.size(), 0U) << seed;
+    }
+    EXPECT_GT(shared.sharings, 0);
+}
+
+TEST_F(SharingTest, ADiskThatRefusesIsNotAskedForEver) {
+    std::vector<PropertyList> folders;
+    for (int i = 0; i < 20; ++i) {
+        std::vector<PropertyList> inside;
+        for (int file = 0; file < 100; ++file) {
+            inside.push_back(test::file("frame " + std::to_string(file)));
+        }
+        folders.push_back(test::folder("scene " + std::to_string(i), inside));
+    }
+    single.refusesTwoThreads = true;
+    EXPECT_EQ(create(single, test::preset("top", folders), folder / "one").disk.size(), 2021U);
+    EXPECT_EQ(single.refusals, 4);
+}
+
+TEST_F(SharingTest, LookUpDifferentContentsAtTheSameTime) {
+    const auto copy = [](const std::string &name, const char *content) {
+        return dict({{"filename", text(name)}, {"contentFilename", text(content)}});
+    };
+    std::vector<PropertyList> children{copy("first", "small")};
+    for (int i = 0; i < 200; ++i) {
+        children.push_back(test::file("frame " + std::to_string(i)));
+    }
+    children.push_back(copy("last", "large"));
+    std::mutex monitor;
+    std::condition_variable changed;
+    int lookedUp = 0;
+    int together = 0;
+    shared.beforeContent = [&](std::string_view) {
+        std::unique_lock lock(monitor);
+        ++lookedUp;
+        changed.notify_all();
+        together += changed.wait_for(lock, std::chrono::seconds(20), [&] { return lookedUp == 2; }) ? 1 : 0;
+    };
+    const Outcome outcome = create(shared, test::preset("top", children), folder / "two");
+    EXPECT_EQ(together, 2);
+    EXPECT_EQ(outcome.disk.size(), 203U);
+    EXPECT_EQ(contentsOf(folder / "two/top/last").size(), 200'000U);
+}
+
+TEST_F(SharingTest, LookUpOneContentOnce) {
+    const auto copy = [](const std::string &name) { return dict({{"filename", text(name)}, {"contentFilename", text("small")}}); };
+    std::vector<PropertyList> children{copy("first")};
+    for (int i = 0; i < 200; ++i) {
+        children.push_back(test::file("frame " + std::to_string(i)));
+    }
+    children.push_back(copy("last"));
+    std::mutex monitor;
+    std::condition_variable changed;
+    bool isOtherNear = false;
+    int lookedUp = 0;
+    shared.beforeEmptyFile = [&](std::string_view name) {
+        const std::lock_guard lock(monitor);
+        isOtherNear = isOtherNear || name == "frame 199";
+        changed.notify_all();
+    };
+    shared.beforeContent = [&](std::string_view) {
+        std::unique_lock lock(monitor);
+        ++lookedUp;
+        EXPECT_TRUE(changed.wait_for(lock, std::chrono::seconds(20), [&] { return isOtherNear; }));
+        changed.wait_for(lock, std::chrono::milliseconds(100), [&] { return lookedUp > 1; }); // the other one comes, and has to wait
+    };
+    EXPECT_EQ(create(shared, test::preset("top", children), folder / "two").disk.size(), 203U);
+    EXPECT_EQ(lookedUp, 1);
+    EXPECT_EQ(contentsOf(folder / "two/top/last").size(), 4096U);
+    EXPECT_EQ(shared.sharings, 1);
+}
+
+TEST_F(SharingTest, OneProcessorIsLeftToOne) {
+    RandomTree tree(5);
+    cpu_set_t before;
+    ASSERT_EQ(::sched_getaffinity(0, sizeof before, &before), 0);
+    cpu_set_t oneProcessor;
+    CPU_ZERO(&oneProcessor);
+    CPU_SET(static_cast<unsigned>(::sched_getcpu()), &oneProcessor);
+    ASSERT_EQ(::sched_setaffinity(0, sizeof oneProcessor, &oneProcessor), 0);
+    EXPECT_EQ(bothWays(tree.preset(), folder / "one").disk.size(), Nodes + 1);
+    EXPECT_EQ(shared.sharings, 0);
+    EXPECT_EQ(::sched_setaffinity(0, sizeof before, &before), 0);
+}
+
+TEST_F(SharingTest, AFolderThatWasThereIsLeftToOne) {
+    std::vector<PropertyList> many;
+    for (int i = 0; i < 1000; ++i) {
+        many.push_back(test::file("file " + std::to_string(i)));
+    }
+    std::vector<PropertyList> others;
+    for (int i = 500; i < 1500; ++i) {
+        others.push_back(test::file("file " + std::to_string(i)));
+    }
+    const Outcome outcome = bothWays(test::preset("top", {test::folder("twin", many), test::folder("twin", others)}), folder / "one");
+    EXPECT_EQ(outcome.disk.size(), 1502U);
+    EXPECT_EQ(shared.sharings, 1); // of the first one
+    putFolder(folder / "two/there");
+    auto writer = files.beginHierarchy(folder / "two");
+    ASSERT_TRUE(writer->enterFolder("there"));
+    EXPECT_EQ(writer->makeOnTwoThreads({}, [](HierarchyWriter &) { FAIL() << "called"; }), TwoThreads::Refused);
+}
+
+TEST_F(SharingTest, AmongTheContentsOneMakesThemInTheirOrder) {
+    putFolder(folder / "support/Orvane/File Content/work");
+    std::vector<PropertyList> children{dict({{"filename", text("first")}, {"permissions", text("604")}})};
+    for (int i = 0; i < 1000; ++i) {
+        children.push_back(dict({{"filename", text("copy " + std::to_string(i))}, {"contentFilename", text("work/top/first")}}));
+    }
+    const Outcome outcome = create(shared, test::preset("top", children), folder / "support/Orvane/File Content/work");
+    EXPECT_EQ(outcome.disk.size(), 1002U);
+    EXPECT_EQ(modeOf(folder / "support/Orvane/File Content/work/top/copy 999"), 0604U);
+    EXPECT_EQ(shared.sharings, 0);
+}
+
+TEST_F(SharingTest, ContentsThatMayBeAmongThoseMadeAreLeftToOne) {
+    std::vector<PropertyList> children{dict({{"filename", text("first")}, {"permissions", text("604")}})};
+    for (int i = 0; i < 200; ++i) {
+        children.push_back(dict({{"filename", text("copy " + std::to_string(i))}, {"contentFilename", text("../../../one/top/first")}}));
+    }
+    const Outcome outcome = bothWays(test::preset("top", children), folder / "one");
+    ASSERT_EQ(outcome.disk.size(), 202U);
+    for (int i = 0; i < 200; ++i) {
+        EXPECT_EQ(outcome.disk.at("/top/copy " + std::to_string(i)).substr(0, 8), "file 388"); // 0604
+    }
+    EXPECT_EQ(starts, 1);
+}
+
+TEST_F(SharingTest, FewDescriptorsAreLeftToOne) {
+    RandomTree tree(4);
+    for (const auto &[limit, sharings] : {std::pair<rlim_t, int>{500, 0}, {1024, 1}}) {
+        const test::SoftLimit few(RLIMIT_NOFILE, limit);
+        EXPECT_EQ(bothWays(tree.preset(), folder / "one").disk.size(), Nodes + 1) << limit;
+        EXPECT_EQ(shared.sharings, sharings) << limit;
+    }
+}
+
+/// Knows what each of the two is at.
+class WatchedJournal final : public CreationJournal {
+public:
+    [[nodiscard]] std::unique_ptr<Entry> begin(std::string_view) override { return std::make_unique<Watched>(*this); }
+
+    std::array<int, Workers> noted{}; ///< items
+    std::array<bool, Workers> isAtWork{};
+    int mistakes = 0; ///< items begun before the last one was done
+
+private:
+    class Watched final : public Entry {
+    public:
+        explicit Watched(WatchedJournal &journal) : _journal(journal) {}
+        FolderNumber aboutToMake(Kind kind, FolderNumber, std::string_view, Worker worker) override {
+            const std::lock_guard lock(_monitor);
+            ++_journal.noted.at(worker);
+            _journal.mistakes += std::exchange(_journal.isAtWork.at(worker), true) && kind != Kind::Folder ? 1 : 0;
+            return kind == Kind::Folder ? ++_folders : Base;
+        }
+        void isDone(Worker worker) override {
+            const std::lock_guard lock(_monitor);
+            _journal.isAtWork.at(worker) = false;
+        }
+
+    private:
+        WatchedJournal &_journal;
+        std::mutex _monitor;
+        FolderNumber _folders = Base;
+    };
+};
+
+TEST_F(SharingTest, TheJournalIsToldWhatEachOfThemIsAt) {
+    WatchedJournal journal;
+    ORVJournaledFileSystem journaled(shared, journal);
+    std::vector<PropertyList> children;
+    for (int i = 0; i < 2000; ++i) {
+        children.push_back(test::file("frame " + std::to_string(i)));
+    }
+    std::mutex monitor;
+    std::condition_variable changed;
+    bool isLastMade = false;
+    shared.beforeEmptyFile = [&](std::string_view name) { // so that both make something
+        std::unique_lock lock(monitor);
+        if (name == "frame 1999") {
+            isLastMade = true;
+            changed.notify_all();
+        } else if (name == "frame 0") {
+            EXPECT_TRUE(changed.wait_for(lock, std::chrono::seconds(20), [&] { return isLastMade; }));
+        }
+    };
+    EXPECT_EQ(create(journaled, test::preset("top", children), folder / "two").disk.size(), 2001U);
+    EXPECT_EQ(journal.noted[0] + journal.noted[1], 2001);
+    EXPECT_GT(journal.noted[0], 1);
+    EXPECT_GT(journal.noted[1], 0);
+    EXPECT_EQ(journal.mistakes, 0);
+    EXPECT_FALSE(journal.isAtWork[0] || journal.isAtWork[1]);
+}
+
+} // namespace
+
+} // namespace orvane::testing
