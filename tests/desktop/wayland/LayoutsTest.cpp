@@ -86,6 +86,8 @@ TEST_F(WaylandLayoutsTest, NamesOfKeysAreThoseOfTheLayoutInUse) {
 }
 
 TEST_F(WaylandLayoutsTest, SourceIsTheSameUntilTheLayoutIsAnother) {
+    switchTo(1); // what the compositor tells at the start has come when that is seen
+    ASSERT_TRUE(HotKeyDesk::waitFor([&] { return textOf(MacZ) == u"y"; }));
     switchTo(0);
     ASSERT_TRUE(HotKeyDesk::waitFor([&] { return textOf(MacZ) == u"z"; }));
     const auto source = names.copyCurrentKeyboardInputSource();
