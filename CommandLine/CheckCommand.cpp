@@ -140,6 +140,11 @@ bool isFile(const std::string &word) {
     return word == "-" || ::stat(word.c_str(), &status) == 0;
 }
 
+/// Whether somebody who writes that thinks of a file, so that a missing one is told as such.
+bool isMeantAsFile(const std::string &word) {
+    return word.ends_with(".orvpreset") || word.starts_with('/') || word.starts_with("./") || word.starts_with("../");
+}
+
 /// Finds out what a word means: a file when it looks like a path, else a preset, else a file.
 ExitStatus takeWord(CommandContext &context, const std::string &word, Subject &subject) {
     const bool exists = isFile(word);
@@ -149,7 +154,7 @@ ExitStatus takeWord(CommandContext &context, const std::string &word, Subject &s
     std::string problem;
     const auto presets = synchronizedPresets(context, problem);
     subject.chosen = presets ? choosePreset(word, *presets).index : std::nullopt;
-    if (!subject.chosen && exists) {
+    if (!subject.chosen && (exists || isMeantAsFile(word))) {
         return takeFile(context, word, subject) ? ExitStatus::Success : ExitStatus::NotMade;
     }
     if (!takePreferences(context, subject)) {

@@ -46,8 +46,8 @@ PosixHierarchyWriter::PosixHierarchyWriter(FileDescriptor base, const PosixProce
 }
 
 PosixHierarchyWriter::~PosixHierarchyWriter() {
-    if (_traits.log != nullptr && _omissions.count > 0 && !_isOver) {
-        _logOmissions();
+    if (!_isOver) {
+        _logOmissions("A label, permissions or times could not be set", _omissions);
     }
 }
 
@@ -102,22 +102,38 @@ bool PosixHierarchyWriter::_fail(int error) {
 }
 
 void PosixHierarchyWriter::_noteOmission(std::string_view name, int error) {
-    if (error == 0 || _omissions.count++ > 0 || _traits.log == nullptr) {
+    if (error != 0) {
+        _omissions.add(error, _pathOfRoot, _cursor.pathFromRoot(), name);
+    }
+}
+
+void PosixHierarchyWriter::Omissions::add(int why, std::string_view root, std::string_view folder, std::string_view name) {
+    if (count++ > 0) {
         return;
     }
-    _omissions.error = error;
+    error = why;
     try {
-        _omissions.first.assign(_pathOfRoot).append(_cursor.pathFromRoot()).append(name);
+        first.assign(root).append(folder).append(name);
     } catch (const std::bad_alloc &) { // the item has yet to get on the list: nothing may keep it from that
         return;
     }
 }
 
-void PosixHierarchyWriter::_logOmissions() const {
+void PosixHierarchyWriter::Omissions::add(Omissions &&others) {
+    if (count == 0) {
+        *this = std::exchange(others, {});
+    } else {
+        count += std::exchange(others.count, 0);
+    }
+}
+
+void PosixHierarchyWriter::_logOmissions(std::string_view what, const Omissions &omissions) const {
+    if (_traits.log == nullptr || omissions.count == 0) {
+        return;
+    }
     try {
-        const std::string others = _omissions.count > 1 ? " (" + std::to_string(_omissions.count - 1) + " more like it)" : "";
-        _traits.log->log("A label, permissions or times could not be set: '" + _omissions.first +
-                         "': " + std::generic_category().message(_omissions.error) + others);
+        const std::string others = omissions.count > 1 ? " (" + std::to_string(omissions.count - 1) + " more like it)" : "";
+        _traits.log->log(std::string(what) + ": '" + omissions.first + "': " + std::generic_category().message(omissions.error) + others);
     } catch (const std::bad_alloc &) { // what is only told need not be
         return;
     }

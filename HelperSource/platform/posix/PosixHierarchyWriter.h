@@ -68,17 +68,21 @@ private:
         const PosixItemProperties *properties = nullptr; ///< times and attributes of the folder that it is a copy of
     };
 
-    /// Labels, modes and times that could not be set, which is no failure of the items themselves.
+    /// What could not be done, and is no failure of the creation: labels, modes and times that were not set, items not taken away.
     struct Omissions {
         std::size_t count = 0;
         int error = 0;     ///< of the first
-        std::string first; ///< its path from the base, or from the folder that two threads share
+        std::string first; ///< its path from the base
+
+        /// One more of them.
+        void add(int why, std::string_view root, std::string_view folder, std::string_view name);
+        void add(Omissions &&others);
     };
 
     bool _fail(int error);
     /// Takes note of an omission in the current folder unless `error` is 0.
     void _noteOmission(std::string_view name, int error);
-    void _logOmissions() const;
+    void _logOmissions(std::string_view what, const Omissions &omissions) const;
     [[nodiscard]] bool _mayUse(std::string_view name);
     [[nodiscard]] ModePlan _planMode(std::optional<unsigned> mode, bool writesAttributes) const;
     [[nodiscard]] bool _note(std::string_view name);
@@ -143,9 +147,12 @@ private:
     [[nodiscard]] FileDescriptor _openForSecondThread();
 
     // Removal. It changes nothing but the cursor, so two threads can be at it with a cursor each.
-    void _removeFrom(Index first);
-    void _removeShared(const SharedWork &shared);
-    void _removeRange(PosixFolderCursor &cursor, Index first, Index end) const;
+    void _removeAndTell(Index first);
+    void _removeFrom(Index first, Omissions &left);
+    [[nodiscard]] std::string _pathForTelling() const;
+    void _removeShared(const SharedWork &shared, Omissions &left);
+    /// The cursor's root lies below the base at the path `root`.
+    void _removeRange(PosixFolderCursor &cursor, std::string_view root, Index first, Index end, Omissions &left) const;
     [[nodiscard]] bool _goTo(PosixFolderCursor &cursor, Index folder) const;
     [[nodiscard]] bool _goInto(PosixFolderCursor &cursor, Index folder) const;
 

@@ -22,7 +22,7 @@ bool PosixHierarchyWriter::_copyFolder(std::string_view name, const PosixContent
         return true;
     }
     const int error = errno;
-    _removeFrom(first);
+    _removeAndTell(first);
     _items.truncate(first);
     static_cast<void>(_goTo(_cursor, here)); // only upwards: the folder was never left
     errno = error;

@@ -3,6 +3,9 @@
 #include "platform/posix/PosixSecondThread.h"
 
 #include <cerrno>
+#include <new>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include <fcntl.h>
@@ -21,48 +24,77 @@ constexpr PosixMadeItems::Index LeastForSecondThread = 500;
 } // namespace
 
 void PosixHierarchyWriter::removeEverythingMade() {
-    _removeFrom(PosixMadeItems::Root + 1);
+    _removeAndTell(PosixMadeItems::Root + 1);
     _items.truncate(PosixMadeItems::Root + 1);
     _shared.clear();
     _isOver = true;
 }
 
-void PosixHierarchyWriter::_removeFrom(Index first) {
-    Index end = _items.end();
-    for (auto shared = _shared.rbegin(); shared != _shared.rend() && shared->begin >= first; ++shared) {
-        _removeRange(_cursor, shared->end, end);
-        _removeShared(*shared);
-        end = shared->begin;
-    }
-    _removeRange(_cursor, first, end);
+void PosixHierarchyWriter::_removeAndTell(Index first) {
+    Omissions left;
+    _removeFrom(first, left);
+    _logOmissions("Something that was made could not be removed", left);
 }
 
-void PosixHierarchyWriter::_removeShared(const SharedWork &shared) {
+void PosixHierarchyWriter::_removeFrom(Index first, Omissions &left) {
+    Index end = _items.end();
+    for (auto shared = _shared.rbegin(); shared != _shared.rend() && shared->begin >= first; ++shared) {
+        _removeRange(_cursor, _pathOfRoot, shared->end, end, left);
+        _removeShared(*shared, left);
+        end = shared->begin;
+    }
+    _removeRange(_cursor, _pathOfRoot, first, end, left);
+}
+
+void PosixHierarchyWriter::_removeShared(const SharedWork &shared, Omissions &left) {
     FileDescriptor folder;
+    std::string path;
     if (shared.end - shared.middle >= LeastForSecondThread && _goTo(_cursor, shared.folder)) {
         const Place at = _cursor.place(".");
         folder = FileDescriptor(::openat(at.folder, at.path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+        path = _pathForTelling();
     }
     if (folder) {
         PosixFolderCursor other(std::move(folder), shared.folder, _cursor.options());
+        Omissions leftByOther;
         PosixSecondThread second;
-        if (second.start([&] { _removeRange(other, shared.middle, shared.end); })) {
-            _removeRange(_cursor, shared.begin, shared.middle);
-            return; // joins
+        if (second.start([&] { _removeRange(other, path, shared.middle, shared.end, leftByOther); })) {
+            _removeRange(_cursor, _pathOfRoot, shared.begin, shared.middle, left);
+            second.join();
+            left.add(std::move(leftByOther));
+            return;
         }
     }
-    _removeRange(_cursor, shared.begin, shared.end);
+    _removeRange(_cursor, _pathOfRoot, shared.begin, shared.end, left);
 }
 
-void PosixHierarchyWriter::_removeRange(PosixFolderCursor &cursor, Index first, Index end) const {
+void PosixHierarchyWriter::_removeRange(PosixFolderCursor &cursor, std::string_view root, Index first, Index end, Omissions &left) const {
     for (Index item = end; item-- > first;) {
-        if (_items.has(item, PosixMadeItems::Entered) || !_goTo(cursor, _items.parent(item))) {
+        if (_items.has(item, PosixMadeItems::Entered)) {
             continue;
         }
-        const Place at = cursor.place(_items.name(item));
-        const int flags = _items.has(item, PosixMadeItems::Folder) ? AT_REMOVEDIR : 0;
-        static_cast<void>(::unlinkat(at.folder, at.path, flags)); // a folder with something foreign in it refuses, and stays
+        errno = 0;
+        bool isGone = false;
+        if (_goTo(cursor, _items.parent(item))) {
+            const Place at = cursor.place(_items.name(item));
+            const int flags = _items.has(item, PosixMadeItems::Folder) ? AT_REMOVEDIR : 0;
+            isGone = ::unlinkat(at.folder, at.path, flags) == 0; // a folder with something foreign in it refuses, and stays
+        }
+        if (!isGone && errno != 0 && errno != ENOENT) { // 0 and ENOENT: somebody else took it away, or the folder that it is in
+            left.add(errno, root, cursor.pathFromRoot(), _items.name(item));
+        }
     }
+}
+
+/// Of the current folder, from the base; shorter where memory does not do for more.
+std::string PosixHierarchyWriter::_pathForTelling() const {
+    std::string path;
+    try {
+        path.append(_pathOfRoot).append(_cursor.pathFromRoot());
+    } catch (const std::bad_alloc &) {
+        return path;
+    }
+    return path;
 }
 
 /// Moves to a folder on the list. Numbers grow on the way down, so what stands deeper than the goal and has a greater

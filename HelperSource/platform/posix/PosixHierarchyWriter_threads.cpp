@@ -168,10 +168,7 @@ void PosixHierarchyWriter::_append(PosixHierarchyWriter &other) {
         known.push_back(each.item);
     }
     _items.append(other._items, known);
-    if (_omissions.count == 0) {
-        std::swap(_omissions, other._omissions);
-    }
-    _omissions.count += std::exchange(other._omissions.count, 0);
+    _omissions.add(std::move(other._omissions));
 }
 
 } // namespace orvane

@@ -148,6 +148,23 @@ TEST_F(PosixDisk, WithoutAttributesLabelsAreLeftOutAndTheLogIsToldOnce) {
               "A label, permissions or times could not be set: 'top/in/e': Operation not supported (2 more like it);");
 }
 
+TEST_F(PosixDisk, WhatCannotBeTakenAwayIsToldToTheLog) {
+    FakeSystemLog log;
+    files.setLog(log);
+    auto writer = files.beginHierarchy(folder.path());
+    ASSERT_TRUE(writer->enterFolder("top") && writer->enterFolder("in") && writer->makeEmptyFile("mine", {}));
+    putFile(folder / "top/in/foreign", "theirs");
+    writer->removeEverythingMade();
+    EXPECT_EQ(contentsOf(folder / "top/in/foreign"), "theirs");
+    EXPECT_EQ(log.entries(),
+              std::vector<std::string>{"Something that was made could not be removed: 'top/in': Directory not empty (1 more like it)"});
+    writer = files.beginHierarchy(folder.path());
+    ASSERT_TRUE(writer->enterFolder("other") && writer->makeEmptyFile("mine", {}));
+    std::filesystem::remove_all(folder / "other"); // somebody else was sooner
+    writer->removeEverythingMade();
+    EXPECT_EQ(log.entries().size(), 1U);
+}
+
 TEST_F(PosixDisk, TwoThreadsWorkOnlyWhereNamesAreKnownToBeToldApart) {
     EXPECT_EQ(onSmallDisk(
                   disk(), "mode=0777",

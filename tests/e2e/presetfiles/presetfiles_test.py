@@ -498,6 +498,12 @@ class Check(Case):
         (self.home.top / "p.plist").write_bytes(plistlib.dumps({"ORVPresets": [self.preset]}))
         self.assertEqual(self.home.run("check", "./p.plist", status=1).stdout.decode().splitlines(), self.lines)
 
+    def test_a_missing_file_is_told_as_a_file_not_as_a_preset(self):
+        for word in ("none.orvpreset", "./none.plist", "../none", "/no/such/file"):
+            ran = self.home.run("check", word, status=1)
+            self.assertIn(f"{word}: No such file or directory".encode(), ran.stderr)
+            self.assertNotIn(b"there are", ran.stderr)
+
     def test_says_why_and_where_a_file_cannot_be_read(self):
         damaged = b'<?xml version="1.0"?>\n<plist version="1.0">\n<dict>\n<key>ORVPresets</key>\n<bogus/>\n</dict></plist>\n'
         self.home.write_preferences(damaged)
