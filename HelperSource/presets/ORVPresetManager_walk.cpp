@@ -274,6 +274,9 @@ bool ORVPresetManager::CreationWalk::_makeOnTwoThreads(OpenFolder &folder) {
 void ORVPresetManager::CreationWalk::_makeParts(SharedParts &shared) {
     _shared = &shared;
     const bool isForwards = !shared.isTakenFromFront.exchange(true);
+    if (!isForwards && !shared.unchecked.empty() && !_haveDistinctNames(shared.unchecked)) {
+        return; // the one that takes them from the front makes them all
+    }
     for (std::size_t own = 0; shared.taken++ < shared.parts.size(); ++own) {
         _part = isForwards ? own : shared.parts.size() - 1 - own;
         if (_isInVain()) {
@@ -356,12 +359,10 @@ bool ORVPresetManager::CreationWalk::_finishAhead(const SharedParts &shared) {
 }
 
 /// Cuts what is in a folder into parts of about the wanted size; a child that is larger by itself is to be made ahead and is cut,
-/// too. False when that cannot be: names that two threads would be at odds about, or too many folders ahead.
+/// too. False when that cannot be: names that two threads would be at odds about, or too many folders ahead. Where nothing is to be
+/// made ahead, the names are left to the second thread, so that the first one can begin.
 bool ORVPresetManager::CreationWalk::_cut(std::span<const PropertyListValue> children, std::size_t folder, std::size_t wanted,
                                           SharedParts &shared) {
-    if (!_haveDistinctNames(children)) {
-        return false;
-    }
     std::size_t begin = 0;
     std::size_t size = 0;
     const auto endPart = [&](std::size_t end) {
@@ -393,7 +394,11 @@ bool ORVPresetManager::CreationWalk::_cut(std::span<const PropertyListValue> chi
         }
     }
     endPart(children.size());
-    return true;
+    if (folder == FolderAhead::InCurrent && shared.ahead.empty()) {
+        shared.unchecked = children;
+        return true;
+    }
+    return _haveDistinctNames(children);
 }
 
 /// Whether all names differ, in more than the case of ASCII letters. Two of the same hash count as equal.

@@ -108,11 +108,12 @@ private:
     };
     /// What two threads share.
     struct SharedParts {
-        std::vector<FolderAhead> ahead;             ///< folders before what is in them
-        std::vector<ItemAttributes> attributes;     ///< of those
-        std::vector<Part> parts;                    ///< in the tree's order
-        std::atomic<std::size_t> taken = 0;         ///< how many of them are, or more when none is left
-        std::atomic<bool> isTakenFromFront = false; ///< a thread takes them in the tree's order already
+        std::vector<FolderAhead> ahead;               ///< folders before what is in them
+        std::vector<ItemAttributes> attributes;       ///< of those
+        std::vector<Part> parts;                      ///< in the tree's order
+        std::span<const PropertyListValue> unchecked; ///< nodes whose names may be the same
+        std::atomic<std::size_t> taken = 0;           ///< how many of them are, or more when none is left
+        std::atomic<bool> isTakenFromFront = false;   ///< a thread takes them in the tree's order already
         std::atomic<std::size_t> firstFailed = std::numeric_limits<std::size_t>::max();
         std::mutex monitor; ///< over what follows
         Failure failure;

@@ -37,13 +37,42 @@ TEST_F(SharingTest, TheLogTellsOfTheContentsThatOneCouldNotCopy) {
 }
 
 TEST_F(SharingTest, NamesThatDifferInCaseOnlyAreLeftToOne) {
-    std::vector<PropertyList> children{test::file("Twin")};
-    for (int i = 0; i < 200; ++i) {
-        children.push_back(test::file("frame " + std::to_string(i)));
+    for (const char *const last : {"tWIN", "Twin", "another"}) {
+        std::vector<PropertyList> children{test::file("Twin")};
+        for (int i = 0; i < 3000; ++i) {
+            children.push_back(test::file("frame " + std::to_string(i)));
+        }
+        children.push_back(test::file(last));
+        shared.makers.clear();
+        const bool isTheSame = std::string(last) == "Twin";
+        const bool isAnother = std::string(last) == "another";
+        std::mutex monitor;
+        std::condition_variable changed;
+        bool isLastMade = false;
+        shared.beforeEmptyFile = [&](std::string_view name) { // waits for the second thread where one is to come
+            std::unique_lock lock(monitor);
+            if (name == "another") {
+                isLastMade = true;
+                changed.notify_all();
+            } else if (name == "frame 0" && isAnother) {
+                EXPECT_TRUE(changed.wait_for(lock, std::chrono::seconds(20), [&] { return isLastMade; }));
+            }
+        };
+        EXPECT_EQ(bothWays(test::preset("top", children), folder / "one").disk.size(), isTheSame ? 3002U : 3003U);
+        EXPECT_EQ(shared.makers.size(), isAnother ? 2U : 1U) << last;
     }
-    children.push_back(test::file("tWIN"));
-    EXPECT_EQ(bothWays(test::preset("top", children), folder / "one").disk.size(), 203U);
-    EXPECT_EQ(shared.sharings, 0);
+}
+
+TEST_F(SharingTest, NamesBesideAFolderMadeAheadAreComparedBeforeItIsMade) {
+    std::vector<PropertyList> inside;
+    for (int i = 0; i < 500; ++i) {
+        inside.push_back(test::file("frame " + std::to_string(i)));
+    }
+    const Outcome outcome = bothWays(
+        test::preset("top", {test::file("Twin"), test::file("twin"), test::folder("large", inside), test::file("x")}), folder / "one");
+    EXPECT_EQ(outcome.disk.size(), 505U);
+    EXPECT_EQ(shared.mostAhead, 0U);
+    EXPECT_EQ(shared.sharings, 1); // of the large one by itself
 }
 
 TEST_F(SharingTest, SmallHierarchiesAreLeftToOne) {

@@ -8,7 +8,9 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <string_view>
+#include <thread>
 #include <vector>
 
 namespace orvane::testing {
@@ -28,6 +30,7 @@ public:
     std::function<void(std::string_view name)> beforeEmptyFile; ///< on whichever thread makes it
     std::function<void(std::string_view path)> beforeContent;   ///< on whichever thread looks it up
     std::size_t mostAhead = 0;                                  ///< folders made ahead for one piece of work
+    std::set<std::thread::id> makers;                           ///< threads that made empty files
     std::vector<unsigned> modes; ///< of the folders that were given one, in the order in which they were left
 
     [[nodiscard]] bool fileExists(std::string_view path) override { return _fileSystem.fileExists(path); }
@@ -64,6 +67,7 @@ private:
             return _take() && _takeCopy() && _writer.copyItem(name, source, attributes);
         }
         [[nodiscard]] bool makeEmptyFile(std::string_view name, const ItemAttributes &attributes) override {
+            _noteMaker();
             if (_owner.beforeEmptyFile) {
                 _owner.beforeEmptyFile(name);
             }
@@ -87,6 +91,10 @@ private:
         [[nodiscard]] int lastError() const override { return _isFull ? _owner.errorWhenFull : _writer.lastError(); }
 
     private:
+        void _noteMaker() {
+            const std::lock_guard lock(_owner._monitor);
+            _owner.makers.insert(std::this_thread::get_id());
+        }
         bool _take() {
             _isFull = --_owner._left < 0;
             return !_isFull;
@@ -108,7 +116,7 @@ private:
     };
 
     FileSystem &_fileSystem;
-    std::mutex _monitor; ///< over `modes`
+    std::mutex _monitor; ///< over `modes` and `makers`
     std::atomic<long> _left = 0;
     std::atomic<long> _copiesLeft = 0;
 };
