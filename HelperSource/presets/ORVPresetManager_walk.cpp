@@ -46,7 +46,7 @@ bool dependsOnOrder(int error) {
 
 /// Whether a content of that name may be one of the items that are being made.
 bool leadsElsewhere(std::string_view contentFilename) {
-    return contentFilename.find("..") != std::string_view::npos;
+    return contentFilename.find("../") != std::string_view::npos;
 }
 
 /// FNV-1a (Fowler, Noll, Vo) over the name in ASCII lower case.
