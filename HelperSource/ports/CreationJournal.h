@@ -23,7 +23,7 @@ public:
     using FolderNumber = std::uint32_t;
     /// The folder in which the creation's top folder is made.
     static constexpr FolderNumber Base = 0;
-    /// Which of the (at most two) threads of one creation notes something; the one that began it is 0.
+    /// Which of the (at most two) threads of one creation notes something, in the order in which they began; a single one is 0.
     using Worker = std::size_t;
     static constexpr Worker Workers = 2;
 

@@ -49,7 +49,7 @@ struct ORVPresetManager::CreationRun {
         std::string first; ///< its path and the reason
         std::size_t count = 0;
     };
-    /// Keeps them for the log.
+    /// Keeps them for the log. One thread.
     void noteEmptied(Emptied emptied);
     /// Tells the log of them: one entry, however many they are.
     void logEmptied();
@@ -63,7 +63,7 @@ struct ORVPresetManager::CreationRun {
 private:
     [[nodiscard]] const std::string &_contentFolder();
 
-    std::mutex _monitor; ///< over all below but what is in a content
+    std::mutex _monitor; ///< over `_folder` and `_contents`, but not what is in one of these
     /// A content that is looked up by whoever wants it first, while the other thread may look up another one.
     struct Content {
         std::mutex monitor;
