@@ -77,6 +77,19 @@ public:
         _stop();
         return result;
     }
+    [[nodiscard]] TwoThreads finishOnSecondThread(const std::function<void()> &work,
+                                                  const std::function<void(bool isGood)> &finished) override {
+        if (_stop()) {
+            return TwoThreads::Refused;
+        }
+        _isFinishedElsewhere = true;
+        const TwoThreads result = _writer->finishOnSecondThread(work, finished);
+        _isFinishedElsewhere = false;
+        if (_owner._wasStopped) {
+            _writer->removeEverythingMade();
+        }
+        return result;
+    }
     void removeEverythingMade() override {
         if (!_owner._wasStopped) {
             _writer->removeEverythingMade();
@@ -88,7 +101,9 @@ private:
     bool _stop() {
         if (!_owner._wasStopped && _owner._isStopped()) {
             _owner._wasStopped = true;
-            _writer->removeEverythingMade();
+            if (!_isFinishedElsewhere) {
+                _writer->removeEverythingMade();
+            }
         }
         return _owner._wasStopped;
     }
@@ -96,7 +111,8 @@ private:
     ObservedFileSystem &_owner;
     std::unique_ptr<HierarchyWriter> _writer;
     std::string _basePath;
-    std::size_t _depth = 0; ///< of the current folder below the base
+    std::size_t _depth = 0;            ///< of the current folder below the base
+    bool _isFinishedElsewhere = false; ///< another thread is completing files, so nothing is taken away yet
 };
 
 std::unique_ptr<HierarchyWriter> ObservedFileSystem::beginHierarchy(std::string_view basePath) {

@@ -34,9 +34,10 @@ struct FolderAhead {
 enum class TwoThreads {
     Done,    ///< both have returned
     Refused, ///< nothing was made or called: two could get in each other's way here or would not help, as in a folder that was
-             ///< there before, on file systems that do not tell names apart by their bytes (ASCII letters of either case
-             ///< aside), on a single processor, or for a writer that works beside another one already
-    Failed,  ///< a folder could not be made ahead, and nothing was called; what was made stays
+             ///< there before, on a single processor, or for a writer that works beside another one already; where both make
+             ///< items, also on file systems that do not tell names apart by their bytes (ASCII letters of either case aside)
+    Failed,  ///< not as one thread would have done it: a folder could not be made ahead, and nothing was called, or a file
+             ///< could not be finished. What was made stays
 };
 
 /// Makes the items of one hierarchy, in the order of a walk through it, and can take away again exactly what it made.
@@ -44,7 +45,7 @@ enum class TwoThreads {
 /// The writer stands in a current folder, at first the base. It never follows a symbolic link below the base, never
 /// overwrites or deletes anything that it did not make itself, and works whatever the length of the full path.
 /// Names are single path components in UTF-8; a name that the file system refuses ("." and ".." included) fails.
-/// After a failure `lastError()` tells why. One thread at a time, but for `makeOnTwoThreads`.
+/// After a failure `lastError()` tells why. One thread at a time, but for `makeOnTwoThreads` and `finishOnSecondThread`.
 class HierarchyWriter {
 public:
     virtual ~HierarchyWriter() = default;
@@ -69,6 +70,16 @@ public:
     /// belongs to this writer afterwards.
     [[nodiscard]] virtual TwoThreads makeOnTwoThreads(std::span<const FolderAhead> /*ahead*/,
                                                       const std::function<void(HierarchyWriter &writer)> & /*work*/) {
+        return TwoThreads::Refused;
+    }
+
+    /// Calls `work` on this thread, where it makes items with this writer and comes back to the current folder unless something
+    /// failed; meanwhile another thread gives the files their contents, labels, modes and times, in the order in which they are
+    /// made. `copyItem` and `makeEmptyFile` may succeed before that. All is done when this returns. `finished` is called
+    /// on the other thread, now and then with true, and with false as soon as a file could not be finished: `work` may end
+    /// then, and the result is `Failed`.
+    [[nodiscard]] virtual TwoThreads finishOnSecondThread(const std::function<void()> & /*work*/,
+                                                          const std::function<void(bool isGood)> & /*finished*/) {
         return TwoThreads::Refused;
     }
 

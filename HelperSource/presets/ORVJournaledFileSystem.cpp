@@ -66,6 +66,13 @@ public:
         _entry.isDone(_worker);
         return result;
     }
+    [[nodiscard]] TwoThreads finishOnSecondThread(const std::function<void()> &work,
+                                                  const std::function<void(bool isGood)> &finished) override {
+        return _writer.finishOnSecondThread(work, [&](bool isGood) {
+            _entry.isDone(1 - _worker); // so that the journal is no older than what a disk slow to finish has
+            finished(isGood);
+        });
+    }
     void removeEverythingMade() override { _writer.removeEverythingMade(); }
     [[nodiscard]] int lastError() const override { return _writer.lastError(); }
 
@@ -102,6 +109,10 @@ public:
     [[nodiscard]] TwoThreads makeOnTwoThreads(std::span<const FolderAhead> ahead,
                                               const std::function<void(HierarchyWriter &writer)> &work) override {
         return _target().makeOnTwoThreads(ahead, work);
+    }
+    [[nodiscard]] TwoThreads finishOnSecondThread(const std::function<void()> &work,
+                                                  const std::function<void(bool isGood)> &finished) override {
+        return _target().finishOnSecondThread(work, finished);
     }
     void removeEverythingMade() override {
         _writer->removeEverythingMade();

@@ -16,6 +16,8 @@ namespace {
 
 /// From so many nodes on a second thread gains more than its start costs.
 constexpr std::size_t LeastForTwoThreads = 80;
+/// The same for files of one folder, of which the second thread does no more than a third of the work.
+constexpr std::size_t LeastForFinishing = 400;
 /// Parts into which a folder is cut, about: enough for both threads to end at the same time.
 constexpr std::size_t UsualParts = 64;
 /// But a part has at least about so many nodes, so that taking it costs little beside making them.
@@ -192,7 +194,7 @@ const ContentSource *ORVPresetManager::CreationWalk::_contentNamed(std::string_v
     if (const auto known = _contents.find(contentFilename); known != _contents.end()) {
         return known->second;
     }
-    if (_shared != nullptr && leadsElsewhere(contentFilename)) {
+    if (_isBesideAnother() && leadsElsewhere(contentFilename)) {
         _run.dependsOnOrder = true;
     }
     const ContentSource *source = _run.contentNamed(contentFilename);
@@ -207,7 +209,7 @@ bool ORVPresetManager::CreationWalk::_fail(std::string message) {
 }
 
 void ORVPresetManager::CreationWalk::_noteReason() {
-    if (_shared != nullptr && dependsOnOrder(_writer.lastError())) {
+    if (_isBesideAnother() && dependsOnOrder(_writer.lastError())) {
         _run.dependsOnOrder = true;
     }
 }
@@ -225,13 +227,13 @@ void ORVPresetManager::CreationWalk::_noteEmptied() {
 
 /// Whether a single thread would never have come here, or the whole creation has to be made again.
 bool ORVPresetManager::CreationWalk::_isInVain() const {
-    return _shared != nullptr &&
-           (_shared->firstFailed.load(std::memory_order_relaxed) < _part || _run.dependsOnOrder.load(std::memory_order_relaxed));
+    return _run.dependsOnOrder.load(std::memory_order_relaxed) ||
+           (_shared != nullptr && _shared->firstFailed.load(std::memory_order_relaxed) < _part);
 }
 
 bool ORVPresetManager::CreationWalk::_isLargeFolder(std::span<const PropertyListValue> children) const {
     const bool mayBe =
-        _run.survey != nullptr && _shared == nullptr && _run.refusals < MostRefusals && (_open.empty() || _open.back().isLarge);
+        _run.survey != nullptr && !_isBesideAnother() && _run.refusals < MostRefusals && (_open.empty() || _open.back().isLarge);
     return mayBe && _run.survey->sizeOf(children) >= LeastForTwoThreads;
 }
 
@@ -240,6 +242,9 @@ bool ORVPresetManager::CreationWalk::_isLargeFolder(std::span<const PropertyList
 bool ORVPresetManager::CreationWalk::_makeOnTwoThreads(OpenFolder &folder) {
     folder.wasTried = true;
     const auto children = folder.left;
+    if (_areMostlyFiles(children)) {
+        return _makeWhileAnotherFinishes(folder);
+    }
     const std::size_t wanted = std::max(_run.survey->sizeOf(children) / UsualParts, LeastInPart);
     SharedParts shared;
     if (children.size() < 2 || !_cut(children, FolderAhead::InCurrent, wanted, shared) || shared.parts.size() < 2 ||
@@ -268,6 +273,42 @@ bool ORVPresetManager::CreationWalk::_makeOnTwoThreads(OpenFolder &folder) {
     }
     _run.dependsOnOrder = _run.dependsOnOrder || result == TwoThreads::Failed;
     return shared.firstFailed == std::numeric_limits<std::size_t>::max() && !_run.dependsOnOrder && _finishAhead(shared);
+}
+
+/// Whether most of what is below lies in the folder itself, where two threads would stand in each other's way.
+bool ORVPresetManager::CreationWalk::_areMostlyFiles(std::span<const PropertyListValue> children) const {
+    const auto files = std::count_if(children.begin(), children.end(),
+                                     [](const PropertyListValue &child) { return !ORVBoolValue(ORVNodeEntries(child).isFolder); });
+    return static_cast<std::size_t>(files) >= _run.survey->sizeOf(children) / 4 * 3;
+}
+
+/// Makes all that is in a folder, as a single thread does it, while another one completes the files. Results are as above.
+bool ORVPresetManager::CreationWalk::_makeWhileAnotherFinishes(OpenFolder &folder) {
+    if (_run.survey->sizeOf(folder.left) < LeastForFinishing || _run.isAmongContents(_path)) {
+        return true;
+    }
+    CreationWalk walk(_run, _writer, _path);
+    walk._isFinishedByAnother = true;
+    bool isMade = false;
+    const auto work = [&] {
+        try {
+            isMade = walk.make(folder.left);
+        } catch (const std::bad_alloc &) { // a single thread may get by with what there is
+            _run.dependsOnOrder = true;
+        }
+    };
+    const auto finished = [this](bool isGood) {
+        if (!isGood) {
+            _run.dependsOnOrder = true;
+        }
+    };
+    if (_writer.finishOnSecondThread(work, finished) == TwoThreads::Refused) {
+        ++_run.refusals;
+        return true;
+    }
+    folder.left = {};
+    _failure = std::move(walk._failure);
+    return isMade && !_run.dependsOnOrder;
 }
 
 /// Takes one part after the other, from the front or from the end, until none is left that a single thread would come to.

@@ -25,6 +25,9 @@
 // comes before. So the failure in the first part that has one is the one that a single thread would have met. What can depend on who comes
 // first (a full disk, no descriptors left), and a folder that cannot be made ahead, is not decided by two threads at all:
 // everything is taken away and made again by one.
+//
+// Where most of it lies in one folder, one thread makes all of it, in the tree's order, and the other one only gives the files their
+// contents, labels and modes. A file that cannot be given its contents is one of the things that two threads do not decide.
 
 namespace orvane {
 
@@ -129,6 +132,9 @@ private:
     void _noteEmptied();
 
     // Two threads.
+    [[nodiscard]] bool _isBesideAnother() const { return _shared != nullptr || _isFinishedByAnother; }
+    [[nodiscard]] bool _areMostlyFiles(std::span<const PropertyListValue> children) const;
+    [[nodiscard]] bool _makeWhileAnotherFinishes(OpenFolder &folder);
     [[nodiscard]] bool _isLargeFolder(std::span<const PropertyListValue> children) const;
     [[nodiscard]] bool _makeOnTwoThreads(OpenFolder &folder);
     [[nodiscard]] bool _cut(std::span<const PropertyListValue> children, std::size_t folder, std::size_t wanted, SharedParts &shared);
@@ -147,6 +153,7 @@ private:
     std::string _name; ///< of the current node
     Failure _failure;
     std::map<std::string, const ContentSource *, std::less<>> _contents; ///< those used here
+    bool _isFinishedByAnother = false;                                   ///< another thread completes the files of this walk
     SharedParts *_shared = nullptr;                                      ///< those of which this walk makes some
     std::size_t _part = 0;                                               ///< the one that it is at
     std::size_t _ahead = FolderAhead::InCurrent;                         ///< the folder made ahead that it is in

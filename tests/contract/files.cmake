@@ -18,6 +18,7 @@ if(orvane_processors GREATER 1)
   orvane_add_test(NAME contract_threads LABEL contract
     SOURCES
       contract/files/FilesTestSupport.cpp
+      contract/threads/FinishingTest.cpp
       contract/threads/SecondThreadTest.cpp
       contract/threads/SharingTest.cpp
       contract/threads/TwoThreadsTest.cpp

@@ -40,6 +40,8 @@ public:
     [[nodiscard]] bool isFolder() const { return _isFolder; }
     [[nodiscard]] const PosixItemProperties &properties() const { return _properties; }
     [[nodiscard]] bool isInMemory() const { return _isInMemory; }
+    /// True when a store keeps it, so that it is there until the store forgets it.
+    [[nodiscard]] bool isKept() const { return _store != nullptr; }
     [[nodiscard]] const std::string &bytes() const { return _bytes; }
     [[nodiscard]] off_t size() const { return _size; }
     /// True when the file takes less room than its size, so that it has holes.

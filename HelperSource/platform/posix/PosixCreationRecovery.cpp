@@ -1,6 +1,6 @@
 #include "platform/posix/PosixCreationRecovery.h"
 
-#include "platform/posix/PosixHierarchyWriter.h"
+#include "platform/posix/PosixItemFinish.h"
 
 #include <algorithm>
 #include <cerrno>

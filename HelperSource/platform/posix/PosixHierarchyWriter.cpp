@@ -1,6 +1,8 @@
 #include "platform/posix/PosixHierarchyWriter.h"
 
+#include "platform/posix/PosixFileFinisher.h"
 #include "platform/posix/PosixFinderAttributes.h"
+#include "platform/posix/PosixItemFinish.h"
 
 #include <cerrno>
 #include <new>
@@ -18,23 +20,7 @@ namespace {
 constexpr int NewFile = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
 constexpr mode_t OthersMayWrite = 0022;
 
-/// 0 or `errno`.
-int setLabelOfOpenItem(int item, int label, bool isNew) {
-    int error = 0;
-    const PosixExtendedAttributes existing = isNew ? PosixExtendedAttributes() : readFinderAttributes(item, error);
-    return error != 0 ? error : writeFinderAttributes(item, attributesForFinderLabel(existing, label));
-}
-
 } // namespace
-
-int setModeOfOpenItem(int item, unsigned mode) {
-    if (::fchmod(item, mode & 07777U) == 0) {
-        return 0;
-    }
-    // A descriptor that is a mere path (O_PATH) takes no fchmod, but its entry in /proc does take chmod.
-    const bool isSet = errno == EBADF && ::chmod(("/proc/self/fd/" + std::to_string(item)).c_str(), mode & 07777U) == 0;
-    return isSet ? 0 : errno;
-}
 
 bool hasDefaultACL(int folder) {
     return ::fgetxattr(folder, "system.posix_acl_default", nullptr, 0) >= 0 || (errno != ENODATA && errno != EOPNOTSUPP);
@@ -125,6 +111,14 @@ void PosixHierarchyWriter::Omissions::add(Omissions &&others) {
     } else {
         count += std::exchange(others.count, 0);
     }
+}
+
+void PosixHierarchyWriter::Omissions::add(std::size_t more, int why, std::string path) {
+    if (count == 0) {
+        error = why;
+        first = std::move(path);
+    }
+    count += more;
 }
 
 void PosixHierarchyWriter::_logOmissions(std::string_view what, const Omissions &omissions) const {
@@ -316,22 +310,24 @@ bool PosixHierarchyWriter::_makeNewEmptyFile(std::string_view name, const ItemAt
 
 bool PosixHierarchyWriter::_makeLabelledFile(std::string_view name, const ModePlan &plan, int label) {
     const Place at = _cursor.place(name);
-    const FileDescriptor file(uninterrupted([&] { return ::openat(at.folder, at.path, NewFile, plan.create); }));
+    FileDescriptor file(uninterrupted([&] { return ::openat(at.folder, at.path, NewFile, plan.create); }));
     if (!file) {
         return false;
     }
-    if (label != 0) {
-        _noteOmission(name, setLabelOfOpenItem(file.get(), label, true));
+    const PosixFileFinish finish{nullptr, label, plan.separately()};
+    if (_finisher != nullptr) {
+        return _finishLater(name, std::move(file), finish);
     }
-    if (plan.isSeparate) {
-        _noteOmission(name, setModeOfOpenItem(file.get(), plan.final));
-    }
+    _noteOmission(name, finishNewFile(file.get(), finish));
     return _note(name);
 }
 
 /// Empties a file that this writer made before. Whoever could put another file in its place must not have it emptied:
 /// a symbolic link, another owner's file and one with a second name are refused.
 bool PosixHierarchyWriter::_emptyAgain(std::string_view name, const ItemAttributes &attributes) {
+    if (_finisher != nullptr) {
+        _finisher->wait(); // it may be about to get contents
+    }
     const Index item = _items.find(_cursor.item(), name);
     if (item == PosixMadeItems::None || _items.has(item, PosixMadeItems::Folder)) {
         errno = EEXIST;

@@ -3,6 +3,7 @@
 #include "platform/posix/FileDescriptor.h"
 #include "platform/posix/PosixContent.h"
 #include "platform/posix/PosixFolderCursor.h"
+#include "platform/posix/PosixItemFinish.h"
 #include "platform/posix/PosixMadeItems.h"
 #include "ports/FileSystem.h"
 #include "ports/SystemLog.h"
@@ -48,6 +49,8 @@ public:
     [[nodiscard]] bool makeEmptyFile(std::string_view name, const ItemAttributes &attributes) override;
     [[nodiscard]] TwoThreads makeOnTwoThreads(std::span<const FolderAhead> ahead,
                                               const std::function<void(HierarchyWriter &writer)> &work) override;
+    [[nodiscard]] TwoThreads finishOnSecondThread(const std::function<void()> &work,
+                                                  const std::function<void(bool isGood)> &finished) override;
     void removeEverythingMade() override;
     [[nodiscard]] int lastError() const override { return _error; }
 
@@ -60,6 +63,7 @@ private:
         mode_t create;
         mode_t final;
         bool isSeparate;
+        [[nodiscard]] std::optional<mode_t> separately() const { return isSeparate ? std::optional(final) : std::nullopt; }
     };
     /// What a folder gets when it is left.
     struct FolderFinish {
@@ -77,6 +81,7 @@ private:
         /// One more of them.
         void add(int why, std::string_view root, std::string_view folder, std::string_view name);
         void add(Omissions &&others);
+        void add(std::size_t more, int why, std::string path);
     };
 
     bool _fail(int error);
@@ -103,10 +108,9 @@ private:
     [[nodiscard]] bool _makeLabelledFile(std::string_view name, const ModePlan &plan, int label);
     [[nodiscard]] bool _emptyAgain(std::string_view name, const ItemAttributes &attributes);
     [[nodiscard]] bool _copyFile(std::string_view name, const PosixContent &content, const ItemAttributes &attributes);
-    [[nodiscard]] bool _copySmall(std::string_view name, const PosixContent &content, const ModePlan &plan,
-                                  const PosixExtendedAttributes &attributes);
-    [[nodiscard]] bool _copyLarge(std::string_view name, const PosixContent &content, const ModePlan &plan,
-                                  const PosixExtendedAttributes &attributes);
+    [[nodiscard]] bool _copySmall(std::string_view name, const PosixContent &content, const ModePlan &plan, const PosixFileFinish &finish);
+    [[nodiscard]] bool _copyLarge(std::string_view name, const PosixContent &content, const ModePlan &plan, const PosixFileFinish &finish);
+    [[nodiscard]] bool _finishLater(std::string_view name, FileDescriptor file, const PosixFileFinish &finish);
     [[nodiscard]] FileDescriptor _openUnnamed(const ModePlan &plan);
     [[nodiscard]] FileDescriptor _openHidden(const ModePlan &plan, std::string &hiddenName);
     [[nodiscard]] bool _publishUnnamed(int file, std::string_view name);
@@ -145,6 +149,7 @@ private:
     void _append(PosixHierarchyWriter &other);
     /// A second descriptor of the current folder for a second thread; none where two threads must not work in it.
     [[nodiscard]] FileDescriptor _openForSecondThread();
+    [[nodiscard]] std::string _pathBelowBase(Index item) const;
 
     // Removal. It changes nothing but the cursor, so two threads can be at it with a cursor each.
     void _removeAndTell(Index first);
@@ -160,10 +165,11 @@ private:
     PosixContentStore &_contents;
     PosixMadeItems _items;
     PosixFolderCursor _cursor;
-    std::vector<SharedWork> _shared;  ///< in order, one behind the other
-    std::vector<AheadFolder> _ahead;  ///< of the last work on two threads
-    std::vector<std::size_t> _inside; ///< those of them that the writer is in
-    std::size_t _aheadDepth = 0;      ///< of the folder in which they are
+    class PosixFileFinisher *_finisher = nullptr; ///< to which files are handed over for what they get besides their names
+    std::vector<SharedWork> _shared;              ///< in order, one behind the other
+    std::vector<AheadFolder> _ahead;              ///< of the last work on two threads
+    std::vector<std::size_t> _inside;             ///< those of them that the writer is in
+    std::size_t _aheadDepth = 0;                  ///< of the folder in which they are
     Index _aheadIn = PosixMadeItems::Root;
     std::size_t _baseDepth = 0;
     std::string _pathOfRoot; ///< where the cursor's root lies below the base; with a "/" at its end, or empty
@@ -175,9 +181,6 @@ private:
     bool _hasUnnamed = true;   ///< O_TMPFILE works here
     unsigned _hiddenNames = 0; ///< hidden names used so far
 };
-
-/// Sets mode bits (07777) of an open item, also of one opened as mere path. 0 or `errno`.
-[[nodiscard]] int setModeOfOpenItem(int item, unsigned mode);
 
 /// True when new items in the open folder get permissions from a default ACL, and when that cannot be found out.
 [[nodiscard]] bool hasDefaultACL(int folder);

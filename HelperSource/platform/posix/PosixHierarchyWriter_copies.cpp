@@ -1,7 +1,7 @@
 #include "platform/posix/PosixHierarchyWriter.h"
 
 #include "platform/posix/PosixContentCopy.h"
-#include "platform/posix/PosixFinderAttributes.h"
+#include "platform/posix/PosixFileFinisher.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -22,61 +22,29 @@ namespace {
 
 constexpr int NewFile = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
 
-/// The source's attributes with the label merged into them.
-PosixExtendedAttributes withLabel(PosixExtendedAttributes attributes, int label) {
-    for (PosixExtendedAttribute &changed : attributesForFinderLabel(attributes, label)) {
-        bool found = false;
-        for (PosixExtendedAttribute &each : attributes) {
-            if (each.name == changed.name) {
-                each.value = changed.value;
-                found = true;
-            }
-        }
-        if (!found) {
-            attributes.push_back(std::move(changed));
-        }
-    }
-    return attributes;
-}
-
-/// Everything but the bytes. None of it failing fails the copy: the file system may know no attributes, for one. 0, or the
-/// first failure's `errno`.
-int finishFile(int file, const PosixContent &content, const PosixExtendedAttributes &attributes, bool setsMode, unsigned mode) {
-    int error = attributes.empty() ? 0 : writeFinderAttributes(file, attributes);
-    if (const int status = setsMode ? setModeOfOpenItem(file, mode) : 0; error == 0) {
-        error = status;
-    }
-    if (::futimens(file, content.properties().times.data()) != 0 && error == 0) {
-        error = errno;
-    }
-    return error;
-}
-
 } // namespace
 
 bool PosixHierarchyWriter::_copyFile(std::string_view name, const PosixContent &content, const ItemAttributes &attributes) {
-    PosixExtendedAttributes labelled;
-    const PosixExtendedAttributes *written = &content.properties().attributes;
-    if (attributes.label != 0) {
-        labelled = withLabel(*written, attributes.label);
-        written = &labelled;
-    }
-    const ModePlan plan = _planMode(attributes.mode.value_or(content.properties().mode), !written->empty());
-    const bool done = content.isInMemory() ? _copySmall(name, content, plan, *written) : _copyLarge(name, content, plan, *written);
-    return done && _note(name);
+    const bool writesAttributes = attributes.label != 0 || !content.properties().attributes.empty();
+    const ModePlan plan = _planMode(attributes.mode.value_or(content.properties().mode), writesAttributes);
+    const PosixFileFinish finish{&content, attributes.label, plan.separately()};
+    return content.isInMemory() ? _copySmall(name, content, plan, finish) : _copyLarge(name, content, plan, finish);
 }
 
 bool PosixHierarchyWriter::_copySmall(std::string_view name, const PosixContent &content, const ModePlan &plan,
-                                      const PosixExtendedAttributes &attributes) {
+                                      const PosixFileFinish &finish) {
     const Place at = _cursor.place(name);
     FileDescriptor file(uninterrupted([&] { return ::openat(at.folder, at.path, NewFile, plan.create); }));
     if (!file) {
         return false;
     }
+    if (_finisher != nullptr && content.isKept()) {
+        return _finishLater(name, std::move(file), finish);
+    }
     if (writeContents(file.get(), content.bytes())) {
-        _noteOmission(name, finishFile(file.get(), content, attributes, plan.isSeparate, plan.final));
+        _noteOmission(name, finishNewFile(file.get(), finish));
         if (file.closeChecked()) {
-            return true;
+            return _note(name);
         }
     }
     _drop(name);
@@ -84,7 +52,7 @@ bool PosixHierarchyWriter::_copySmall(std::string_view name, const PosixContent 
 }
 
 bool PosixHierarchyWriter::_copyLarge(std::string_view name, const PosixContent &content, const ModePlan &plan,
-                                      const PosixExtendedAttributes &attributes) {
+                                      const PosixFileFinish &finish) {
     PosixContent::Opened source = content.opened();
     if (!source && errno == EMFILE) {
         _contents.closeAll();
@@ -106,13 +74,13 @@ bool PosixHierarchyWriter::_copyLarge(std::string_view name, const PosixContent 
     }
     bool done = file && copyContents(source->get(), file.get(), content.size(), content.isSparse());
     if (done) {
-        _noteOmission(name, finishFile(file.get(), content, attributes, plan.isSeparate, plan.final));
+        _noteOmission(name, finishNewFile(file.get(), finish));
         done = hidden.empty() ? _publishUnnamed(file.get(), name) : file.closeChecked() && _publishHidden(hidden, name);
     }
     if (!done && !hidden.empty()) {
         _drop(hidden);
     }
-    return done;
+    return done && _note(name);
 }
 
 /// A file that has no name yet, in the current folder. None where that is not possible.

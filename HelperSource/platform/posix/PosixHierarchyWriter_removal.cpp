@@ -1,5 +1,6 @@
 #include "platform/posix/PosixHierarchyWriter.h"
 
+#include "platform/posix/PosixItemFinish.h"
 #include "platform/posix/PosixSecondThread.h"
 
 #include <cerrno>

@@ -1,5 +1,6 @@
 #include "platform/posix/PosixHierarchyWriter.h"
 
+#include "platform/posix/PosixFileFinisher.h"
 #include "platform/posix/PosixSecondThread.h"
 
 #include <algorithm>
@@ -15,7 +16,8 @@
 #include <sys/vfs.h>
 
 // Two threads in one folder: each has a writer with a cursor and a list of its own, so that they share nothing but the
-// contents and the disk. When both are done, the second list is put behind the first.
+// contents and the disk. When both are done, the second list is put behind the first. Or one makes all of it, and the other one
+// completes the files.
 
 namespace orvane {
 
@@ -53,6 +55,14 @@ constexpr rlim_t FreeDescriptors = 512;
 bool hasDescriptorsFrom(int lowest) {
     rlimit limit{};
     return ::getrlimit(RLIMIT_NOFILE, &limit) == 0 && limit.rlim_cur >= static_cast<rlim_t>(lowest) + FreeDescriptors;
+}
+
+/// Makes room for all that are open at once before there are two threads: afterwards the table of descriptors would grow no sooner
+/// than every processor has been elsewhere for a moment, 10 to 20 ms (Linux, fs/file.c, expand_fdtable).
+bool hasRoomForDescriptors(int any) {
+    constexpr int Last = 255; // of a table of 256, to which that of a new process (64) grows; three batches of files are 192
+    const FileDescriptor last(::fcntl(any, F_DUPFD_CLOEXEC, Last));
+    return last && hasDescriptorsFrom(last.get());
 }
 
 } // namespace
@@ -102,6 +112,38 @@ TwoThreads PosixHierarchyWriter::makeOnTwoThreads(std::span<const FolderAhead> a
     shared.end = _items.end();
     _shared.push_back(shared);
     return TwoThreads::Done;
+}
+
+TwoThreads PosixHierarchyWriter::finishOnSecondThread(const std::function<void()> &work, const std::function<void(bool isGood)> &finished) {
+    if (_isOver || _isSecond || !_cursor.options().isNew || !hasSecondProcessor() || !hasRoomForDescriptors(_cursor.anchor())) {
+        return TwoThreads::Refused;
+    }
+    PosixFileFinisher finisher(finished);
+    _finisher = &finisher;
+    _isSecond = true; // neither thread has a third beside it
+    try {
+        work();
+        finisher.end();
+    } catch (...) {
+        _finisher = nullptr;
+        _isSecond = false;
+        throw;
+    }
+    _finisher = nullptr;
+    _isSecond = false;
+    if (const auto &unfinished = finisher.unfinished(); unfinished.count > 0) {
+        _omissions.add(unfinished.count, unfinished.error, _pathBelowBase(unfinished.first));
+    }
+    return finisher.isGood() ? TwoThreads::Done : (_fail(EAGAIN), TwoThreads::Failed);
+}
+
+/// Leaves an open file, new in the current folder, to the other thread.
+bool PosixHierarchyWriter::_finishLater(std::string_view name, FileDescriptor file, const PosixFileFinish &finish) {
+    if (!_note(name)) {
+        return false;
+    }
+    _finisher->add({std::move(file), _items.end() - 1, finish});
+    return true;
 }
 
 FileDescriptor PosixHierarchyWriter::_openForSecondThread() {
@@ -160,6 +202,19 @@ bool PosixHierarchyWriter::_enterAhead(const AheadFolder &folder) {
     }
     _inside.push_back(static_cast<std::size_t>(&folder - _ahead.data()));
     return true;
+}
+
+/// Of an item on the list; empty where memory does not do for that.
+std::string PosixHierarchyWriter::_pathBelowBase(Index item) const {
+    try {
+        std::string path(_items.name(item));
+        for (Index folder = _items.parent(item); folder != PosixMadeItems::Root; folder = _items.parent(folder)) {
+            path.insert(0, 1, '/').insert(0, _items.name(folder));
+        }
+        return path.insert(0, _pathOfRoot);
+    } catch (const std::bad_alloc &) {
+        return {};
+    }
 }
 
 void PosixHierarchyWriter::_append(PosixHierarchyWriter &other) {

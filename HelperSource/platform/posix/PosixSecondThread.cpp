@@ -50,8 +50,9 @@ private:
 
 } // namespace
 
-bool PosixSecondThread::start(std::function<void()> work) {
+bool PosixSecondThread::start(std::function<void()> work, Place place) {
     _work = std::move(work);
+    _place = place;
     _processors = allowedProcessors();
     Beginning beginning;
     // A scheduler that keeps to few processors leaves a new thread where its maker is at work, and moves it milliseconds later: a
@@ -76,7 +77,7 @@ void PosixSecondThread::join() {
 
 void *PosixSecondThread::_run(void *self) noexcept {
     auto &thread = *static_cast<PosixSecondThread *>(self);
-    if (CPU_COUNT(&thread._processors) > 0) {
+    if (thread._place == Place::Anywhere && CPU_COUNT(&thread._processors) > 0) {
         ::sched_setaffinity(0, sizeof thread._processors, &thread._processors); // from now on it may go wherever there is room
     }
     thread._work();

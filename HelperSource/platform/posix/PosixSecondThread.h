@@ -15,15 +15,21 @@ public:
     /// Waits for the work.
     ~PosixSecondThread() { join(); }
 
+    /// What processors the thread may use, beside that of its maker.
+    enum class Place {
+        Anywhere, ///< from when it runs
+        Apart,    ///< from when it is waited for: for one that sleeps in between, and would be woken on its waker's processor
+    };
     /// Starts the work, at once and on another processor than the caller's where there is one; false, with nothing done, when there are
     /// no more threads. Once.
-    [[nodiscard]] bool start(std::function<void()> work);
+    [[nodiscard]] bool start(std::function<void()> work, Place place = Place::Anywhere);
     void join();
 
 private:
     static void *_run(void *self) noexcept;
 
     std::function<void()> _work;
+    Place _place = Place::Anywhere;
     cpu_set_t _processors{}; ///< those that the process may use; none when the thread begins wherever it likes
     pthread_t _thread{};
     bool _isStarted = false;

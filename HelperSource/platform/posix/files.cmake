@@ -3,6 +3,7 @@ target_sources(platform_posix PRIVATE
   PosixContent.cpp
   PosixContentCopy.cpp
   PosixExtendedAttributes.cpp
+  PosixFileFinisher.cpp
   PosixFileSystem.cpp
   PosixFinderAttributes.cpp
   PosixFinderInformation.cpp
@@ -13,6 +14,7 @@ target_sources(platform_posix PRIVATE
   PosixHierarchyWriter_folders.cpp
   PosixHierarchyWriter_removal.cpp
   PosixHierarchyWriter_threads.cpp
+  PosixItemFinish.cpp
   PosixMadeItems.cpp
   PosixPath.cpp
   PosixSecondThread.cpp)

@@ -148,6 +148,34 @@ TEST_F(PosixDisk, WithoutAttributesLabelsAreLeftOutAndTheLogIsToldOnce) {
               "A label, permissions or times could not be set: 'top/in/e': Operation not supported (2 more like it);");
 }
 
+TEST_F(PosixDisk, LabelsThatASecondThreadCouldNotSetAreToldLikeOthers) {
+    EXPECT_EQ(
+        onSmallDisk(
+            disk(), "mode=0777",
+            [&]() -> std::string {
+                FakeSystemLog log;
+                files.setLog(log);
+                auto writer = files.beginHierarchy(disk());
+                const ContentSource *const content = files.contentSource(folder / "small");
+                bool good = writer->enterFolder("top");
+                const auto work = [&] {
+                    good = good && writer->makeEmptyFile("a", {}) && writer->enterFolder("in") && writer->makeEmptyFile("e", {3, 0640U});
+                    for (int i = 0; i < 20; ++i) {
+                        good = good && writer->copyItem(std::to_string(i), *content, {4, {}});
+                    }
+                    writer->leaveFolder({});
+                };
+                if (writer->finishOnSecondThread(work, [](bool) {}) != TwoThreads::Done || !good) {
+                    return "not made: " + std::to_string(writer->lastError());
+                }
+                writer->leaveFolder({5, {}});
+                writer.reset();
+                return text(log.entries());
+            },
+            "ramfs"),
+        "A label, permissions or times could not be set: 'top/in/e': Operation not supported (21 more like it);");
+}
+
 TEST_F(PosixDisk, WhatCannotBeTakenAwayIsToldToTheLog) {
     FakeSystemLog log;
     files.setLog(log);

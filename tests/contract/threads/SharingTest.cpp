@@ -38,11 +38,9 @@ TEST_F(SharingTest, TheLogTellsOfTheContentsThatOneCouldNotCopy) {
 
 TEST_F(SharingTest, NamesThatDifferInCaseOnlyAreLeftToOne) {
     for (const char *const last : {"tWIN", "Twin", "another"}) {
-        std::vector<PropertyList> children{test::file("Twin")};
-        for (int i = 0; i < 3000; ++i) {
-            children.push_back(test::file("frame " + std::to_string(i)));
-        }
-        children.push_back(test::file(last));
+        std::vector<PropertyList> children = scenes(1500);
+        children.insert(children.begin(), scene("Twin"));
+        children.push_back(scene(last));
         shared.makers.clear();
         const bool isTheSame = std::string(last) == "Twin";
         const bool isAnother = std::string(last) == "another";
@@ -58,18 +56,14 @@ TEST_F(SharingTest, NamesThatDifferInCaseOnlyAreLeftToOne) {
                 EXPECT_TRUE(changed.wait_for(lock, std::chrono::seconds(20), [&] { return isLastMade; }));
             }
         };
-        EXPECT_EQ(bothWays(test::preset("top", children), folder / "one").disk.size(), isTheSame ? 3002U : 3003U);
+        EXPECT_EQ(bothWays(test::preset("top", children), folder / "one").disk.size(), isTheSame ? 3003U : 3005U);
         EXPECT_EQ(shared.makers.size(), isAnother ? 2U : 1U) << last;
     }
 }
 
 TEST_F(SharingTest, NamesBesideAFolderMadeAheadAreComparedBeforeItIsMade) {
-    std::vector<PropertyList> inside;
-    for (int i = 0; i < 500; ++i) {
-        inside.push_back(test::file("frame " + std::to_string(i)));
-    }
     const Outcome outcome = bothWays(
-        test::preset("top", {test::file("Twin"), test::file("twin"), test::folder("large", inside), test::file("x")}), folder / "one");
+        test::preset("top", {test::file("Twin"), test::file("twin"), test::folder("large", scenes(250)), test::file("x")}), folder / "one");
     EXPECT_EQ(outcome.disk.size(), 505U);
     EXPECT_EQ(shared.mostAhead, 0U);
     EXPECT_EQ(shared.sharings, 1); // of the large one by itself
@@ -109,11 +103,7 @@ TEST_F(SharingTest, FailuresOfSmallHierarchiesAreThoseThatOneMeets) {
 TEST_F(SharingTest, ADiskThatRefusesIsNotAskedForEver) {
     std::vector<PropertyList> folders;
     for (int i = 0; i < 20; ++i) {
-        std::vector<PropertyList> inside;
-        for (int file = 0; file < 100; ++file) {
-            inside.push_back(test::file("frame " + std::to_string(file)));
-        }
-        folders.push_back(test::folder("scene " + std::to_string(i), inside));
+        folders.push_back(test::folder("scene " + std::to_string(i), scenes(50)));
     }
     single.refusesTwoThreads = true;
     EXPECT_EQ(create(single, test::preset("top", folders), folder / "one").disk.size(), 2021U);
@@ -124,10 +114,8 @@ TEST_F(SharingTest, LookUpDifferentContentsAtTheSameTime) {
     const auto copy = [](const std::string &name, const char *content) {
         return dict({{"filename", text(name)}, {"contentFilename", text(content)}});
     };
-    std::vector<PropertyList> children{copy("first", "small")};
-    for (int i = 0; i < 200; ++i) {
-        children.push_back(test::file("frame " + std::to_string(i)));
-    }
+    std::vector<PropertyList> children = scenes(100);
+    children.insert(children.begin(), copy("first", "small"));
     children.push_back(copy("last", "large"));
     std::mutex monitor;
     std::condition_variable changed;
@@ -147,10 +135,8 @@ TEST_F(SharingTest, LookUpDifferentContentsAtTheSameTime) {
 
 TEST_F(SharingTest, LookUpOneContentOnce) {
     const auto copy = [](const std::string &name) { return dict({{"filename", text(name)}, {"contentFilename", text("small")}}); };
-    std::vector<PropertyList> children{copy("first")};
-    for (int i = 0; i < 200; ++i) {
-        children.push_back(test::file("frame " + std::to_string(i)));
-    }
+    std::vector<PropertyList> children = scenes(100);
+    children.insert(children.begin(), copy("first"));
     children.push_back(copy("last"));
     std::mutex monitor;
     std::condition_variable changed;
@@ -158,7 +144,7 @@ TEST_F(SharingTest, LookUpOneContentOnce) {
     int lookedUp = 0;
     shared.beforeEmptyFile = [&](std::string_view name) {
         const std::lock_guard lock(monitor);
-        isOtherNear = isOtherNear || name == "frame 199";
+        isOtherNear = isOtherNear || name == "frame 99";
         changed.notify_all();
     };
     shared.beforeContent = [&](std::string_view) {
@@ -187,46 +173,54 @@ TEST_F(SharingTest, OneProcessorIsLeftToOne) {
 }
 
 TEST_F(SharingTest, AFolderThatWasThereIsLeftToOne) {
-    std::vector<PropertyList> many;
-    for (int i = 0; i < 1000; ++i) {
-        many.push_back(test::file("file " + std::to_string(i)));
-    }
-    std::vector<PropertyList> others;
-    for (int i = 500; i < 1500; ++i) {
-        others.push_back(test::file("file " + std::to_string(i)));
-    }
-    const Outcome outcome = bothWays(test::preset("top", {test::folder("twin", many), test::folder("twin", others)}), folder / "one");
-    EXPECT_EQ(outcome.disk.size(), 1502U);
+    const Outcome outcome =
+        bothWays(test::preset("top", {test::folder("twin", scenes(500)), test::folder("twin", scenes(700))}), folder / "one");
+    EXPECT_EQ(outcome.disk.size(), 1402U);
     EXPECT_EQ(shared.sharings, 1); // of the first one
     putFolder(folder / "two/there");
     auto writer = files.beginHierarchy(folder / "two");
     ASSERT_TRUE(writer->enterFolder("there"));
     EXPECT_EQ(writer->makeOnTwoThreads({}, [](HierarchyWriter &) { FAIL() << "called"; }), TwoThreads::Refused);
+    EXPECT_EQ(writer->finishOnSecondThread([] { FAIL() << "called"; }, [](bool) { FAIL() << "called"; }), TwoThreads::Refused);
+}
+
+/// So many copies, each in a folder of its own or all in one.
+std::vector<PropertyList> copies(int count, const std::string &content, bool isEachInAFolder) {
+    std::vector<PropertyList> all;
+    for (int i = 0; i < count; ++i) {
+        const std::string name = "copy " + std::to_string(i);
+        const PropertyList copy = dict({{"filename", text(name)}, {"contentFilename", text(content)}});
+        all.push_back(isEachInAFolder ? test::folder("in " + name, {copy}) : copy);
+    }
+    return all;
 }
 
 TEST_F(SharingTest, AmongTheContentsOneMakesThemInTheirOrder) {
     putFolder(folder / "support/Orvane/File Content/work");
-    std::vector<PropertyList> children{dict({{"filename", text("first")}, {"permissions", text("604")}})};
-    for (int i = 0; i < 1000; ++i) {
-        children.push_back(dict({{"filename", text("copy " + std::to_string(i))}, {"contentFilename", text("work/top/first")}}));
+    for (const bool isEachInAFolder : {true, false}) {
+        std::vector<PropertyList> children = copies(500, "work/top/first", isEachInAFolder);
+        children.insert(children.begin(), dict({{"filename", text("first")}, {"permissions", text("604")}}));
+        const std::string base = folder / "support/Orvane/File Content/work";
+        const Outcome outcome = create(shared, test::preset("top", children), base);
+        EXPECT_EQ(outcome.disk.size(), isEachInAFolder ? 1002U : 502U);
+        EXPECT_EQ(modeOf(base + (isEachInAFolder ? "/top/in copy 499/copy 499" : "/top/copy 499")), 0604U);
+        EXPECT_EQ(shared.sharings + shared.finishings, 0);
+        std::filesystem::remove_all(base + "/top");
     }
-    const Outcome outcome = create(shared, test::preset("top", children), folder / "support/Orvane/File Content/work");
-    EXPECT_EQ(outcome.disk.size(), 1002U);
-    EXPECT_EQ(modeOf(folder / "support/Orvane/File Content/work/top/copy 999"), 0604U);
-    EXPECT_EQ(shared.sharings, 0);
 }
 
 TEST_F(SharingTest, ContentsThatMayBeAmongThoseMadeAreLeftToOne) {
-    std::vector<PropertyList> children{dict({{"filename", text("first")}, {"permissions", text("604")}})};
-    for (int i = 0; i < 200; ++i) {
-        children.push_back(dict({{"filename", text("copy " + std::to_string(i))}, {"contentFilename", text("../../../one/top/first")}}));
+    for (const bool isEachInAFolder : {true, false}) {
+        std::vector<PropertyList> children = copies(500, "../../../one/top/first", isEachInAFolder);
+        children.insert(children.begin(), dict({{"filename", text("first")}, {"permissions", text("604")}}));
+        const Outcome outcome = bothWays(test::preset("top", children), folder / "one");
+        ASSERT_EQ(outcome.disk.size(), isEachInAFolder ? 1002U : 502U);
+        for (int i = 0; i < 500; ++i) {
+            const std::string name = "copy " + std::to_string(i);
+            EXPECT_EQ(outcome.disk.at("/top/" + (isEachInAFolder ? "in " + name + "/" : "") + name).substr(0, 8), "file 388"); // 0604
+        }
+        EXPECT_EQ(starts, 1);
     }
-    const Outcome outcome = bothWays(test::preset("top", children), folder / "one");
-    ASSERT_EQ(outcome.disk.size(), 202U);
-    for (int i = 0; i < 200; ++i) {
-        EXPECT_EQ(outcome.disk.at("/top/copy " + std::to_string(i)).substr(0, 8), "file 388"); // 0604
-    }
-    EXPECT_EQ(starts, 1);
 }
 
 TEST_F(SharingTest, FewDescriptorsAreLeftToOne) {
@@ -235,6 +229,8 @@ TEST_F(SharingTest, FewDescriptorsAreLeftToOne) {
         const test::SoftLimit few(RLIMIT_NOFILE, limit);
         EXPECT_EQ(bothWays(tree.preset(), folder / "one").disk.size(), Nodes + 1) << limit;
         EXPECT_EQ(shared.sharings, sharings) << limit;
+        EXPECT_EQ(bothWays(test::preset("top", copies(500, "small", false)), folder / "one").disk.size(), 501U) << limit;
+        EXPECT_EQ(shared.finishings, sharings) << limit;
     }
 }
 
@@ -244,6 +240,7 @@ public:
     [[nodiscard]] std::unique_ptr<Entry> begin(std::string_view) override { return std::make_unique<Watched>(*this); }
 
     std::array<int, Workers> noted{}; ///< items
+    std::array<int, Workers> done{};
     std::array<bool, Workers> isAtWork{};
     int mistakes = 0; ///< items begun before the last one was done
 
@@ -259,6 +256,7 @@ private:
         }
         void isDone(Worker worker) override {
             const std::lock_guard lock(_monitor);
+            ++_journal.done.at(worker);
             _journal.isAtWork.at(worker) = false;
         }
 
@@ -272,16 +270,13 @@ private:
 TEST_F(SharingTest, TheJournalIsToldWhatEachOfThemIsAt) {
     WatchedJournal journal;
     ORVJournaledFileSystem journaled(shared, journal);
-    std::vector<PropertyList> children;
-    for (int i = 0; i < 2000; ++i) {
-        children.push_back(test::file("frame " + std::to_string(i)));
-    }
+    const std::vector<PropertyList> children = scenes(1000);
     std::mutex monitor;
     std::condition_variable changed;
     bool isLastMade = false;
     shared.beforeEmptyFile = [&](std::string_view name) { // so that both make something
         std::unique_lock lock(monitor);
-        if (name == "frame 1999") {
+        if (name == "frame 999") {
             isLastMade = true;
             changed.notify_all();
         } else if (name == "frame 0") {
@@ -294,6 +289,11 @@ TEST_F(SharingTest, TheJournalIsToldWhatEachOfThemIsAt) {
     EXPECT_GT(journal.noted[1], 0);
     EXPECT_EQ(journal.mistakes, 0);
     EXPECT_FALSE(journal.isAtWork[0] || journal.isAtWork[1]);
+    EXPECT_EQ(create(journaled, test::preset("flat", copies(1000, "small", false)), folder / "two").disk.size(), 3002U);
+    EXPECT_EQ(journal.noted[0] + journal.noted[1], 3002);
+    EXPECT_EQ(journal.mistakes, 0);
+    EXPECT_FALSE(journal.isAtWork[0] || journal.isAtWork[1]);
+    EXPECT_GT(journal.done[1], journal.noted[1]); // the second thread tells that it has finished some
 }
 
 } // namespace

@@ -39,20 +39,13 @@ TEST_F(TwoThreadsTest, ShareWhatLiesDeepInOneFolder) {
     EXPECT_EQ(shared.sharings, 1);
 }
 
-TEST_F(TwoThreadsTest, ShareManyFilesOfOneFolder) {
-    std::vector<PropertyList> children;
-    for (int i = 0; i < 5000; ++i) {
-        children.push_back(test::file("frame " + std::to_string(i)));
-    }
-    EXPECT_EQ(bothWays(test::preset("top", children), folder / "one").disk.size(), 5001U);
+TEST_F(TwoThreadsTest, ShareManyFoldersOfOneFolder) {
+    EXPECT_EQ(bothWays(test::preset("top", scenes(2500)), folder / "one").disk.size(), 5001U);
     EXPECT_EQ(shared.sharings, 1);
 }
 
 TEST_F(TwoThreadsTest, BothMakeWhatComesBeforeAFailureAtTheEnd) {
-    std::vector<PropertyList> children;
-    for (int i = 0; i < 5000; ++i) {
-        children.push_back(test::file("frame " + std::to_string(i)));
-    }
+    std::vector<PropertyList> children = scenes(2500);
     children.push_back(test::folder("last", {test::folder("in it", {test::file(std::string(256, 'n'))})}));
     std::mutex monitor;
     std::condition_variable changed;
@@ -63,7 +56,7 @@ TEST_F(TwoThreadsTest, BothMakeWhatComesBeforeAFailureAtTheEnd) {
         std::unique_lock lock(monitor);
         if (name.size() == 256) {
             isMetAtTheEnd = true;
-        } else if (name == "frame 4500") { // in a part of its own, well before the failure
+        } else if (name == "frame 2250") { // in a part of its own, well before the failure
             hasGoneOn = isMetAtTheEnd;
             changed.notify_all();
         } else if (name == "frame 0") {
@@ -111,14 +104,13 @@ TEST_F(TwoThreadsTest, FailWithTheErrorThatOneMeetsAndLeaveNothing) {
 }
 
 TEST_F(TwoThreadsTest, TellOfTheFirstFailureThoughTheLastOneIsMetSooner) {
-    std::vector<PropertyList> children;
-    for (int i = 0; i < 5000; ++i) {
-        const bool isTooLong = i == 2000 || i == 4999;
-        children.push_back(test::file((isTooLong ? std::string(256, 'n') : std::string("frame ")) + std::to_string(i)));
+    std::vector<PropertyList> children = scenes(2500);
+    for (const std::size_t i : {1000U, 2499U}) {
+        children[i] = test::folder("frame " + std::to_string(i), {test::file(std::string(256, 'n') + std::to_string(i))});
     }
     const Outcome outcome = bothWays(test::preset("top", children), folder / "one");
     ASSERT_EQ(outcome.alerts.size(), 1U);
-    EXPECT_NE(outcome.alerts.front().message.value_or("").find("n2000'"), std::string::npos);
+    EXPECT_NE(outcome.alerts.front().message.value_or("").find("n1000'"), std::string::npos);
     EXPECT_EQ(outcome.disk.size(), 0U);
     EXPECT_EQ(shared.sharings, 1);
 }

@@ -90,6 +90,20 @@ private:
     std::vector<Node> _nodes;
 };
 
+/// A folder with a file of the same name in it. Many of them are what two threads share out in one folder.
+inline PropertyList scene(const std::string &name) {
+    return test::folder(name, {test::file(name)});
+}
+
+/// "frame 0" and so on.
+inline std::vector<PropertyList> scenes(int count) {
+    std::vector<PropertyList> all;
+    for (int i = 0; i < count; ++i) {
+        all.push_back(scene("frame " + std::to_string(i)));
+    }
+    return all;
+}
+
 /// Everything below a folder: path to kind, mode, label and contents.
 inline std::map<std::string, std::string> snapshot(const std::string &folder) {
     std::map<std::string, std::string> result;

@@ -25,6 +25,7 @@ public:
     long roomForCopies = 1'000'000; ///< those of them that may be copies
     int errorWhenFull = ENOSPC;
     std::atomic<int> sharings = 0; ///< pieces of work that two threads did
+    int finishings = 0;            ///< pieces of work of which a second thread finished the files
     int refusals = 0;              ///< for that reason
     int hierarchies = 0;
     std::function<void(std::string_view name)> beforeEmptyFile; ///< on whichever thread makes it
@@ -85,6 +86,16 @@ private:
                 work(watched);
             });
             _owner.sharings += result == TwoThreads::Done ? 1 : 0;
+            return result;
+        }
+        [[nodiscard]] TwoThreads finishOnSecondThread(const std::function<void()> &work,
+                                                      const std::function<void(bool isGood)> &finished) override {
+            if (_owner.refusesTwoThreads) {
+                ++_owner.refusals;
+                return TwoThreads::Refused;
+            }
+            const TwoThreads result = _writer.finishOnSecondThread(work, finished);
+            _owner.finishings += result == TwoThreads::Done ? 1 : 0;
             return result;
         }
         void removeEverythingMade() override { _writer.removeEverythingMade(); }

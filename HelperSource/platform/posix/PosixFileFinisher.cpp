@@ -1,0 +1,118 @@
+#include "platform/posix/PosixFileFinisher.h"
+
+#include "platform/posix/PosixContentCopy.h"
+
+#include <algorithm>
+#include <new>
+#include <utility>
+
+namespace orvane {
+
+namespace {
+
+/// Files in the first batch, so that a folder of some dozen files comes to have two threads.
+constexpr std::size_t FirstBatch = 4;
+/// Files in a batch at most: beside so many, waking the other thread costs little. Three such batches can be open at once.
+constexpr std::size_t LargestBatch = 64;
+
+} // namespace
+
+PosixFileFinisher::PosixFileFinisher(const std::function<void(bool isGood)> &finished) : _finished(finished), _batch(FirstBatch) {
+    for (std::vector<File> *const files : {&_own, &_taken, &_given}) {
+        files->reserve(LargestBatch);
+    }
+}
+
+void PosixFileFinisher::add(File file) {
+    _own.push_back(std::move(file));
+    if (_own.size() >= _batch) {
+        _handOver();
+        _batch = std::min(_batch * 2, LargestBatch);
+    }
+}
+
+void PosixFileFinisher::_handOver() {
+    if (!_isStarted) {
+        _isStarted = true;
+        _hasThread = _thread.start([this] { _run(); }, PosixSecondThread::Place::Apart);
+    }
+    if (!_hasThread) {
+        _complete(_own);
+        return;
+    }
+    {
+        std::unique_lock lock(_monitor);
+        _isTaken.wait(lock, [this] { return _given.empty(); });
+        _given.swap(_own);
+    }
+    _isThere.notify_one();
+}
+
+void PosixFileFinisher::wait() {
+    if (!_own.empty()) {
+        _handOver();
+    }
+    std::unique_lock lock(_monitor);
+    _isTaken.wait(lock, [this] { return _given.empty() && !_isBusy; });
+}
+
+void PosixFileFinisher::end() {
+    wait();
+    {
+        const std::lock_guard lock(_monitor);
+        _isEnding = true;
+    }
+    _isThere.notify_one();
+    _thread.join();
+}
+
+void PosixFileFinisher::_run() {
+    std::unique_lock lock(_monitor);
+    for (;;) {
+        _isThere.wait(lock, [this] { return !_given.empty() || _isEnding; });
+        if (_given.empty()) {
+            return;
+        }
+        _taken.swap(_given);
+        _isBusy = true;
+        lock.unlock();
+        _isTaken.notify_one();
+        _complete(_taken);
+        lock.lock();
+        _isBusy = false;
+        _isTaken.notify_one();
+    }
+}
+
+void PosixFileFinisher::_complete(std::vector<File> &batch) {
+    for (File &each : batch) {
+        if (_isGood && !_complete(each)) {
+            _isGood = false;
+            _finished(false);
+        }
+    }
+    batch.clear();
+    if (_isGood) {
+        _finished(true);
+    }
+}
+
+bool PosixFileFinisher::_complete(File &file) {
+    const PosixContent *const content = file.finish.content;
+    if (content != nullptr && !writeContents(file.file.get(), content->bytes())) {
+        return false;
+    }
+    int error = 0;
+    try {
+        error = finishNewFile(file.file.get(), file.finish);
+    } catch (const std::bad_alloc &) { // a single thread may get by with what there is
+        return false;
+    }
+    if (error != 0 && _unfinished.count++ == 0) {
+        _unfinished.first = file.item;
+        _unfinished.error = error;
+    }
+    return content == nullptr || file.file.closeChecked();
+}
+
+} // namespace orvane
