@@ -40,7 +40,7 @@ PropertyList flat(const Mixture &mixture) {
         const bool isFolder = number(mixture.nodes) < static_cast<std::size_t>(mixture.folders);
         const std::string name = isTwin ? "twin" : "{Job} take " + std::to_string(i);
         const std::string content = number(60) == 0 ? "large" : number(60) == 0 ? "tree" : contents[below(contents.size())];
-        const std::string mode = modes[below(modes.size())];
+        const std::string &mode = modes[below(modes.size())];
         children.push_back(
             dict({{"filename", text(name)},
                   {"isFolder", yes(isFolder)},
