@@ -74,10 +74,9 @@ public:
     }
 
     /// Calls `work` on this thread, where it makes items with this writer and comes back to the current folder unless something
-    /// failed; meanwhile another thread gives the files their contents, labels, modes and times, in the order in which they are
-    /// made. `copyItem` and `makeEmptyFile` may succeed before that. All is done when this returns. `finished` is called
-    /// on the other thread, now and then with true, and with false as soon as a file could not be finished: `work` may end
-    /// then, and the result is `Failed`.
+    /// failed; meanwhile another thread gives the files their contents, labels, modes and times. `copyItem` and `makeEmptyFile`
+    /// may succeed before that. All is done when this returns. `finished` is called on either thread, now and then with true,
+    /// and once with false as soon as a file could not be finished: `work` may end then, and the result is `Failed`.
     [[nodiscard]] virtual TwoThreads finishOnSecondThread(const std::function<void()> & /*work*/,
                                                           const std::function<void(bool isGood)> & /*finished*/) {
         return TwoThreads::Refused;

@@ -36,24 +36,29 @@ void PosixFileFinisher::_handOver() {
         _isStarted = true;
         _hasThread = _thread.start([this] { _run(); }, PosixSecondThread::Place::Apart);
     }
-    if (!_hasThread) {
+    if (_hasThread) {
+        const std::lock_guard lock(_monitor);
+        if (_given.empty()) {
+            _given.swap(_own);
+        }
+    }
+    if (_own.empty()) {
+        _isThere.notify_one();
+    } else {
         _complete(_own);
-        return;
     }
-    {
-        std::unique_lock lock(_monitor);
-        _isTaken.wait(lock, [this] { return _given.empty(); });
-        _given.swap(_own);
-    }
-    _isThere.notify_one();
 }
 
 void PosixFileFinisher::wait() {
-    if (!_own.empty()) {
-        _handOver();
-    }
+    _complete(_own);
     std::unique_lock lock(_monitor);
-    _isTaken.wait(lock, [this] { return _given.empty() && !_isBusy; });
+    if (!_given.empty()) {
+        _own.swap(_given);
+        lock.unlock();
+        _complete(_own);
+        lock.lock();
+    }
+    _isIdle.wait(lock, [this] { return !_isBusy; });
 }
 
 void PosixFileFinisher::end() {
@@ -76,28 +81,34 @@ void PosixFileFinisher::_run() {
         _taken.swap(_given);
         _isBusy = true;
         lock.unlock();
-        _isTaken.notify_one();
         _complete(_taken);
         lock.lock();
         _isBusy = false;
-        _isTaken.notify_one();
+        _isIdle.notify_one();
     }
 }
 
 void PosixFileFinisher::_complete(std::vector<File> &batch) {
+    if (batch.empty()) {
+        return;
+    }
+    Unfinished unfinished;
     for (File &each : batch) {
-        if (_isGood && !_complete(each)) {
-            _isGood = false;
+        if (_isGood && !_complete(each, unfinished) && _isGood.exchange(false)) {
             _finished(false);
         }
     }
     batch.clear();
+    if (unfinished.count > 0) {
+        const std::lock_guard lock(_monitor);
+        _unfinished.add(unfinished);
+    }
     if (_isGood) {
         _finished(true);
     }
 }
 
-bool PosixFileFinisher::_complete(File &file) {
+bool PosixFileFinisher::_complete(File &file, Unfinished &unfinished) {
     const PosixContent *const content = file.finish.content;
     if (content != nullptr && !writeContents(file.file.get(), content->bytes())) {
         return false;
@@ -108,11 +119,18 @@ bool PosixFileFinisher::_complete(File &file) {
     } catch (const std::bad_alloc &) { // a single thread may get by with what there is
         return false;
     }
-    if (error != 0 && _unfinished.count++ == 0) {
-        _unfinished.first = file.item;
-        _unfinished.error = error;
+    if (error != 0) {
+        unfinished.add({1, file.item, error});
     }
     return content == nullptr || file.file.closeChecked();
+}
+
+void PosixFileFinisher::Unfinished::add(const Unfinished &others) {
+    if (count == 0 || others.first < first) {
+        first = others.first;
+        error = others.error;
+    }
+    count += others.count;
 }
 
 } // namespace orvane
