@@ -82,9 +82,15 @@ public:
         if (_stop()) {
             return TwoThreads::Refused;
         }
-        _isFinishedElsewhere = true;
-        const TwoThreads result = _writer->finishOnSecondThread(work, finished);
-        _isFinishedElsewhere = false;
+        TwoThreads result = TwoThreads::Failed;
+        try {
+            _isFinishedElsewhere = true;
+            result = _writer->finishOnSecondThread(work, finished);
+            _isFinishedElsewhere = false;
+        } catch (...) {
+            _isFinishedElsewhere = false;
+            throw;
+        }
         if (_owner._wasStopped) {
             _writer->removeEverythingMade();
         }

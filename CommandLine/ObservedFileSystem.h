@@ -19,6 +19,7 @@ public:
     [[nodiscard]] bool fileExists(std::string_view path) override { return _fileSystem.fileExists(path); }
     [[nodiscard]] bool isExecutableFile(std::string_view path) override { return _fileSystem.isExecutableFile(path); }
     [[nodiscard]] const ContentSource *contentSource(std::string_view path) override { return _fileSystem.contentSource(path); }
+    [[nodiscard]] bool haveContentsChanged() override { return _fileSystem.haveContentsChanged(); }
     void forgetContents() override { _fileSystem.forgetContents(); }
     [[nodiscard]] std::unique_ptr<HierarchyWriter> beginHierarchy(std::string_view basePath) override;
 

@@ -17,6 +17,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <new>
 #include <span>
 #include <string>
@@ -151,6 +152,7 @@ int main(int count, char **words) {
     if (!standardStreamsAreOpen()) {
         return static_cast<int>(ExitStatus::NotMade);
     }
+    std::signal(SIGXFSZ, SIG_IGN); // a file over the limit is a failing call like any other; scripts get the usual action back
     try {
         return static_cast<int>(runProgram(CommandArguments(words + (count > 0 ? 1 : 0), words + count)));
     } catch (const std::bad_alloc &) {

@@ -51,6 +51,7 @@
 #include <QTimer>
 
 #include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
@@ -285,6 +286,7 @@ int main(int count, char **words) {
     if (count == 2 && std::string_view(words[1]) == ProgressWindowOption) {
         return QtRunProgressWindow(count, words, STDIN_FILENO);
     }
+    std::signal(SIGXFSZ, SIG_IGN);           // a file over the limit is a failing call like any other; scripts get the usual action back
     QtApplication application(count, words); // takes its own options, such as -platform, out of the words
     if (const auto status = answerOptions({words, static_cast<std::size_t>(count)})) {
         return *status;

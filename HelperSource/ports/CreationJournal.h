@@ -34,6 +34,8 @@ public:
         virtual ~Entry() = default;
         /// Called before this worker makes an item in a folder. Returns the number that a folder has from now on.
         virtual FolderNumber aboutToMake(Kind kind, FolderNumber parent, std::string_view name, Worker worker) = 0;
+        /// Called while this worker completes files that were noted before, whichever these are, and again now and then.
+        virtual void isCompleting(Worker worker) = 0;
         /// Called after this worker did something, and when it has left a folder.
         virtual void isDone(Worker worker) = 0;
     };

@@ -9,7 +9,7 @@ namespace orvane {
 class CreationProgress {
 public:
     virtual ~CreationProgress() = default;
-    /// `nodes` more nodes of the hierarchy are on disk.
+    /// `nodes` more nodes of the hierarchy are on disk, some of them yet to be completed.
     virtual void advanced(std::size_t nodes) = 0;
     /// Everything was taken away, and the hierarchy is being made from its beginning: none is there.
     virtual void startedOver() {}

@@ -75,8 +75,9 @@ public:
 
     /// Calls `work` on this thread, where it makes items with this writer and comes back to the current folder unless something
     /// failed; meanwhile another thread gives the files their contents, labels, modes and times. `copyItem` and `makeEmptyFile`
-    /// may succeed before that. All is done when this returns. `finished` is called on either thread, now and then with true,
-    /// and once with false as soon as a file could not be finished: `work` may end then, and the result is `Failed`.
+    /// may succeed before that. All is done when this returns. `finished` is called on either thread, perhaps on both at once, now
+    /// and then with true, and once with false as soon as a file could not be finished: `work` may end then, and the result
+    /// is `Failed`. What `work` throws is thrown on when all is done.
     [[nodiscard]] virtual TwoThreads finishOnSecondThread(const std::function<void()> & /*work*/,
                                                           const std::function<void(bool isGood)> & /*finished*/) {
         return TwoThreads::Refused;
@@ -106,6 +107,9 @@ public:
     /// A folder at the path itself is a source. Owned by the file system, valid until `forgetContents()`; repeated calls
     /// for one path open it once.
     [[nodiscard]] virtual const ContentSource *contentSource(std::string_view path) = 0;
+    /// Whether the answers that `contentSource` has given since a hierarchy was begun may depend on the moment: a content was made
+    /// or changed since then, or stands where none was, as when it is among the items that are being made.
+    [[nodiscard]] virtual bool haveContentsChanged() { return false; }
     /// Lets go of all content sources, so that the next creation sees changed files.
     virtual void forgetContents() = 0;
     /// Starts a hierarchy inside `basePath`; the folder and its parents are made when they do not exist.

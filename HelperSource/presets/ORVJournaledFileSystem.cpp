@@ -68,10 +68,18 @@ public:
     }
     [[nodiscard]] TwoThreads finishOnSecondThread(const std::function<void()> &work,
                                                   const std::function<void(bool isGood)> &finished) override {
-        return _writer.finishOnSecondThread(work, [&](bool isGood) {
-            _entry.isDone(1 - _worker); // so that the journal is no older than what a disk slow to finish has
-            finished(isGood);
-        });
+        const Worker other = 1 - _worker;
+        const TwoThreads result = _writer.finishOnSecondThread(
+            [&] {
+                _entry.isCompleting(other);
+                work();
+            },
+            [&](bool isGood) {
+                _entry.isCompleting(other);
+                finished(isGood);
+            });
+        _entry.isDone(other);
+        return result;
     }
     void removeEverythingMade() override { _writer.removeEverythingMade(); }
     [[nodiscard]] int lastError() const override { return _writer.lastError(); }

@@ -46,11 +46,6 @@ bool dependsOnOrder(int error) {
     return error == ENOSPC || error == EDQUOT || error == EMFILE || error == ENFILE || error == ENOMEM || error == EMLINK || error == EBADF;
 }
 
-/// Whether a content of that name may be one of the items that are being made.
-bool leadsElsewhere(std::string_view contentFilename) {
-    return contentFilename.find("../") != std::string_view::npos;
-}
-
 /// FNV-1a (Fowler, Noll, Vo) over the name in ASCII lower case.
 std::uint64_t hashOfName(std::string_view name) {
     std::uint64_t hash = 0xCBF29CE484222325U;
@@ -100,6 +95,10 @@ void ORVPresetManager::CreationRun::logEmptied() {
     } catch (const std::bad_alloc &) { // lost, but what follows must happen
         return;
     }
+}
+
+bool ORVPresetManager::CreationRun::haveContentsChanged() {
+    return manager._ports.fileSystem.haveContentsChanged();
 }
 
 bool ORVPresetManager::CreationRun::isAmongContents(std::string_view path) {
@@ -194,9 +193,6 @@ const ContentSource *ORVPresetManager::CreationWalk::_contentNamed(std::string_v
     if (const auto known = _contents.find(contentFilename); known != _contents.end()) {
         return known->second;
     }
-    if (_isBesideAnother() && leadsElsewhere(contentFilename)) {
-        _run.dependsOnOrder = true;
-    }
     const ContentSource *source = _run.contentNamed(contentFilename);
     _contents.emplace(contentFilename, source);
     return source;
@@ -271,7 +267,7 @@ bool ORVPresetManager::CreationWalk::_makeOnTwoThreads(OpenFolder &folder) {
             _run.noteEmptied(std::move(emptied));
         }
     }
-    _run.dependsOnOrder = _run.dependsOnOrder || result == TwoThreads::Failed;
+    _run.dependsOnOrder = _run.dependsOnOrder || result == TwoThreads::Failed || _run.haveContentsChanged();
     return shared.firstFailed == std::numeric_limits<std::size_t>::max() && !_run.dependsOnOrder && _finishAhead(shared);
 }
 
@@ -302,12 +298,14 @@ bool ORVPresetManager::CreationWalk::_makeWhileAnotherFinishes(OpenFolder &folde
             _run.dependsOnOrder = true;
         }
     };
-    if (_writer.finishOnSecondThread(work, finished) == TwoThreads::Refused) {
+    const TwoThreads result = _writer.finishOnSecondThread(work, finished);
+    if (result == TwoThreads::Refused) {
         ++_run.refusals;
         return true;
     }
     folder.left = {};
     _failure = std::move(walk._failure);
+    _run.dependsOnOrder = _run.dependsOnOrder || result == TwoThreads::Failed || _run.haveContentsChanged();
     return isMade && !_run.dependsOnOrder;
 }
 

@@ -60,6 +60,8 @@ struct ORVPresetManager::CreationRun {
     /// The content of that name; each is looked up once, for a preset with thousands of copies has few contents. Null for one
     /// that cannot be copied. Any thread of the creation.
     [[nodiscard]] const ContentSource *contentNamed(std::string_view contentFilename);
+    /// Whether a content may be one of the items that two threads have made, so that it hung on them what it was.
+    [[nodiscard]] bool haveContentsChanged();
     /// Whether that folder lies in the folder of contents, so that what is made may be a content at the same time.
     [[nodiscard]] bool isAmongContents(std::string_view path);
 

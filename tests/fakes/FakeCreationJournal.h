@@ -7,8 +7,8 @@
 
 namespace orvane {
 
-/// Keeps the lines of what it is told: "begin BASE", "KIND PARENT/NAME" (with " = NUMBER" for folders), "done", "end"; those of
-/// the second worker with "2: " before them. One thread at a time.
+/// Keeps the lines of what it is told: "begin BASE", "KIND PARENT/NAME" (with " = NUMBER" for folders), "completes", "done", "end"; those
+/// of the second worker with "2: " before them. One thread at a time.
 class FakeCreationJournal final : public CreationJournal {
 public:
     [[nodiscard]] std::unique_ptr<Entry> begin(std::string_view basePath) override {
@@ -37,6 +37,7 @@ private:
                                      (isFolder ? " = " + std::to_string(number) : ""));
             return number;
         }
+        void isCompleting(Worker worker) override { _journal.lines.push_back(_prefix(worker) + "completes"); }
         void isDone(Worker worker) override { _journal.lines.push_back(_prefix(worker) + "done"); }
 
     private:

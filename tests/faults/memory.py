@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Makes a large hierarchy, on two threads where there are two processors, with less and less memory.
+"""Makes large hierarchies, on two threads where there are two processors, with less and less memory.
 
     memory.py --orvane PROGRAM [--short]
 
@@ -13,7 +13,6 @@ import sys
 
 import workshop
 
-GROUPS, IN_GROUP = 60, 50
 KILOBYTE = 1024
 MOST = 64 * KILOBYTE  # kilobytes
 STEP, SHORT_STEP = 16, 256
@@ -21,18 +20,29 @@ ENDS_OF_START = (-11, -6, 127)  # the C library's own, before there is enough me
 NAME = f"Acme {workshop.NUMBER + 1}"
 
 
-def prepare(shop):
+def many_folders():
+    """Both threads make what is in them."""
+    return [workshop.folder(f"group {group}", *[workshop.file(f"{'x' * 60} {number}") for number in range(50)]) for group in range(60)]
+
+
+def one_folder():
+    """One thread makes the files, the other one completes them."""
+    return [workshop.file(f"{'x' * 60} {number}", contentFilename="letter", color="red" if number % 3 == 0 else "") for number in range(1500)]
+
+
+SHAPES = {many_folders: 1 + 60 * 51, one_folder: 1 + 1500}  # and how many items that are, the top folder included
+
+
+def prepare(shop, shape):
     shop.prepare(used=True)
-    groups = [workshop.folder(f"group {group}", *[workshop.file(f"{'x' * 60} {number}") for number in range(IN_GROUP)])
-              for group in range(GROUPS)]
-    preset = {"label": "P", "directoryName": "{Project} {AutoNo}", "fileHierarchy": {"isFolder": True, "children": groups}}
+    preset = {"label": "P", "directoryName": "{Project} {AutoNo}", "fileHierarchy": {"isFolder": True, "children": shape()}}
     with open(shop.preferences, "wb") as out:
         plistlib.dump({"ORVPresets": [preset], "ORVAutomaticVars": workshop.OLD, **workshop.FOREIGN_KEYS}, out)
     with open(shop.preferences, "rb") as opened:
         return opened.read()
 
 
-def judge(shop, result, before):
+def judge(shop, shape, result, before):
     """What is wrong, and whether the program had got going."""
     status, out, err = result
     made = shop.made()
@@ -44,12 +54,31 @@ def judge(shop, result, before):
     if status in ENDS_OF_START and err in ("", "Fatal glibc error: Cannot allocate TLS block\n") and not out:
         return ("something was made", True) if made or after != before else (None, False)
     if status == 0:
-        count = sum(len(folders) + len(files) for _, folders, files in os.walk(os.path.join(shop.target, NAME)))
-        whole = made == {NAME} and count == GROUPS * (IN_GROUP + 1) and out == os.path.join(shop.target, NAME) + "\n"
+        count = 1 + sum(len(folders) + len(files) for _, folders, files in os.walk(os.path.join(shop.target, NAME)))
+        whole = made == {NAME} and count == SHAPES[shape] and out == os.path.join(shop.target, NAME) + "\n"
         return (None if whole else f"half a hierarchy: {count} of {made}"), True
     if status == 1 and err.startswith("orvane: ") and not made:
         return None, True
     return f"status {status}, {err[:200]!r}, made {made}", True
+
+
+def starve(shop, shape, step, ends):
+    """Until it succeeds three times in a row. Returns how many limits had complaints."""
+    failures = 0
+    whole = 0
+    for kilobytes in range(0, MOST, step):
+        before = prepare(shop, shape)
+        result = shop.run(["prlimit", f"--data={kilobytes * KILOBYTE}", *shop.words("Acme")])
+        problem, started = judge(shop, shape, result, before)
+        ends[result[0] if started else "too little to start"] += 1
+        if problem:
+            failures += 1
+            print(f"{shape.__name__}, {kilobytes} KB: {problem}", flush=True)
+        whole = whole + 1 if result[0] == 0 else 0
+        if whole == 3:
+            return failures
+    print(f"{shape.__name__}: not even with {MOST} KB")
+    return failures + 1
 
 
 def main():
@@ -58,24 +87,9 @@ def main():
     parser.add_argument("--short", action="store_true")
     options = parser.parse_args()
     shop = workshop.Workshop(os.path.abspath(options.orvane))
-    failures = 0
     ends = collections.Counter()
     try:
-        whole = 0
-        for kilobytes in range(0, MOST, SHORT_STEP if options.short else STEP):
-            before = prepare(shop)
-            result = shop.run(["prlimit", f"--data={kilobytes * KILOBYTE}", *shop.words("Acme")])
-            problem, started = judge(shop, result, before)
-            ends[result[0] if started else "too little to start"] += 1
-            if problem:
-                failures += 1
-                print(f"{kilobytes} KB: {problem}", flush=True)
-            whole = whole + 1 if result[0] == 0 else 0
-            if whole == 3:
-                break
-        if whole < 3:
-            failures += 1
-            print(f"not even with {MOST} KB")
+        failures = sum(starve(shop, shape, SHORT_STEP if options.short else STEP, ends) for shape in SHAPES)
     finally:
         shop.close()
     print(f"memory: {sum(ends.values())} limits, {failures} with complaints. Status or end: {dict(ends)}")

@@ -4,6 +4,7 @@
     recovery.py --orvane PROGRAM [--large]"""
 
 import argparse
+import collections
 import os
 import random
 import re
@@ -162,9 +163,9 @@ class Recovery(unittest.TestCase):
     def test_large_creations_killed_at_random_moments(self):
         """On two threads where there are two processors."""
         chance = random.Random(7)
-        left = 0
-        for _ in range(30 if LARGE else 8):
-            memory.prepare(self.shop)
+        left = collections.Counter()
+        for shape in (30 if LARGE else 8) * list(memory.SHAPES):
+            memory.prepare(self.shop, shape)
             with subprocess.Popen(self.shop.words("Acme"), stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
                                   env=self.shop.env, cwd=self.shop.target) as running:
                 deadline = time.monotonic() + workshop.DEADLINE
@@ -178,12 +179,24 @@ class Recovery(unittest.TestCase):
             items = self.items()
             status, out, err = self.recover("--remove")
             if not out:  # it was complete
-                self.assertEqual(items, 1 + memory.GROUPS * (memory.IN_GROUP + 1))
+                self.assertEqual(items, memory.SHAPES[shape])
                 continue
-            left += 1
+            left[shape] += 1
             self.assertEqual((status, err, re.findall(r"removed (\d+) item", out)), (0, "", [str(items)]), out)
             self.assertEqual(self.shop.made(), set())
-        self.assertGreater(left, 0)
+        self.assertEqual(left.keys(), memory.SHAPES.keys())
+
+    def test_files_that_had_yet_to_be_completed_are_no_changed_ones(self):
+        """However slow the disk is at completing them."""
+        for number in (2, 30, 70):
+            memory.prepare(self.shop, memory.one_folder)
+            status, _, err = self.shop.run(["strace", "-f", "-qq", "-o", "/dev/null", "-e", "signal=none", "-e", "inject=fsetxattr:delay_enter=25000",
+                                            "-e", f"inject=utimensat:signal=KILL:when={number}", *self.shop.words("Acme")])
+            self.assertEqual(status, -9, err)
+            items = self.items()
+            status, out, err = self.recover("--remove")
+            self.assertEqual((status, err, re.findall(r"removed (\d+) item", out)), (0, "", [str(items)]), out)
+            self.assertEqual(self.shop.made(), set())
 
 
 if __name__ == "__main__":

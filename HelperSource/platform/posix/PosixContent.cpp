@@ -21,6 +21,15 @@ FileDescriptor openForReading(std::string_view path) {
         uninterrupted([&] { return ::openat(reached.folder(), reached.path(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
 }
 
+/// Links followed; when it was made or changed for the last time.
+bool isThere(std::string_view path, timespec &changed) {
+    const PosixPath reached(path);
+    struct stat status {};
+    const bool is = ::fstatat(reached.folder(), reached.path(), &status, 0) == 0;
+    changed = status.st_ctim;
+    return is;
+}
+
 bool isLink(std::string_view path) {
     while (path.size() > 1 && path.ends_with('/')) {
         path.remove_suffix(1); // a "/" at the end would make the call follow the link
@@ -85,14 +94,16 @@ const PosixContent *PosixContentStore::content(std::string_view path) {
     std::unique_lock lock(_mutex);
     const auto known = _contents.find(path);
     if (known != _contents.end()) {
-        return known->second.get();
+        return known->second.content.get();
     }
     const std::size_t cacheLeft = LargestCache - std::min(LargestCache, _cached);
     lock.unlock();
     auto loaded = path.find('\0') == std::string_view::npos ? _load(path, cacheLeft) : nullptr;
+    timespec changed{};
+    const bool wasThere = loaded != nullptr || isThere(path, changed);
     lock.lock();
-    const auto [kept, isNew] = _contents.try_emplace(std::string(path), std::move(loaded));
-    PosixContent *const content = kept->second.get();
+    const auto [kept, isNew] = _contents.try_emplace(std::string(path), Kept{std::move(loaded), wasThere});
+    PosixContent *const content = kept->second.content.get();
     if (isNew && content != nullptr) {
         content->_store = this;
         _cached += content->_bytes.size();
@@ -101,6 +112,22 @@ const PosixContent *PosixContentStore::content(std::string_view path) {
         }
     }
     return content;
+}
+
+void PosixContentStore::beginToWatch() {
+    const std::lock_guard lock(_mutex);
+    ::clock_gettime(CLOCK_REALTIME_COARSE, &_watchedSince);
+}
+
+bool PosixContentStore::haveChanged() {
+    const std::lock_guard lock(_mutex);
+    const auto isOlder = [this](const timespec &time) {
+        return time.tv_sec < _watchedSince.tv_sec || (time.tv_sec == _watchedSince.tv_sec && time.tv_nsec < _watchedSince.tv_nsec);
+    };
+    return std::any_of(_contents.begin(), _contents.end(), [&](const auto &each) {
+        timespec changed{};
+        return isThere(each.first, changed) && !(each.second.wasThere && isOlder(changed));
+    });
 }
 
 void PosixContentStore::forget() {

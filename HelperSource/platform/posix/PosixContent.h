@@ -79,6 +79,10 @@ public:
 
     /// See `FileSystem::contentSource`.
     [[nodiscard]] const PosixContent *content(std::string_view path);
+    /// From now on counts for `haveChanged`.
+    void beginToWatch();
+    /// See `FileSystem::haveContentsChanged`. Asks the system once for each path.
+    [[nodiscard]] bool haveChanged();
     void forget();
     /// Closes all descriptors, for want of them elsewhere.
     void closeAll();
@@ -97,7 +101,12 @@ private:
     void _closeOldest();
 
     std::mutex _mutex; ///< over everything below, and over the descriptors of the contents
-    std::unordered_map<std::string, std::unique_ptr<PosixContent>, Hash, std::equal_to<>> _contents;
+    struct Kept {
+        std::unique_ptr<PosixContent> content; ///< null for what cannot be copied
+        bool wasThere;                         ///< something was
+    };
+    std::unordered_map<std::string, Kept, Hash, std::equal_to<>> _contents;
+    timespec _watchedSince{}; ///< by the clock that stamps files
     std::vector<const PosixContent *> _open;
     std::size_t _cached = 0; ///< bytes
     std::uint64_t _uses = 0;

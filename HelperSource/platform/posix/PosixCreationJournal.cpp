@@ -35,9 +35,12 @@ struct Header {
     timespec last;
     std::uint32_t pathLength;
     std::uint32_t isTouched;                                     ///< 1 when the removal was begun
-    std::array<std::uint64_t, CreationJournal::Workers> current; ///< how many records there are up to what that thread is at; 0 for nothing
+    std::array<std::uint64_t, CreationJournal::Workers> current; ///< how many records there are up to what that thread is at; 0 for
+                                                                 ///< nothing, `AnyFile` for one that completes files
 };
 static_assert(sizeof(Header) % 8 == 0 && std::atomic_ref<std::uint64_t>::is_always_lock_free);
+
+constexpr std::uint64_t AnyFile = UINT64_MAX;
 
 struct RecordHead {
     CreationJournal::FolderNumber parent;
@@ -121,13 +124,15 @@ public:
         return number;
     }
 
-    void isDone(Worker worker) override {
-        const std::lock_guard lock(_mutex);
-        _header()->last = now();
-        _header()->current[worker] = 0;
-    }
+    void isCompleting(Worker worker) override { _isAt(worker, AnyFile); }
+    void isDone(Worker worker) override { _isAt(worker, 0); }
 
 private:
+    void _isAt(Worker worker, std::uint64_t current) {
+        const std::lock_guard lock(_mutex);
+        _header()->last = now();
+        _header()->current[worker] = current;
+    }
     [[nodiscard]] Header *_header() { return reinterpret_cast<Header *>(_memory); }
     [[nodiscard]] std::atomic_ref<std::uint64_t> _used() { return std::atomic_ref(_header()->used); }
 
@@ -223,7 +228,8 @@ std::optional<PosixCreationRecord> PosixCreationJournal::read(int file) {
     if (::pread(file, text.data(), text.size(), headerSize) != static_cast<ssize_t>(text.size())) {
         return std::nullopt;
     }
-    PosixCreationRecord record{text.substr(0, header.pathLength), header.begun, header.last, {}, header.isTouched != 0, {}};
+    const bool completesFiles = std::find(header.current.begin(), header.current.end(), AnyFile) != header.current.end();
+    PosixCreationRecord record{text.substr(0, header.pathLength), header.begun, header.last, {}, completesFiles, header.isTouched != 0, {}};
     for (std::size_t at = header.pathLength; at + sizeof(RecordHead) <= text.size();) {
         RecordHead head{};
         std::memcpy(&head, text.data() + at, sizeof head);

@@ -23,6 +23,7 @@ struct PosixCreationRecord {
     timespec begun{};
     timespec last{};                     ///< something was begun or done then for the last time; the process may have lived a little longer
     std::vector<std::size_t> unfinished; ///< items that were not done, one for each thread that was at work
+    bool anyMayBeLate = false;           ///< files were being completed, whichever of them
     bool wasTouched = false;             ///< its removal was begun, and not ended
     /// Folders are numbered from 1 in this order; `parent` is such a number.
     std::vector<Item> items;

@@ -3,6 +3,7 @@
 #include "platform/posix/PosixContentCopy.h"
 
 #include <algorithm>
+#include <chrono>
 #include <new>
 #include <utility>
 
@@ -14,6 +15,11 @@ namespace {
 constexpr std::size_t FirstBatch = 4;
 /// Files in a batch at most: beside so many, waking the other thread costs little. Three such batches can be open at once.
 constexpr std::size_t LargestBatch = 64;
+
+/// How long the maker waits for a batch before it lets the other thread have this processor.
+constexpr std::chrono::milliseconds Patience(2);
+/// From so long on `finished` is called within a batch.
+constexpr std::chrono::milliseconds TellEvery(100);
 
 } // namespace
 
@@ -58,7 +64,13 @@ void PosixFileFinisher::wait() {
         _complete(_own);
         lock.lock();
     }
-    _isIdle.wait(lock, [this] { return !_isBusy; });
+    const auto isIdle = [this] { return !_isBusy; };
+    if (!_isIdle.wait_for(lock, Patience, isIdle)) { // it has no processor, perhaps; this one has time now
+        lock.unlock();
+        _thread.setFree();
+        lock.lock();
+        _isIdle.wait(lock, isIdle);
+    }
 }
 
 void PosixFileFinisher::end() {
@@ -93,9 +105,14 @@ void PosixFileFinisher::_complete(std::vector<File> &batch) {
         return;
     }
     Unfinished unfinished;
+    auto told = std::chrono::steady_clock::now();
     for (File &each : batch) {
         if (_isGood && !_complete(each, unfinished) && _isGood.exchange(false)) {
             _finished(false);
+        }
+        if (const auto now = std::chrono::steady_clock::now(); _isGood && now - told >= TellEvery) {
+            _finished(true);
+            told = now;
         }
     }
     batch.clear();

@@ -29,8 +29,8 @@ public:
         PosixFileFinish finish;                            ///< its content, in memory, gives the bytes, too
     };
 
-    /// `finished` is borrowed, and called on either thread: with true after a batch, once with false as soon as a file did not
-    /// get its bytes. Those that are not yet complete are given up then.
+    /// `finished` is borrowed, and called on either thread, perhaps on both at once: with true after a batch, and within a slow one
+    /// every 100 ms; once with false as soon as a file did not get its bytes. Those that are not yet complete are given up then.
     explicit PosixFileFinisher(const std::function<void(bool isGood)> &finished);
     PosixFileFinisher(const PosixFileFinisher &) = delete;
     PosixFileFinisher &operator=(const PosixFileFinisher &) = delete;

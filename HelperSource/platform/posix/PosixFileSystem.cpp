@@ -71,6 +71,10 @@ const ContentSource *PosixFileSystem::contentSource(std::string_view path) {
     return _contents.content(path);
 }
 
+bool PosixFileSystem::haveContentsChanged() {
+    return _contents.haveChanged();
+}
+
 void PosixFileSystem::forgetContents() {
     _contents.forget();
 }
@@ -80,6 +84,7 @@ std::unique_ptr<HierarchyWriter> PosixFileSystem::beginHierarchy(std::string_vie
         errno = EINVAL;
         return nullptr;
     }
+    _contents.beginToWatch();
     std::vector<std::string> missing;
     FileDescriptor folder = openFolder(AT_FDCWD, std::string(basePath).c_str());
     if (!folder && (errno == ENOENT || errno == ENAMETOOLONG)) {

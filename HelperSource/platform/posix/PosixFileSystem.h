@@ -27,6 +27,7 @@ public:
     /// A folder is no executable file.
     [[nodiscard]] bool isExecutableFile(std::string_view path) override;
     [[nodiscard]] const ContentSource *contentSource(std::string_view path) override;
+    [[nodiscard]] bool haveContentsChanged() override;
     void forgetContents() override;
     /// Symbolic links in the path of the base are followed, below the base none is. Null leaves `errno`.
     [[nodiscard]] std::unique_ptr<HierarchyWriter> beginHierarchy(std::string_view basePath) override;

@@ -89,15 +89,16 @@ bool PosixHierarchyWriter::_fail(int error) {
 
 void PosixHierarchyWriter::_noteOmission(std::string_view name, int error) {
     if (error != 0) {
-        _omissions.add(error, _pathOfRoot, _cursor.pathFromRoot(), name);
+        _omissions.add(error, _pathOfRoot, _cursor.pathFromRoot(), name, _items.end());
     }
 }
 
-void PosixHierarchyWriter::Omissions::add(int why, std::string_view root, std::string_view folder, std::string_view name) {
+void PosixHierarchyWriter::Omissions::add(int why, std::string_view root, std::string_view folder, std::string_view name, Index listEnd) {
     if (count++ > 0) {
         return;
     }
     error = why;
+    end = listEnd;
     try {
         first.assign(root).append(folder).append(name);
     } catch (const std::bad_alloc &) { // the item has yet to get on the list: nothing may keep it from that
@@ -111,14 +112,6 @@ void PosixHierarchyWriter::Omissions::add(Omissions &&others) {
     } else {
         count += std::exchange(others.count, 0);
     }
-}
-
-void PosixHierarchyWriter::Omissions::add(std::size_t more, int why, std::string path) {
-    if (count == 0) {
-        error = why;
-        first = std::move(path);
-    }
-    count += more;
 }
 
 void PosixHierarchyWriter::_logOmissions(std::string_view what, const Omissions &omissions) const {

@@ -77,11 +77,11 @@ private:
         std::size_t count = 0;
         int error = 0;     ///< of the first
         std::string first; ///< its path from the base
+        Index end = 0;     ///< of the list of what was made, when it was noted
 
         /// One more of them.
-        void add(int why, std::string_view root, std::string_view folder, std::string_view name);
+        void add(int why, std::string_view root, std::string_view folder, std::string_view name, Index listEnd);
         void add(Omissions &&others);
-        void add(std::size_t more, int why, std::string path);
     };
 
     bool _fail(int error);

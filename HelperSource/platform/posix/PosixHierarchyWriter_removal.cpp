@@ -82,7 +82,7 @@ void PosixHierarchyWriter::_removeRange(PosixFolderCursor &cursor, std::string_v
             isGone = ::unlinkat(at.folder, at.path, flags) == 0; // a folder with something foreign in it refuses, and stays
         }
         if (!isGone && errno != 0 && errno != ENOENT) { // 0 and ENOENT: somebody else took it away, or the folder that it is in
-            left.add(errno, root, cursor.pathFromRoot(), _items.name(item));
+            left.add(errno, root, cursor.pathFromRoot(), _items.name(item), _items.end());
         }
     }
 }

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <new>
+#include <optional>
 #include <utility>
 
 #include <fcntl.h>
@@ -47,14 +48,15 @@ bool tellsNamesApart(int folder) {
     }
 }
 
-/// Descriptors that have to be free for two threads: two cursors of up to 130 folders, 64 contents, and as many again for others. With
-/// fewer, one of the two could take those with which a single thread gets along, and would fail where that one does not.
+/// Descriptors that have to be free for two threads: 64 contents and two cursors of up to 130 folders, or one and 192 files to be
+/// completed; the rest for whatever else the program does. With fewer, one of the two could take those with which a single thread gets
+/// along, and would fail where that one does not.
 constexpr rlim_t FreeDescriptors = 512;
 
-/// `lowest` is the lowest number that was free, so that hardly more than that are taken.
-bool hasDescriptorsFrom(int lowest) {
+/// Hardly any number from `first` on is taken.
+bool hasDescriptorsFrom(int first) {
     rlimit limit{};
-    return ::getrlimit(RLIMIT_NOFILE, &limit) == 0 && limit.rlim_cur >= static_cast<rlim_t>(lowest) + FreeDescriptors;
+    return ::getrlimit(RLIMIT_NOFILE, &limit) == 0 && limit.rlim_cur >= static_cast<rlim_t>(first) + FreeDescriptors;
 }
 
 /// Makes room for all that are open at once before there are two threads: afterwards the table of descriptors would grow no sooner
@@ -118,12 +120,17 @@ TwoThreads PosixHierarchyWriter::finishOnSecondThread(const std::function<void()
     if (_isOver || _isSecond || !_cursor.options().isNew || !hasSecondProcessor() || !hasRoomForDescriptors(_cursor.anchor())) {
         return TwoThreads::Refused;
     }
-    PosixFileFinisher finisher(finished);
-    _finisher = &finisher;
+    std::optional<PosixFileFinisher> finisher;
+    try {
+        finisher.emplace(finished);
+    } catch (const std::bad_alloc &) {
+        return TwoThreads::Refused;
+    }
+    _finisher = &*finisher;
     _isSecond = true; // neither thread has a third beside it
     try {
         work();
-        finisher.end();
+        finisher->end();
     } catch (...) {
         _finisher = nullptr;
         _isSecond = false;
@@ -131,10 +138,13 @@ TwoThreads PosixHierarchyWriter::finishOnSecondThread(const std::function<void()
     }
     _finisher = nullptr;
     _isSecond = false;
-    if (const auto &unfinished = finisher.unfinished(); unfinished.count > 0) {
-        _omissions.add(unfinished.count, unfinished.error, _pathBelowBase(unfinished.first));
+    if (const auto &unfinished = finisher->unfinished(); unfinished.count > 0) {
+        if (_omissions.count == 0 || unfinished.first < _omissions.end) { // it was made before that one was noted
+            _omissions = {_omissions.count, unfinished.error, _pathBelowBase(unfinished.first), unfinished.first};
+        }
+        _omissions.count += unfinished.count;
     }
-    return finisher.isGood() ? TwoThreads::Done : (_fail(EAGAIN), TwoThreads::Failed);
+    return finisher->isGood() ? TwoThreads::Done : (_fail(EAGAIN), TwoThreads::Failed);
 }
 
 /// Leaves an open file, new in the current folder, to the other thread.

@@ -66,11 +66,15 @@ bool PosixSecondThread::start(std::function<void()> work, Place place) {
     return _isStarted;
 }
 
+void PosixSecondThread::setFree() {
+    if (_isStarted && CPU_COUNT(&_processors) > 0) {
+        pthread_setaffinity_np(_thread, sizeof _processors, &_processors);
+    }
+}
+
 void PosixSecondThread::join() {
+    setFree(); // the other processors may have had no time for it; this one has it now
     if (std::exchange(_isStarted, false)) {
-        if (CPU_COUNT(&_processors) > 0) { // the other processors may have had no time for it; this one has it now
-            pthread_setaffinity_np(_thread, sizeof _processors, &_processors);
-        }
         pthread_join(_thread, nullptr);
     }
 }

@@ -18,11 +18,13 @@ public:
     /// What processors the thread may use, beside that of its maker.
     enum class Place {
         Anywhere, ///< from when it runs
-        Apart,    ///< from when it is waited for: for one that sleeps in between, and would be woken on its waker's processor
+        Apart,    ///< from when it is set free: for one that sleeps in between, and would be woken on its waker's processor
     };
     /// Starts the work, at once and on another processor than the caller's where there is one; false, with nothing done, when there are
     /// no more threads. Once.
     [[nodiscard]] bool start(std::function<void()> work, Place place = Place::Anywhere);
+    /// Lets it run on every processor that the process may use, as joining does first. While it works.
+    void setFree();
     void join();
 
 private:

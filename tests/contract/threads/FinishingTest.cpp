@@ -64,11 +64,11 @@ class FinishingTest : public TwoThreadsTest {
 protected:
     void SetUp() override {
         TwoThreadsTest::SetUp();
-        const std::string contents = folder / "support/Orvane/File Content";
-        putFolder(contents + "/tree");
-        putFile(contents + "/tree/leaf", "leaf", 0600);
-        putFile(contents + "/tagged", "tagged");
-        setAttribute(contents + "/tagged", "user.xdg.tags", "dailies");
+        putFolder(contentAt("tree"));
+        putContent("tree/leaf", "leaf", 0600);
+        putContent("tagged", "tagged");
+        setAttribute(contentAt("tagged"), "user.xdg.tags", "dailies");
+        letTheClockTick();
     }
 };
 
@@ -135,6 +135,19 @@ TEST_F(FinishingTest, WhateverHasRunOutIsDecidedByOne) {
     }
 }
 
+TEST_F(FinishingTest, WantOfMemoryIsDecidedByOne) {
+    shared.beforeContent = [this](std::string_view) {
+        if (shared.hierarchies == 1) {
+            throw std::bad_alloc();
+        }
+    };
+    const Outcome outcome = create(shared, test::preset("top", copies(500)), folder / "one");
+    EXPECT_EQ(outcome.alerts.size(), 0U);
+    EXPECT_EQ(outcome.disk.size(), 501U);
+    EXPECT_EQ(starts, 1);
+    EXPECT_EQ(shared.hierarchies, 2);
+}
+
 TEST_F(FinishingTest, NoDescriptorIsLeftOpen) {
     const std::size_t before = openDescriptors();
     std::vector<PropertyList> children = copies(500);
@@ -157,6 +170,7 @@ TEST_F(FinishingTest, AStopTakesEverythingAway) {
             shared, [] {}, isStoppedSoon);
         const Outcome outcome = create(observed, test::preset("top", copies(590)), folder / "one");
         EXPECT_EQ(observed.wasStopped(), questions < 590) << questions;
+        EXPECT_EQ(shared.removalsTooEarly, 0) << questions;
         EXPECT_EQ(outcome.disk.size(), questions < 590 ? 0U : 591U) << questions;
         EXPECT_EQ(starts, 0) << questions;
     }

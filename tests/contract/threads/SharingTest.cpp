@@ -196,11 +196,11 @@ std::vector<PropertyList> copies(int count, const std::string &content, bool isE
 }
 
 TEST_F(SharingTest, AmongTheContentsOneMakesThemInTheirOrder) {
-    putFolder(folder / "support/Orvane/File Content/work");
+    putFolder(contentAt("work"));
     for (const bool isEachInAFolder : {true, false}) {
         std::vector<PropertyList> children = copies(500, "work/top/first", isEachInAFolder);
         children.insert(children.begin(), dict({{"filename", text("first")}, {"permissions", text("604")}}));
-        const std::string base = folder / "support/Orvane/File Content/work";
+        const std::string base = contentAt("work");
         const Outcome outcome = create(shared, test::preset("top", children), base);
         EXPECT_EQ(outcome.disk.size(), isEachInAFolder ? 1002U : 502U);
         EXPECT_EQ(modeOf(base + (isEachInAFolder ? "/top/in copy 499/copy 499" : "/top/copy 499")), 0604U);
@@ -223,6 +223,44 @@ TEST_F(SharingTest, ContentsThatMayBeAmongThoseMadeAreLeftToOne) {
     }
 }
 
+TEST_F(SharingTest, ContentsThatLeadToWhatIsMadeAreLeftToOne) {
+    // Links among the contents: to a file that is made, and to the folder in which it is.
+    ASSERT_EQ(::symlink(std::string(folder / "one/top/first").c_str(), contentAt("later").c_str()), 0);
+    ASSERT_EQ(::symlink(std::string(folder / "one/top").c_str(), contentAt("inside").c_str()), 0);
+    for (const char *const content : {"later", "inside/first"}) {
+        for (const bool isEachInAFolder : {true, false}) {
+            std::vector<PropertyList> children = copies(500, content, isEachInAFolder);
+            const PropertyList first = dict({{"filename", text("first")}, {"contentFilename", text("small")}, {"color", text("red")}});
+            children.insert(children.begin(), first);
+            const Outcome outcome = bothWays(test::preset("top", children), folder / "one");
+            EXPECT_EQ(starts, 1) << content;
+            const std::string last = isEachInAFolder ? "/top/in copy 499/copy 499" : "/top/copy 499";
+            EXPECT_EQ(outcome.disk.at(last), outcome.disk.at("/top/first")) << content;
+        }
+    }
+}
+
+TEST_F(SharingTest, ContentsThatAreMissingUntilTheyAreMadeAreLeftToOne) {
+    ASSERT_EQ(::symlink(std::string(folder / "one/top/last").c_str(), contentAt("later").c_str()), 0);
+    std::vector<PropertyList> children = copies(500, "later", false);
+    children.push_back(dict({{"filename", text("last")}, {"contentFilename", text("small")}}));
+    const Outcome outcome = bothWays(test::preset("top", children), folder / "one");
+    EXPECT_EQ(outcome.disk.size(), 502U);
+    EXPECT_EQ(starts, 1);
+    EXPECT_EQ(bothWays(test::preset("top", copies(500, "missing", false)), folder / "one").disk.size(), 501U);
+    EXPECT_EQ(starts, 0); // what is missing and stays so is no reason
+}
+
+TEST_F(SharingTest, ABaseThatLeadsAmongTheContentsIsLeftToOne) {
+    putFolder(contentAt("work"));
+    ASSERT_EQ(::symlink(contentAt("work").c_str(), std::string(folder / "alias").c_str()), 0);
+    std::vector<PropertyList> children = copies(500, "work/top/first", false);
+    children.insert(children.begin(), dict({{"filename", text("first")}, {"contentFilename", text("small")}}));
+    const Outcome outcome = create(shared, test::preset("top", children), folder / "alias");
+    EXPECT_EQ(starts, 1);
+    EXPECT_EQ(contentsOf(contentAt("work/top/copy 499")).size(), 4096U);
+}
+
 TEST_F(SharingTest, FewDescriptorsAreLeftToOne) {
     RandomTree tree(4);
     for (const auto &[limit, sharings] : {std::pair<rlim_t, int>{500, 0}, {1024, 1}}) {
@@ -240,7 +278,7 @@ public:
     [[nodiscard]] std::unique_ptr<Entry> begin(std::string_view) override { return std::make_unique<Watched>(*this); }
 
     std::array<int, Workers> noted{}; ///< items
-    std::array<int, Workers> done{};
+    std::array<int, Workers> completing{};
     std::array<bool, Workers> isAtWork{};
     int mistakes = 0; ///< items begun before the last one was done
 
@@ -254,9 +292,12 @@ private:
             _journal.mistakes += std::exchange(_journal.isAtWork.at(worker), true) && kind != Kind::Folder ? 1 : 0;
             return kind == Kind::Folder ? ++_folders : Base;
         }
+        void isCompleting(Worker worker) override {
+            const std::lock_guard lock(_monitor);
+            ++_journal.completing.at(worker);
+        }
         void isDone(Worker worker) override {
             const std::lock_guard lock(_monitor);
-            ++_journal.done.at(worker);
             _journal.isAtWork.at(worker) = false;
         }
 
@@ -293,7 +334,8 @@ TEST_F(SharingTest, TheJournalIsToldWhatEachOfThemIsAt) {
     EXPECT_EQ(journal.noted[0] + journal.noted[1], 3002);
     EXPECT_EQ(journal.mistakes, 0);
     EXPECT_FALSE(journal.isAtWork[0] || journal.isAtWork[1]);
-    EXPECT_GT(journal.done[1], journal.noted[1]); // the second thread tells that it has finished some
+    EXPECT_EQ(journal.completing[0], 0);
+    EXPECT_GT(journal.completing[1], 1); // once more with every batch
 }
 
 } // namespace

@@ -8,13 +8,18 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <map>
 #include <random>
 #include <string>
 #include <vector>
+
+#include <fcntl.h>
+#include <sys/stat.h>
 
 namespace orvane::testing {
 
@@ -24,6 +29,8 @@ using test::text;
 using test::yes;
 
 inline constexpr std::size_t Nodes = 1500;
+/// Seconds since 1970 when the contents were written.
+inline constexpr time_t OldTime = 1'600'000'000;
 
 class CountingProgress final : public CreationProgress {
 public:
@@ -116,6 +123,8 @@ inline std::map<std::string, std::string> snapshot(const std::string &folder) {
                           std::to_string(error) + " " + attributeOf(path, "user.xdg.tags").value_or("-");
         if (entry.is_regular_file()) {
             all += " " + std::to_string(std::hash<std::string>()(contentsOf(path)));
+            const timespec changed = stateOf(path).st_mtim;
+            all += changed.tv_sec == OldTime ? " old" : " new";
         }
         result[path.substr(folder.size())] = all;
     }
@@ -127,11 +136,30 @@ protected:
     void SetUp() override {
         desk.folders.applicationSupport = folder / "support";
         std::filesystem::create_directories(folder / "support/Orvane/File Content");
-        putFile(folder / "support/Orvane/File Content/small", std::string(4096, 'x'));
-        putFile(folder / "support/Orvane/File Content/large", std::string(200'000, 'y'));
+        putContent("small", std::string(4096, 'x'));
+        putContent("large", std::string(200'000, 'y'));
         desk.prompt.answers = {{"Day", "7"}, {"Job", "Acme/7"}};
         putFolder(folder / "one");
         putFolder(folder / "two");
+        letTheClockTick();
+    }
+
+    [[nodiscard]] std::string contentAt(const std::string &name) const { return folder / "support/Orvane/File Content/" + name; }
+    void putContent(const std::string &name, const std::string &bytes, mode_t mode = 0644) const {
+        putFile(contentAt(name), bytes, mode);
+        const std::array<timespec, 2> times{timespec{OldTime, 0}, timespec{OldTime, 0}};
+        EXPECT_EQ(::utimensat(AT_FDCWD, contentAt(name).c_str(), times.data(), 0), 0);
+    }
+    /// What was written until now is older than what begins afterwards, by the clock that stamps files.
+    void letTheClockTick() const {
+        putFile(folder / "stamp", "");
+        const timespec written = stateOf(folder / "stamp").st_ctim;
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        timespec now = written;
+        while (now.tv_sec == written.tv_sec && now.tv_nsec <= written.tv_nsec && std::chrono::steady_clock::now() < deadline) {
+            ::clock_gettime(CLOCK_REALTIME_COARSE, &now);
+        }
+        EXPECT_TRUE(now.tv_sec != written.tv_sec || now.tv_nsec > written.tv_nsec);
     }
 
     struct Outcome {

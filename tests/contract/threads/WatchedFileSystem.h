@@ -26,6 +26,7 @@ public:
     int errorWhenFull = ENOSPC;
     std::atomic<int> sharings = 0; ///< pieces of work that two threads did
     int finishings = 0;            ///< pieces of work of which a second thread finished the files
+    int removalsTooEarly = 0;      ///< while a second thread was finishing files
     int refusals = 0;              ///< for that reason
     int hierarchies = 0;
     std::function<void(std::string_view name)> beforeEmptyFile; ///< on whichever thread makes it
@@ -42,6 +43,7 @@ public:
         }
         return _fileSystem.contentSource(path);
     }
+    [[nodiscard]] bool haveContentsChanged() override { return _fileSystem.haveContentsChanged(); }
     void forgetContents() override { _fileSystem.forgetContents(); }
     [[nodiscard]] std::unique_ptr<HierarchyWriter> beginHierarchy(std::string_view basePath) override {
         ++hierarchies;
@@ -94,11 +96,16 @@ private:
                 ++_owner.refusals;
                 return TwoThreads::Refused;
             }
+            _owner._isFinishing = true;
             const TwoThreads result = _writer.finishOnSecondThread(work, finished);
+            _owner._isFinishing = false;
             _owner.finishings += result == TwoThreads::Done ? 1 : 0;
             return result;
         }
-        void removeEverythingMade() override { _writer.removeEverythingMade(); }
+        void removeEverythingMade() override {
+            _owner.removalsTooEarly += _owner._isFinishing ? 1 : 0;
+            _writer.removeEverythingMade();
+        }
         [[nodiscard]] int lastError() const override { return _isFull ? _owner.errorWhenFull : _writer.lastError(); }
 
     private:
@@ -128,6 +135,7 @@ private:
 
     FileSystem &_fileSystem;
     std::mutex _monitor; ///< over `modes` and `makers`
+    bool _isFinishing = false;
     std::atomic<long> _left = 0;
     std::atomic<long> _copiesLeft = 0;
 };

@@ -1,10 +1,11 @@
 """Postflight scripts and the opening of the new folder."""
 
 import os
+import resource
 import signal
 import unittest
 
-from harness import OrvaneTest, preset
+from harness import OrvaneTest, file, preset
 
 
 class Scripts(OrvaneTest):
@@ -28,6 +29,19 @@ class Scripts(OrvaneTest):
         self.assertEqual(result.status, 0)
         with open(os.path.join(self.root, "seen"), encoding="utf-8") as seen:
             self.assertEqual(seen.read().split("\n")[:2], ["0", self.target])
+
+    def test_a_limit_for_the_size_of_files_kills_nobody_and_holds_for_scripts_as_ever(self):
+        self.write_content("long", b"x" * 4096)
+        self.write_script("x.sh", f"#!/bin/sh\ngrep SigIgn /proc/self/status > {self.root}/seen\n")
+        self.write_presets(preset("P", "top", file("copy", contentFilename="long"), scriptFile="x.sh"))
+        before = resource.getrlimit(resource.RLIMIT_FSIZE)
+        resource.setrlimit(resource.RLIMIT_FSIZE, (2000, before[1]))
+        self.addCleanup(resource.setrlimit, resource.RLIMIT_FSIZE, before)
+        self.assertEqual(self.create("0", "--no-open").status, 0)
+        self.assertEqual(os.path.getsize(self.in_target("top", "copy")), 0)
+        self.assertIn("/top/copy': File too large", self.log()[0])
+        with open(os.path.join(self.root, "seen"), encoding="utf-8") as seen:
+            self.assertEqual(int(seen.read().split()[1], 16) & 1 << signal.SIGXFSZ - 1, 0)
 
     def test_the_program_waits_for_it(self):
         result = self.run_script(f"#!/bin/sh\n/bin/sleep 0.3\n: > {self.root}/done\n")
