@@ -82,19 +82,8 @@ public:
         if (_stop()) {
             return TwoThreads::Refused;
         }
-        TwoThreads result = TwoThreads::Failed;
-        try {
-            _isFinishedElsewhere = true;
-            result = _writer->finishOnSecondThread(work, finished);
-            _isFinishedElsewhere = false;
-        } catch (...) {
-            _isFinishedElsewhere = false;
-            throw;
-        }
-        if (_owner._wasStopped) {
-            _writer->removeEverythingMade();
-        }
-        return result;
+        const Finishing finishing(*this);
+        return _writer->finishOnSecondThread(work, finished);
     }
     void removeEverythingMade() override {
         if (!_owner._wasStopped) {
@@ -104,6 +93,23 @@ public:
     [[nodiscard]] int lastError() const override { return _owner._wasStopped ? EINTR : _writer->lastError(); }
 
 private:
+    /// Files are completed by another thread: what is stopped meanwhile is taken away afterwards.
+    class Finishing {
+    public:
+        explicit Finishing(Writer &writer) : _writer(writer) { _writer._isFinishedElsewhere = true; }
+        Finishing(const Finishing &) = delete;
+        Finishing &operator=(const Finishing &) = delete;
+        ~Finishing() {
+            _writer._isFinishedElsewhere = false;
+            if (_writer._owner._wasStopped) {
+                _writer._writer->removeEverythingMade();
+            }
+        }
+
+    private:
+        Writer &_writer;
+    };
+
     bool _stop() {
         if (!_owner._wasStopped && _owner._isStopped()) {
             _owner._wasStopped = true;

@@ -26,6 +26,7 @@
 #include <QStringList>
 #include <QUrl>
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -176,6 +177,7 @@ int run(QtApplication &application, const QStringList &paths) {
 } // namespace
 
 int main(int count, char **words) {
+    std::signal(SIGXFSZ, SIG_IGN);           // a file over the limit is a failing call like any other
     QtApplication application(count, words); // takes its own options, such as -platform, out of the words
     const std::span<char *const> all(words, static_cast<std::size_t>(count));
     if (const auto status = answerOptions(all)) {

@@ -36,8 +36,8 @@ enum class TwoThreads {
     Refused, ///< nothing was made or called: two could get in each other's way here or would not help, as in a folder that was
              ///< there before, on a single processor, or for a writer that works beside another one already; where both make
              ///< items, also on file systems that do not tell names apart by their bytes (ASCII letters of either case aside)
-    Failed,  ///< not as one thread would have done it: a folder could not be made ahead, and nothing was called, or a file
-             ///< could not be finished. What was made stays
+    Failed,  ///< not as one thread would have done it: nothing was called, for a folder could not be made ahead or there was no
+             ///< second thread; or a file could not be finished, or memory was short in the end. What was made stays
 };
 
 /// Makes the items of one hierarchy, in the order of a walk through it, and can take away again exactly what it made.

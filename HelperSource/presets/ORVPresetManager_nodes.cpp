@@ -122,7 +122,7 @@ bool ORVPresetManager::_createNode(const PropertyListValue &node, std::string_vi
     CreationWalk walk(run, *writer, stringByAppendingPathComponent(basePath, ""));
     const bool made = _makeOrRunOutOfMemory(walk, node, topPath);
     const bool wasStopped = !made && writer->lastError() == EINTR;
-    if (!made && run.dependsOnOrder && !wasStopped) {
+    if (!made && !wasStopped && run.isInDoubt()) {
         return _createNodeAgain(node, basePath, replacePairs, std::move(writer));
     }
     if (!wasStopped) {

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
+#include <functional>
 #include <new>
 #include <system_error>
 #include <utility>
@@ -97,8 +98,9 @@ void ORVPresetManager::CreationRun::logEmptied() {
     }
 }
 
-bool ORVPresetManager::CreationRun::haveContentsChanged() {
-    return manager._ports.fileSystem.haveContentsChanged();
+bool ORVPresetManager::CreationRun::isInDoubt() {
+    dependsOnOrder = dependsOnOrder || (wasShared && manager._ports.fileSystem.haveContentsChanged());
+    return dependsOnOrder;
 }
 
 bool ORVPresetManager::CreationRun::isAmongContents(std::string_view path) {
@@ -121,6 +123,9 @@ bool ORVPresetManager::CreationWalk::make(std::span<const PropertyListValue> nod
         while (!_open.empty()) {
             OpenFolder &folder = _open.back();
             if (folder.left.empty()) {
+                if (_open.size() == 1 && !_isBesideAnother() && _run.isInDoubt()) {
+                    return false;
+                }
                 _writer.leaveFolder(folder.attributes);
                 _path.resize(folder.pathLength);
                 _open.pop_back();
@@ -267,7 +272,8 @@ bool ORVPresetManager::CreationWalk::_makeOnTwoThreads(OpenFolder &folder) {
             _run.noteEmptied(std::move(emptied));
         }
     }
-    _run.dependsOnOrder = _run.dependsOnOrder || result == TwoThreads::Failed || _run.haveContentsChanged();
+    _run.wasShared = true;
+    _run.dependsOnOrder = _run.dependsOnOrder || result == TwoThreads::Failed;
     return shared.firstFailed == std::numeric_limits<std::size_t>::max() && !_run.dependsOnOrder && _finishAhead(shared);
 }
 
@@ -298,14 +304,15 @@ bool ORVPresetManager::CreationWalk::_makeWhileAnotherFinishes(OpenFolder &folde
             _run.dependsOnOrder = true;
         }
     };
-    const TwoThreads result = _writer.finishOnSecondThread(work, finished);
+    const TwoThreads result = _writer.finishOnSecondThread(std::ref(work), std::ref(finished)); // neither takes memory
     if (result == TwoThreads::Refused) {
         ++_run.refusals;
         return true;
     }
     folder.left = {};
     _failure = std::move(walk._failure);
-    _run.dependsOnOrder = _run.dependsOnOrder || result == TwoThreads::Failed || _run.haveContentsChanged();
+    _run.wasShared = true;
+    _run.dependsOnOrder = _run.dependsOnOrder || result == TwoThreads::Failed;
     return isMade && !_run.dependsOnOrder;
 }
 

@@ -45,6 +45,7 @@ struct ORVPresetManager::CreationRun {
     const ORVTreeSurvey *survey;
 
     std::atomic<bool> dependsOnOrder = false; ///< the creation has to be made again, on one thread
+    bool wasShared = false;                   ///< two threads were at work
     unsigned refusals = 0;                    ///< folders that the writer would not have two threads share
 
     /// Files whose contents could not be copied.
@@ -60,8 +61,9 @@ struct ORVPresetManager::CreationRun {
     /// The content of that name; each is looked up once, for a preset with thousands of copies has few contents. Null for one
     /// that cannot be copied. Any thread of the creation.
     [[nodiscard]] const ContentSource *contentNamed(std::string_view contentFilename);
-    /// Whether a content may be one of the items that two threads have made, so that it hung on them what it was.
-    [[nodiscard]] bool haveContentsChanged();
+    /// Whether the creation has to be made again on one thread: also where a content may be one of the items that two threads have
+    /// made, so that it hung on them what it was. Before the top folder is left.
+    [[nodiscard]] bool isInDoubt();
     /// Whether that folder lies in the folder of contents, so that what is made may be a content at the same time.
     [[nodiscard]] bool isAmongContents(std::string_view path);
 

@@ -70,9 +70,10 @@ void CountersPage::_makeTable() {
     header->setSectionsMovable(false);
     header->setStretchLastSection(true);
     const int character = fontMetrics().averageCharWidth();
-    header->resizeSection(CounterTableModel::Name, 26 * character);
-    header->resizeSection(CounterTableModel::Value, 20 * character);
-    header->resizeSection(CounterTableModel::Next, 20 * character);
+    for (const int column : {CounterTableModel::Name, CounterTableModel::Value, CounterTableModel::Next}) {
+        const int usual = (column == CounterTableModel::Name ? 26 : 20) * character;
+        header->resizeSection(column, std::max(usual, header->sectionSizeHint(column)));
+    }
 }
 
 QWidget *CountersPage::_makeEmptyState() {

@@ -1,5 +1,6 @@
 #include "window/ScriptPanel.h"
 
+#include "window/ElidedLabel.h"
 #include "window/Icons.h"
 #include "window/Page.h"
 #include "window/ProblemText.h"
@@ -44,7 +45,7 @@ QString draggedFile(const QMimeData &data) {
 } // namespace
 
 ScriptPanel::ScriptPanel(SettingsContext &context, QWidget *parent)
-    : QWidget(parent), _context(context), _trial(this), _ui_name(new QLabel(this)),
+    : QWidget(parent), _context(context), _trial(this), _ui_name(new ElidedLabel(this)),
       _ui_choose(new QPushButton(translated("&Choose…"), this)), _ui_open(new QPushButton(translated("&Open"), this)),
       _ui_remove(new QPushButton(translated("&Remove from Preset"), this)),
       _ui_problem(new InlineMessage(QStringLiteral("scriptProblem"), this)),
@@ -65,9 +66,7 @@ ScriptPanel::~ScriptPanel() {
 
 void ScriptPanel::_layOut() {
     _ui_name->setObjectName(QStringLiteral("scriptName"));
-    _ui_name->setTextFormat(Qt::PlainText);
     _ui_name->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    _ui_name->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     _ui_choose->setObjectName(QStringLiteral("chooseScriptButton"));
     _ui_open->setObjectName(QStringLiteral("openScript"));
     _ui_open->setToolTip(translated("Open the script in your editor"));

@@ -65,7 +65,7 @@ private:
     ItemID _preset = NoItem;
     ScriptTrial _trial;
     QTimer _seconds;
-    QLabel *_ui_name;
+    class ElidedLabel *_ui_name;
     QPushButton *_ui_choose;
     QPushButton *_ui_open;
     QPushButton *_ui_remove;

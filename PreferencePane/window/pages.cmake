@@ -3,6 +3,7 @@ target_sources(settings_window PRIVATE
   CounterTableModel.cpp
   CounterValueField.cpp
   CountersPage.cpp
+  ElidedLabel.cpp
   GeneralPage.cpp
   HotKeyField.cpp
   HotKeyInstructions.cpp

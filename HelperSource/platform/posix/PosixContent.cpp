@@ -4,8 +4,12 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
+#include <ctime>
+#include <new>
 
 #include <fcntl.h>
+#include <sys/sysmacros.h>
 
 namespace orvane {
 
@@ -21,13 +25,35 @@ FileDescriptor openForReading(std::string_view path) {
         uninterrupted([&] { return ::openat(reached.folder(), reached.path(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
 }
 
-/// Links followed; when it was made or changed for the last time.
-bool isThere(std::string_view path, timespec &changed) {
+/// Links followed.
+bool isThere(std::string_view path) {
     const PosixPath reached(path);
     struct stat status {};
-    const bool is = ::fstatat(reached.folder(), reached.path(), &status, 0) == 0;
-    changed = status.st_ctim;
-    return is;
+    return ::fstatat(reached.folder(), reached.path(), &status, 0) == 0;
+}
+
+bool isSame(const struct stat &before, const struct statx &now) {
+    const auto isSameTime = [](const timespec &one, const statx_timestamp &other) {
+        return one.tv_sec == other.tv_sec && one.tv_nsec == other.tv_nsec;
+    };
+    return before.st_dev == makedev(now.stx_dev_major, now.stx_dev_minor) && before.st_ino == now.stx_ino &&
+           before.st_mode == now.stx_mode && static_cast<std::uint64_t>(before.st_size) == now.stx_size &&
+           isSameTime(before.st_mtim, now.stx_mtime) && isSameTime(before.st_ctim, now.stx_ctime);
+}
+
+/// Whether a stamp lies between that moment and now, as far as file systems tell: some keep whole seconds, FAT every second one.
+bool isSince(timespec moment, const statx_timestamp &stamp) {
+    timespec now{};
+    ::clock_gettime(CLOCK_REALTIME, &now);
+    if (stamp.tv_nsec == 0) {
+        constexpr time_t Coarsest = 2;
+        moment = {moment.tv_sec - Coarsest, 0};
+    }
+    const auto isOrdered = [](auto earlier, auto later) {
+        return earlier.tv_sec < later.tv_sec ||
+               (earlier.tv_sec == later.tv_sec && static_cast<std::int64_t>(earlier.tv_nsec) <= later.tv_nsec);
+    };
+    return isOrdered(moment, stamp) && isOrdered(stamp, now); // a clock that is put back may leave stamps of the future
 }
 
 bool isLink(std::string_view path) {
@@ -54,6 +80,7 @@ std::unique_ptr<PosixContent> PosixContent::ofOpenItem(FileDescriptor item, std:
     content->_path = path;
     content->_isFolder = S_ISDIR(status.st_mode);
     content->_size = status.st_size;
+    content->_status = status;
     content->_isSparse = static_cast<off_t>(status.st_blocks) * 512 < status.st_size; // st_blocks counts 512 bytes (man stat)
     content->_properties = {status.st_mode & 0777U, {status.st_atim, status.st_mtim}, readExtendedAttributes(item.get())};
     const auto size = static_cast<std::size_t>(status.st_size);
@@ -99,8 +126,7 @@ const PosixContent *PosixContentStore::content(std::string_view path) {
     const std::size_t cacheLeft = LargestCache - std::min(LargestCache, _cached);
     lock.unlock();
     auto loaded = path.find('\0') == std::string_view::npos ? _load(path, cacheLeft) : nullptr;
-    timespec changed{};
-    const bool wasThere = loaded != nullptr || isThere(path, changed);
+    const bool wasThere = loaded != nullptr || isThere(path);
     lock.lock();
     const auto [kept, isNew] = _contents.try_emplace(std::string(path), Kept{std::move(loaded), wasThere});
     PosixContent *const content = kept->second.content.get();
@@ -121,13 +147,25 @@ void PosixContentStore::beginToWatch() {
 
 bool PosixContentStore::haveChanged() {
     const std::lock_guard lock(_mutex);
-    const auto isOlder = [this](const timespec &time) {
-        return time.tv_sec < _watchedSince.tv_sec || (time.tv_sec == _watchedSince.tv_sec && time.tv_nsec < _watchedSince.tv_nsec);
-    };
-    return std::any_of(_contents.begin(), _contents.end(), [&](const auto &each) {
-        timespec changed{};
-        return isThere(each.first, changed) && !(each.second.wasThere && isOlder(changed));
-    });
+    try {
+        return std::any_of(_contents.begin(), _contents.end(), [&](const auto &each) { return _hasChanged(each.first, each.second); });
+    } catch (const std::bad_alloc &) {
+        return true;
+    }
+}
+
+bool PosixContentStore::_hasChanged(const std::string &path, const Kept &kept) const {
+    if (path.find('\0') != std::string::npos) {
+        return false;
+    }
+    const PosixPath reached(path);
+    struct statx status {};
+    if (::statx(reached.folder(), reached.path(), 0, STATX_BASIC_STATS | STATX_BTIME, &status) != 0) {
+        return kept.content != nullptr; // as it was there
+    }
+    const bool knowsBirth = (status.stx_mask & STATX_BTIME) != 0;
+    return !kept.wasThere || (kept.content != nullptr && !isSame(kept.content->_status, status)) ||
+           isSince(_watchedSince, knowsBirth ? status.stx_btime : status.stx_ctime);
 }
 
 void PosixContentStore::forget() {

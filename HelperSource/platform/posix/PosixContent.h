@@ -60,6 +60,7 @@ private:
     PosixItemProperties _properties;
     std::string _bytes;
     off_t _size = 0;
+    struct stat _status {}; ///< when it was opened
     bool _isFolder = false;
     bool _isSparse = false;
     bool _isInMemory = false;
@@ -81,7 +82,8 @@ public:
     [[nodiscard]] const PosixContent *content(std::string_view path);
     /// From now on counts for `haveChanged`.
     void beginToWatch();
-    /// See `FileSystem::haveContentsChanged`. Asks the system once for each path.
+    /// See `FileSystem::haveContentsChanged`: whether a content differs from what was opened, was born since, or stands where
+    /// nothing was. Asks the system once for each path; true when memory does not do for that.
     [[nodiscard]] bool haveChanged();
     void forget();
     /// Closes all descriptors, for want of them elsewhere.
@@ -106,7 +108,8 @@ private:
         bool wasThere;                         ///< something was
     };
     std::unordered_map<std::string, Kept, Hash, std::equal_to<>> _contents;
-    timespec _watchedSince{}; ///< by the clock that stamps files
+    [[nodiscard]] bool _hasChanged(const std::string &path, const Kept &kept) const;
+    timespec _watchedSince{}; ///< by the clock that stamps files, or up to a tick before it
     std::vector<const PosixContent *> _open;
     std::size_t _cached = 0; ///< bytes
     std::uint64_t _uses = 0;

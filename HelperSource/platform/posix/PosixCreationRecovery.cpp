@@ -159,7 +159,8 @@ private:
         const auto isMeant = [&](std::size_t unfinished) { // noted a second time, perhaps: as a copy, then empty
             return item.kind == Kind::Folder || _record.items[unfinished].name == item.name;
         };
-        const bool mayBeLate = _record.anyMayBeLate || std::any_of(_record.unfinished.begin(), _record.unfinished.end(), isMeant);
+        const bool mayBeLate = (_record.anyMayBeLate && item.kind != Kind::Folder) ||
+                               std::any_of(_record.unfinished.begin(), _record.unfinished.end(), isMeant);
         const std::int64_t ended = _ended + (mayBeLate ? Second : 0);
         const bool isTree = item.kind == Kind::Copy && S_ISDIR(status.st_mode);
         std::size_t inTree = 0;

@@ -44,7 +44,7 @@ public:
     void end();
 
     // After the end.
-    /// False when a file did not get its bytes.
+    /// False when a file did not get its bytes, or there was no memory for the rest.
     [[nodiscard]] bool isGood() const { return _isGood; }
     /// Files that did not get all of the rest: how many, which was the first, and its `errno`.
     struct Unfinished {

@@ -176,10 +176,10 @@ private:
     Omissions _omissions;
     int _error = 0;
     bool _isOver = false;
-    bool _isSecond = false;    ///< works beside another writer
-    bool _hasMakeNode = true;  ///< mknodat makes regular files here
-    bool _hasUnnamed = true;   ///< O_TMPFILE works here
-    unsigned _hiddenNames = 0; ///< hidden names used so far
+    bool _isBesideAnother = false; ///< another thread works beside this one, so that neither may have a third
+    bool _hasMakeNode = true;      ///< mknodat makes regular files here
+    bool _hasUnnamed = true;       ///< O_TMPFILE works here
+    unsigned _hiddenNames = 0;     ///< hidden names used so far
 };
 
 /// True when new items in the open folder get permissions from a default ACL, and when that cannot be found out.

@@ -71,7 +71,7 @@ bool hasRoomForDescriptors(int any) {
 
 PosixHierarchyWriter::PosixHierarchyWriter(FileDescriptor folder, const PosixHierarchyWriter &first)
     : _traits(first._traits), _contents(first._contents), _cursor(std::move(folder), PosixMadeItems::Root, first._cursor.options()),
-      _ahead(first._ahead), _pathOfRoot(first._cursor.pathFromRoot()), _isSecond(true), _hasMakeNode(first._hasMakeNode),
+      _ahead(first._ahead), _pathOfRoot(first._cursor.pathFromRoot()), _isBesideAnother(true), _hasMakeNode(first._hasMakeNode),
       _hasUnnamed(first._hasUnnamed) {
     for (AheadFolder &each : _ahead) { // the first entries of the list, which `_append` knows again
         const Index parent = each.parent == FolderAhead::InCurrent ? PosixMadeItems::Root : static_cast<Index>(each.parent + 1);
@@ -81,7 +81,7 @@ PosixHierarchyWriter::PosixHierarchyWriter(FileDescriptor folder, const PosixHie
 
 TwoThreads PosixHierarchyWriter::makeOnTwoThreads(std::span<const FolderAhead> ahead,
                                                   const std::function<void(HierarchyWriter &writer)> &work) {
-    if (_isOver || _isSecond || !_cursor.options().isNew || !_items.hasRoomForAnother() || !hasSecondProcessor()) {
+    if (_isOver || _isBesideAnother || !_cursor.options().isNew || !_items.hasRoomForAnother() || !hasSecondProcessor()) {
         return TwoThreads::Refused;
     }
     FileDescriptor folder = _openForSecondThread();
@@ -98,10 +98,10 @@ TwoThreads PosixHierarchyWriter::makeOnTwoThreads(std::span<const FolderAhead> a
         _error = EAGAIN;
         return TwoThreads::Failed;
     }
-    _isSecond = true; // while the other one works: neither has a third beside it
+    _isBesideAnother = true;
     work(*this);
     second.join();
-    _isSecond = false;
+    _isBesideAnother = false;
     shared.middle = _items.end();
     try {
         _shared.reserve(_shared.size() + 1);
@@ -117,7 +117,7 @@ TwoThreads PosixHierarchyWriter::makeOnTwoThreads(std::span<const FolderAhead> a
 }
 
 TwoThreads PosixHierarchyWriter::finishOnSecondThread(const std::function<void()> &work, const std::function<void(bool isGood)> &finished) {
-    if (_isOver || _isSecond || !_cursor.options().isNew || !hasSecondProcessor() || !hasRoomForDescriptors(_cursor.anchor())) {
+    if (_isOver || _isBesideAnother || !_cursor.options().isNew || !hasSecondProcessor() || !hasRoomForDescriptors(_cursor.anchor())) {
         return TwoThreads::Refused;
     }
     std::optional<PosixFileFinisher> finisher;
@@ -127,17 +127,17 @@ TwoThreads PosixHierarchyWriter::finishOnSecondThread(const std::function<void()
         return TwoThreads::Refused;
     }
     _finisher = &*finisher;
-    _isSecond = true; // neither thread has a third beside it
+    _isBesideAnother = true;
     try {
         work();
         finisher->end();
     } catch (...) {
         _finisher = nullptr;
-        _isSecond = false;
+        _isBesideAnother = false;
         throw;
     }
     _finisher = nullptr;
-    _isSecond = false;
+    _isBesideAnother = false;
     if (const auto &unfinished = finisher->unfinished(); unfinished.count > 0) {
         if (_omissions.count == 0 || unfinished.first < _omissions.end) { // it was made before that one was noted
             _omissions = {_omissions.count, unfinished.error, _pathBelowBase(unfinished.first), unfinished.first};

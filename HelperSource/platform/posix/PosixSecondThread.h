@@ -15,10 +15,10 @@ public:
     /// Waits for the work.
     ~PosixSecondThread() { join(); }
 
-    /// What processors the thread may use, beside that of its maker.
+    /// From when on the thread may use the processor that its maker has at the start, too.
     enum class Place {
         Anywhere, ///< from when it runs
-        Apart,    ///< from when it is set free: for one that sleeps in between, and would be woken on its waker's processor
+        Apart,    ///< not before it is set free: for one that sleeps in between, and would be woken on its waker's processor
     };
     /// Starts the work, at once and on another processor than the caller's where there is one; false, with nothing done, when there are
     /// no more threads. Once.

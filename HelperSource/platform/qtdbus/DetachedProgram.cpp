@@ -35,7 +35,7 @@ void prepareChild() {
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);
-    for (const int number : {SIGPIPE, SIGTERM, SIGINT, SIGHUP, SIGCHLD}) {
+    for (const int number : {SIGPIPE, SIGTERM, SIGINT, SIGHUP, SIGCHLD, SIGXFSZ}) {
         signal(number, SIG_DFL);
     }
 }

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
 #include <csignal>
 #include <sched.h>
 #include <thread>
@@ -33,6 +35,36 @@ TEST(SecondThreadTest, MayUseEveryProcessorOnceItRuns) {
     const cpu_set_t mine = processorsOfThisThread();
     const cpu_set_t its = processorsOfSecondThread();
     EXPECT_TRUE(CPU_EQUAL(&mine, &its));
+}
+
+TEST(SecondThreadTest, StaysOffItsMakersProcessorUntilItIsSetFree) {
+    const cpu_set_t mine = processorsOfThisThread();
+    std::atomic<int> before = 0;
+    std::atomic<bool> isSetFree = false;
+    std::atomic<bool> isAnywhere = false;
+    PosixSecondThread second;
+    const auto work = [&] {
+        before = [] {
+            const cpu_set_t own = processorsOfThisThread();
+            return CPU_COUNT(&own);
+        }();
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+        while (!isSetFree && std::chrono::steady_clock::now() < deadline) {
+            std::this_thread::yield();
+        }
+        const cpu_set_t after = processorsOfThisThread();
+        isAnywhere = CPU_EQUAL(&after, &mine);
+    };
+    ASSERT_TRUE(second.start(work, PosixSecondThread::Place::Apart));
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (before == 0 && std::chrono::steady_clock::now() < deadline) {
+        std::this_thread::yield();
+    }
+    EXPECT_EQ(before, CPU_COUNT(&mine) - 1);
+    second.setFree();
+    isSetFree = true;
+    second.join();
+    EXPECT_TRUE(isAnywhere);
 }
 
 TEST(SecondThreadTest, RunsWhereThereIsOneProcessorOnly) {

@@ -251,6 +251,35 @@ TEST_F(SharingTest, ContentsThatAreMissingUntilTheyAreMadeAreLeftToOne) {
     EXPECT_EQ(starts, 0); // what is missing and stays so is no reason
 }
 
+TEST_F(SharingTest, ContentsThatWereWrittenAMomentAgoAreWhatTheyAre) {
+    for (const bool isEachInAFolder : {true, false}) {
+        putFile(contentAt("fresh"), std::string(300, 'f')); // its time may be that of the beginning: one may have to make it again
+        const Outcome outcome = bothWays(test::preset("top", copies(500, "fresh", isEachInAFolder)), folder / "one");
+        EXPECT_EQ(outcome.alerts.size(), 0U);
+        EXPECT_LE(starts, 1);
+        EXPECT_EQ(outcome.disk.size(), isEachInAFolder ? 1001U : 501U);
+        letTheClockTick();
+        EXPECT_EQ(bothWays(test::preset("top", copies(500, "fresh", isEachInAFolder)), folder / "one").disk, outcome.disk);
+        EXPECT_EQ(starts, 0);
+    }
+}
+
+TEST_F(SharingTest, AContentThatSomebodyChangesMeanwhileIsReadAgainByOne) {
+    int lookedUp = 0;
+    shared.beforeEmptyFile = [&](std::string_view name) {
+        if (name == "last" && shared.hierarchies == 1) {
+            putFile(contentAt("small"), "changed");
+        }
+    };
+    shared.beforeContent = [&](std::string_view) { ++lookedUp; };
+    std::vector<PropertyList> children = copies(500, "small", false);
+    children.push_back(test::file("last"));
+    EXPECT_EQ(create(shared, test::preset("top", children), folder / "one").disk.size(), 502U);
+    EXPECT_EQ(starts, 1);
+    EXPECT_EQ(lookedUp, 2);
+    EXPECT_EQ(contentsOf(folder / "one/top/copy 0"), "changed");
+}
+
 TEST_F(SharingTest, ABaseThatLeadsAmongTheContentsIsLeftToOne) {
     putFolder(contentAt("work"));
     ASSERT_EQ(::symlink(contentAt("work").c_str(), std::string(folder / "alias").c_str()), 0);

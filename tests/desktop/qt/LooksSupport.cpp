@@ -141,7 +141,9 @@ void expectNothingIsCut(const QWidget &window) {
             EXPECT_GE(label->width(), label->wordWrap() ? 0 : label->sizeHint().width()) << label->text().toStdString();
         }
         if (const auto *button = qobject_cast<const QAbstractButton *>(each)) {
-            EXPECT_GE(button->width(), button->minimumSizeHint().width()) << button->text().toStdString();
+            const bool isIcon = button->text().isEmpty(); // those of Qt's own file dialog are squares as high as its fields
+            EXPECT_GE(button->width(), isIcon ? button->iconSize().width() + 2 : button->minimumSizeHint().width())
+                << button->text().toStdString();
         }
         for (const QWidget *other : all) {
             const QRect there(other->mapTo(&window, QPoint()), other->size());

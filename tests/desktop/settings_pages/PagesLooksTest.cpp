@@ -33,6 +33,7 @@ protected:
         QApplication::setPalette(_before);
     }
     void take(const std::string &what, int width, int height) {
+        window->move(window->screen()->availableGeometry().topLeft());
         window->setFixedSize(width, height);
         ASSERT_TRUE(waitUntil([&] {
             return window->windowHandle()->size() == QSize(width, height) && window->size() == QSize(width, height) &&
