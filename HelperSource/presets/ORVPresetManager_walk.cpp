@@ -116,34 +116,37 @@ const std::string &ORVPresetManager::CreationRun::_contentFolder() {
 }
 
 bool ORVPresetManager::CreationWalk::make(std::span<const PropertyListValue> nodes) {
-    for (const PropertyListValue &node : nodes) {
-        if (_isInVain() || !_makeNode(node)) {
-            return false;
+    return std::all_of(nodes.begin(), nodes.end(), [this](const PropertyListValue &node) {
+        bool isGood = !_isInVain() && _makeNode(node);
+        while (isGood && !_open.empty()) {
+            isGood = _goOn();
         }
-        while (!_open.empty()) {
-            OpenFolder &folder = _open.back();
-            if (folder.left.empty()) {
-                if (_open.size() == 1 && !_isBesideAnother() && _run.isInDoubt()) {
-                    return false;
-                }
-                _writer.leaveFolder(folder.attributes);
-                _path.resize(folder.pathLength);
-                _open.pop_back();
-                continue;
-            }
-            if (folder.isLarge && !folder.wasTried) {
-                if (!_makeOnTwoThreads(folder)) {
-                    return false;
-                }
-                continue;
-            }
-            const PropertyListValue &child = folder.left.front();
-            folder.left = folder.left.subspan(1);
-            if (_isInVain() || !_makeNode(child)) {
-                return false;
-            }
-        }
+        return isGood;
+    });
+}
+
+/// One step in the folder whose contents are being made.
+bool ORVPresetManager::CreationWalk::_goOn() {
+    OpenFolder &folder = _open.back();
+    if (folder.left.empty()) {
+        return _leave();
     }
+    if (folder.isLarge && !folder.wasTried) {
+        return _makeOnTwoThreads(folder);
+    }
+    const PropertyListValue &child = folder.left.front();
+    folder.left = folder.left.subspan(1);
+    return !_isInVain() && _makeNode(child);
+}
+
+/// False when the creation has to be made again, which shows before its outermost folder is left at the latest.
+bool ORVPresetManager::CreationWalk::_leave() {
+    if (_open.size() == 1 && !_isBesideAnother() && _run.isInDoubt()) {
+        return false;
+    }
+    _writer.leaveFolder(_open.back().attributes);
+    _path.resize(_open.back().pathLength);
+    _open.pop_back();
     return true;
 }
 

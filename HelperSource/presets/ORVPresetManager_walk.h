@@ -127,6 +127,8 @@ private:
         std::map<std::size_t, CreationRun::Emptied> emptied; ///< of each part, for a single thread would not come to all of them
     };
 
+    [[nodiscard]] bool _goOn();
+    [[nodiscard]] bool _leave();
     [[nodiscard]] bool _makeNode(const PropertyListValue &node);
     [[nodiscard]] bool _enter(const ORVNodeEntries &entries);
     [[nodiscard]] bool _makeFile(const ORVNodeEntries &entries);
