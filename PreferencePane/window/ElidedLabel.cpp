@@ -16,7 +16,7 @@ constexpr int FewestCharacters = 16;
 
 ElidedLabel::ElidedLabel(QWidget *parent) : QLabel(parent) {
     setTextFormat(Qt::PlainText);
-    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
 }
 
 QSize ElidedLabel::sizeHint() const {
