@@ -1,8 +1,11 @@
 #pragma once
 
+#include <algorithm>
 #include <cerrno>
+#include <cstddef>
 #include <utility>
 
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace orvane {
@@ -53,6 +56,14 @@ template <typename Call> auto uninterrupted(const Call &call) {
         result = call();
     }
     return result;
+}
+
+/// How many descriptors one user of many may keep open so that enough are left for all others: an eighth of those that the
+/// process may have, at least one and at most `most`.
+[[nodiscard]] inline std::size_t shareOfDescriptors(std::size_t most) {
+    constexpr rlim_t shares = 8;
+    rlimit limit{};
+    return ::getrlimit(RLIMIT_NOFILE, &limit) != 0 ? most : static_cast<std::size_t>(std::clamp<rlim_t>(limit.rlim_cur / shares, 1, most));
 }
 
 } // namespace orvane

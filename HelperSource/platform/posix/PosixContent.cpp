@@ -16,7 +16,8 @@ namespace orvane {
 namespace {
 
 constexpr std::size_t LargestCache = std::size_t{8} * 1024 * 1024;
-constexpr std::size_t OpenContents = 64;
+constexpr std::size_t OpenContents = 64; ///< where the process has 512 descriptors or more
+constexpr std::size_t FewContents = 4;   ///< so many may be open before anybody asks what the limit is
 
 /// Opens without waiting for the other end of a FIFO and without making a terminal ours.
 FileDescriptor openForReading(std::string_view path) {
@@ -201,8 +202,10 @@ void PosixContentStore::_use(const PosixContent &content) {
     if (std::find(_open.begin(), _open.end(), &content) != _open.end()) {
         return;
     }
-    if (_open.size() >= OpenContents) {
-        _closeOldest();
+    if (_open.size() >= FewContents) {
+        for (const std::size_t most = shareOfDescriptors(OpenContents); _open.size() >= most;) {
+            _closeOldest();
+        }
     }
     _open.push_back(&content);
 }

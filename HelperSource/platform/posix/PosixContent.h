@@ -69,9 +69,9 @@ private:
     mutable std::uint64_t _lastUse = 0;
 };
 
-/// The contents of one file system object, each opened once. Keeps at most 8 MiB of bytes and 64 descriptors; of more
-/// large contents than that, the ones not used for longest are closed and opened again on their next use. Any thread may
-/// use the contents while none forgets them.
+/// The contents of one file system object, each opened once. Keeps at most 8 MiB of bytes and 64 descriptors (or an
+/// eighth of those that the process may have); of more large contents than that, the ones not used for longest are closed
+/// and opened again on their next use. Any thread may use the contents while none forgets them.
 class PosixContentStore {
 public:
     PosixContentStore() = default;

@@ -16,8 +16,10 @@ namespace {
 constexpr std::size_t LevelsByPath = 8;
 /// Bytes of such a path; with a name of 255 it stays far below PATH_MAX.
 constexpr std::size_t BytesByPath = 1000;
-/// Anchors that stay open beside the root's; a process has at least 1,024 descriptors as a rule.
+/// Anchors that stay open beside the root's, where the process has 1,024 descriptors, as it has as a rule, or more.
 constexpr std::size_t OpenAnchors = 128;
+/// So many may be open before anybody asks what the limit is.
+constexpr std::size_t FewAnchors = 4;
 /// When descriptors run out, all anchors but so many are closed before the second attempt.
 constexpr std::size_t AnchorsInNeed = 1;
 
@@ -66,7 +68,10 @@ bool PosixFolderCursor::enter(std::string_view name, Index item, const Options &
     _levels.back().options.anchored = anchored;
     if (anchored) {
         _anchors.push_back({std::move(folder), _levels.size() - 1, _path.size(), {}});
-        _closeAnchorsBut(OpenAnchors);
+        if (_anchors.size() - _firstOpen > FewAnchors) {
+            _mostOpen = _mostOpen != 0 ? _mostOpen : shareOfDescriptors(OpenAnchors);
+            _closeAnchorsBut(_mostOpen);
+        }
     }
     return true;
 }

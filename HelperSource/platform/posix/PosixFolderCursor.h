@@ -84,6 +84,7 @@ private:
     std::vector<Level> _levels;
     std::vector<Anchor> _anchors;
     std::size_t _firstOpen = 1; ///< anchors from here on are open; the root's is always
+    std::size_t _mostOpen = 0;  ///< anchors that may stay open; 0 as long as it does not matter
     std::string _scratch;
 };
 

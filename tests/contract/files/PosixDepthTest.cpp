@@ -61,6 +61,31 @@ std::string makeChain(const std::string &base, const std::string &name, int leve
     return isThere(base + "/" + name) ? "not removed" : "";
 }
 
+/// Chains of every depth up to `most`, each with copies of all contents at its end.
+std::string copyAtEveryDepth(const std::string &base, const std::vector<std::string> &contents, int most, rlim_t descriptors) {
+    const rlimit few = {descriptors, descriptors};
+    ::setrlimit(RLIMIT_NOFILE, &few);
+    for (int levels = 1; levels <= most; ++levels) {
+        PosixFileSystem files;
+        auto writer = files.beginHierarchy(base);
+        bool isGood = writer->enterFolder(std::to_string(levels));
+        for (int i = 1; i < levels; ++i) {
+            isGood = isGood && writer->enterFolder("level");
+        }
+        for (std::size_t i = 0; i < contents.size(); ++i) {
+            const ContentSource *const source = files.contentSource(contents[i]);
+            isGood = isGood && source != nullptr && writer->copyItem(std::to_string(i), *source, {});
+        }
+        if (!isGood || !writer->makeEmptyFile("end", {})) {
+            return "failed at " + std::to_string(levels) + " levels with " + std::to_string(writer->lastError());
+        }
+        for (int i = 0; i < levels; ++i) {
+            writer->leaveFolder({});
+        }
+    }
+    return "";
+}
+
 class PosixDepth : public ::testing::TestWithParam<mode_t> {
 protected:
     const TemporaryFolder folder;
@@ -74,6 +99,20 @@ TEST_P(PosixDepth, ThreeThousandLevelsFitUnder1024Descriptors) {
 
 TEST_P(PosixDepth, AThousandLevelsFitUnder32Descriptors) {
     EXPECT_EQ(inChild([&] { return makeChain(folder.path(), "level", 1000, 32, GetParam()); }), "");
+}
+
+TEST_P(PosixDepth, AtEveryDepthThereAreDescriptorsLeftForContents) {
+    putFolder(folder / "made", 0777);
+    std::vector<std::string> contents;
+    for (int i = 0; i < 8; ++i) { // small ones, which are kept in memory, and large ones, which are kept open
+        contents.push_back(folder / ("content " + std::to_string(i)));
+        putFile(contents.back(), std::string(i % 2 == 0 ? 10 : 200000, 'x'));
+    }
+    EXPECT_EQ(inChild([&] {
+                  ::umask(GetParam());
+                  return copyAtEveryDepth(folder / "made", contents, 100, 32);
+              }),
+              "");
 }
 
 TEST_P(PosixDepth, PathsBeyondPATH_MAXAreMadeAndRemoved) {
