@@ -66,7 +66,7 @@ std::optional<std::string> DesktopFrontWindow::folder() {
     }
     if (!folder) {
         _log.log(std::string("The folder of ") + fileManager->name() + "'s front window is not known" +
-                 (_work.isBusy() ? " (no answer in time)." : "."));
+                 (deadline.passed() || _work.isBusy() ? " (no answer in time)." : "."));
     }
     return folder;
 }

@@ -303,8 +303,12 @@ class Desktop(unittest.TestCase):
 
     def pop_up_for(self, folder):
         """The menu at the mouse for a folder that takes the front window's place."""
+        return self.ask_for_menu("make-preset-in", f"[<'{folder}'>]")
+
+    def ask_for_menu(self, action, arguments):
+        """The menu that such an action of the helper brings up."""
         def ask():
-            answer = bus_call("org.freedesktop.Application.ActivateAction", "make-preset-in", f"[<'{folder}'>]", "{}")
+            answer = bus_call("org.freedesktop.Application.ActivateAction", action, arguments, "{}")
             self.assertEqual(answer.returncode, 0, answer.stderr)
             try:
                 return wait(popup_menu, "the menu to be up", 2)
