@@ -110,10 +110,10 @@ public:
     /// Whether the answers that `contentSource` has given since a hierarchy was begun may depend on the moment: a content was made
     /// or changed since then, or stands where none was, as when it is among the items that are being made.
     [[nodiscard]] virtual bool haveContentsChanged() { return false; }
-    /// Lets go of all content sources, so that the next creation sees changed files.
+    /// Lets go of all content sources, so that those asked for next see changed files. Not while a writer copies one.
     virtual void forgetContents() = 0;
     /// Starts a hierarchy inside `basePath`; the folder and its parents are made when they do not exist.
-    /// Null when that is impossible. Writers must not outlive the file system or `forgetContents()`.
+    /// Null when that is impossible. Writers must not outlive the file system.
     [[nodiscard]] virtual std::unique_ptr<HierarchyWriter> beginHierarchy(std::string_view basePath) = 0;
 };
 

@@ -118,7 +118,7 @@ bool ORVPresetManager::_createNode(const PropertyListValue &node, std::string_vi
         _setFileCreationError(message);
         return false;
     }
-    CreationRun run{*this, replacePairs, survey};
+    CreationRun run{*this, replacePairs, topPath, survey};
     CreationWalk walk(run, *writer, stringByAppendingPathComponent(basePath, ""));
     const bool made = _makeOrRunOutOfMemory(walk, node, topPath);
     const bool wasStopped = !made && writer->lastError() == EINTR;

@@ -64,6 +64,11 @@ std::string ORVTextOfSystemError(int error) {
 }
 
 const ContentSource *ORVPresetManager::CreationRun::contentNamed(std::string_view contentFilename) {
+    FileSystem &files = manager._ports.fileSystem;
+    if (isMadeAmongContents()) {
+        files.forgetContents();
+        return files.contentSource(stringByAppendingPathComponent(_contentFolder(), contentFilename));
+    }
     std::unique_lock lock(_monitor);
     auto known = _contents.find(contentFilename);
     if (known == _contents.end()) {
@@ -74,7 +79,7 @@ const ContentSource *ORVPresetManager::CreationRun::contentNamed(std::string_vie
     Content &content = known->second;
     const std::lock_guard contentLock(content.monitor);
     if (!content.source) {
-        content.source = manager._ports.fileSystem.contentSource(stringByAppendingPathComponent(folder, contentFilename));
+        content.source = files.contentSource(stringByAppendingPathComponent(folder, contentFilename));
     }
     return *content.source;
 }
@@ -103,9 +108,10 @@ bool ORVPresetManager::CreationRun::isInDoubt() {
     return dependsOnOrder;
 }
 
-bool ORVPresetManager::CreationRun::isAmongContents(std::string_view path) {
+bool ORVPresetManager::CreationRun::isMadeAmongContents() {
     const std::lock_guard lock(_monitor);
-    return path.starts_with(_contentFolder());
+    const std::string &contents = _contentFolder();
+    return topPath.starts_with(contents) || contents.starts_with(topPath);
 }
 
 const std::string &ORVPresetManager::CreationRun::_contentFolder() {
@@ -202,7 +208,9 @@ const ContentSource *ORVPresetManager::CreationWalk::_contentNamed(std::string_v
         return known->second;
     }
     const ContentSource *source = _run.contentNamed(contentFilename);
-    _contents.emplace(contentFilename, source);
+    if (!_run.isMadeAmongContents()) {
+        _contents.emplace(contentFilename, source);
+    }
     return source;
 }
 
@@ -252,7 +260,7 @@ bool ORVPresetManager::CreationWalk::_makeOnTwoThreads(OpenFolder &folder) {
     const std::size_t wanted = std::max(_run.survey->sizeOf(children) / UsualParts, LeastInPart);
     SharedParts shared;
     if (children.size() < 2 || !_cut(children, FolderAhead::InCurrent, wanted, shared) || shared.parts.size() < 2 ||
-        _run.isAmongContents(_path)) {
+        _run.isMadeAmongContents()) {
         return true;
     }
     const std::string path = _path;
@@ -289,7 +297,7 @@ bool ORVPresetManager::CreationWalk::_areMostlyFiles(std::span<const PropertyLis
 
 /// Makes all that is in a folder, as a single thread does it, while another one completes the files. Results are as above.
 bool ORVPresetManager::CreationWalk::_makeWhileAnotherFinishes(OpenFolder &folder) {
-    if (_run.survey->sizeOf(folder.left) < LeastForFinishing || _run.isAmongContents(_path)) {
+    if (_run.survey->sizeOf(folder.left) < LeastForFinishing || _run.isMadeAmongContents()) {
         return true;
     }
     CreationWalk walk(_run, _writer, _path);

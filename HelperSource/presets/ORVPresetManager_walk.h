@@ -36,12 +36,13 @@ namespace orvane {
 
 /// One creation: what all its walks share.
 struct ORVPresetManager::CreationRun {
-    /// Without a survey it is a creation on one thread.
-    CreationRun(ORVPresetManager &owner, std::span<const PromptValueRow> rows, const ORVTreeSurvey *treeSurvey)
-        : manager(owner), replacePairs(rows), survey(treeSurvey) {}
+    /// Of the item at that path and what is in it. Without a survey it is a creation on one thread.
+    CreationRun(ORVPresetManager &owner, std::span<const PromptValueRow> rows, std::string_view path, const ORVTreeSurvey *treeSurvey)
+        : manager(owner), replacePairs(rows), topPath(path), survey(treeSurvey) {}
 
     ORVPresetManager &manager;
     std::span<const PromptValueRow> replacePairs;
+    std::string_view topPath;
     const ORVTreeSurvey *survey;
 
     std::atomic<bool> dependsOnOrder = false; ///< the creation has to be made again, on one thread
@@ -58,14 +59,15 @@ struct ORVPresetManager::CreationRun {
     /// Tells the log of them: one entry, however many they are.
     void logEmptied();
 
-    /// The content of that name; each is looked up once, for a preset with thousands of copies has few contents. Null for one
-    /// that cannot be copied. Any thread of the creation.
+    /// The content of that name, which goes with the next one. Each is looked up once, for a preset with thousands of copies has few
+    /// contents; but every time where they may be among what is made. Null for one that cannot be copied. Any thread of the creation.
     [[nodiscard]] const ContentSource *contentNamed(std::string_view contentFilename);
     /// Whether the creation has to be made again on one thread: also where a content may be one of the items that two threads have
     /// made, so that it hung on them what it was. Before the top folder is left.
     [[nodiscard]] bool isInDoubt();
-    /// Whether that folder lies in the folder of contents, so that what is made may be a content at the same time.
-    [[nodiscard]] bool isAmongContents(std::string_view path);
+    /// Whether it is made in the folder of contents, or this folder in it, so that what is made may be a content at the same time:
+    /// nothing for two threads. Any thread.
+    [[nodiscard]] bool isMadeAmongContents();
 
 private:
     [[nodiscard]] const std::string &_contentFolder();

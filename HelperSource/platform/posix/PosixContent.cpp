@@ -97,6 +97,9 @@ std::unique_ptr<PosixContent> PosixContent::ofOpenItem(FileDescriptor item, std:
 
 /// Asks for one byte more than the size says, so that a single call sees the end of an unchanged file.
 bool PosixContent::_read(int descriptor) {
+    if (_size == 0) {
+        return _readMadeUp(descriptor);
+    }
     _bytes.resize(static_cast<std::size_t>(_size) + 1);
     std::size_t got = 0;
     while (got < _bytes.size()) {
@@ -112,6 +115,25 @@ bool PosixContent::_read(int descriptor) {
     _bytes.resize(std::min(got, static_cast<std::size_t>(_size)));
     _isInMemory = true;
     return true;
+}
+
+/// What a file has whose size is 0: nothing as a rule, but those in /proc are made up when they are read. Fails with EFBIG where
+/// there seems to be no end.
+bool PosixContent::_readMadeUp(int descriptor) {
+    std::array<char, 4096> part;
+    _isInMemory = true;
+    while (true) {
+        const ssize_t got = uninterrupted([&] { return ::read(descriptor, part.data(), part.size()); });
+        if (got <= 0) {
+            _size = static_cast<off_t>(_bytes.size());
+            return got == 0;
+        }
+        _bytes.append(part.data(), static_cast<std::size_t>(got));
+        if (_bytes.size() > LargestCache) {
+            errno = EFBIG;
+            return false;
+        }
+    }
 }
 
 PosixContent::Opened PosixContent::opened() const {

@@ -55,6 +55,7 @@ private:
     friend class PosixContentStore;
     PosixContent() = default;
     [[nodiscard]] bool _read(int descriptor);
+    [[nodiscard]] bool _readMadeUp(int descriptor);
 
     std::string _path;
     PosixItemProperties _properties;

@@ -235,6 +235,15 @@ TEST_F(PosixContents, FilesOfManyMegabytesInAllAreCopiedThoughNotAllAreKeptInMem
     }
 }
 
+TEST_F(PosixContents, AFileThatTellsNoSizeIsCopiedWhole) {
+    const std::string version = contentsOf("/proc/version"); // the kernel makes up its bytes when they are read
+    ASSERT_EQ(stateOf("/proc/version").st_size, 0);
+    ASSERT_FALSE(version.empty());
+    putLink(folder / "link", "/proc/version");
+    ASSERT_TRUE(copy("link", "copy"));
+    EXPECT_EQ(contentsOf(folder / "copy"), version);
+}
+
 TEST_F(PosixContents, AFolderKeepsModesTimesAttributesAndLinks) {
     putFolder(folder / "store");
     putFolder(folder / "store/closed", 0700);

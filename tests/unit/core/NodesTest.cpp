@@ -83,6 +83,21 @@ TEST(Nodes, WhoseContentsAreMissingUnreadableOrAnAliasToAFolderAreEmptyFiles) {
     EXPECT_EQ(desk.creationError(), "(none)");
 }
 
+TEST(Nodes, MadeInTheStoreAreContentsForThoseAfterThem) {
+    const auto copy = [](std::string_view name, std::string_view content) { return with(file(name), "contentFilename", text(content)); };
+    const std::string store = "/home/user/.local/share/Orvane/File Content";
+    for (const std::string &base : {store, std::string("/home/user/.local/share")}) {
+        Desk desk;
+        desk.fileSystem.addFile(store + "/letter", "Dear");
+        const PropertyList tree = folder("T", {copy("x", "T/y"), copy("y", "letter"), copy("z", "T/y"), file("y"), copy("last", "T/y")});
+        const PropertyList inStore = folder("Orvane", {folder("File Content", {tree})});
+        EXPECT_TRUE(desk.manager->createFileNodeAtBasePathWithReplacePairs(base == store ? tree.root() : inStore.root(), base, {}));
+        EXPECT_EQ(desk.fileSystem.node(store + "/T/x")->contents, "") << base;
+        EXPECT_EQ(desk.fileSystem.node(store + "/T/z")->contents, "Dear") << base;
+        EXPECT_EQ(desk.fileSystem.node(store + "/T/last")->contents, "") << base;
+    }
+}
+
 TEST(Nodes, WhoseCopyFailsAreEmptyFiles) {
     Desk desk;
     desk.fileSystem.addFile("/home/user/.local/share/Orvane/File Content/c", "text");
