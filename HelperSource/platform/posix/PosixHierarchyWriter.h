@@ -152,6 +152,7 @@ private:
     [[nodiscard]] std::string _pathBelowBase(Index item) const;
 
     // Removal. It changes nothing but the cursor, so two threads can be at it with a cursor each.
+    void _leaveRestrictedFolders();
     void _removeAndTell(Index first);
     void _removeFrom(Index first, Omissions &left);
     [[nodiscard]] std::string _pathForTelling() const;

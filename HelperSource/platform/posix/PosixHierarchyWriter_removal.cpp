@@ -25,10 +25,25 @@ constexpr PosixMadeItems::Index LeastForSecondThread = 500;
 } // namespace
 
 void PosixHierarchyWriter::removeEverythingMade() {
+    _leaveRestrictedFolders();
     _removeAndTell(PosixMadeItems::Root + 1);
     _items.truncate(PosixMadeItems::Root + 1);
     _shared.clear();
     _isOver = true;
+}
+
+/// A folder that was entered once more after it had got its mode may keep its owner out: it is left, so that the way back into it
+/// opens it.
+void PosixHierarchyWriter::_leaveRestrictedFolders() {
+    Index topmost = PosixMadeItems::None;
+    for (Index item = _cursor.item(); item != PosixMadeItems::Root; item = _items.parent(item)) {
+        if (_items.has(item, PosixMadeItems::Restricted) && !_items.has(item, PosixMadeItems::Entered)) {
+            topmost = item;
+        }
+    }
+    while (topmost != PosixMadeItems::None && _cursor.item() >= topmost) {
+        _cursor.leave();
+    }
 }
 
 void PosixHierarchyWriter::_removeAndTell(Index first) {

@@ -151,4 +151,31 @@ TEST(PosixModesTest, AReadOnlyFolderGetsItsLabel) {
     }
 }
 
+TEST(PosixModesTest, AFolderThatWasEnteredAgainIsRemovedWhateverItsMode) {
+    const TemporaryFolder folder;
+    putFolder(folder / "work", 0777);
+    for (const unsigned mode : {0555U, 0111U, 0311U}) { // the last two keep the second way into it from being open for reading
+        EXPECT_EQ(asOrdinaryUser([&]() -> std::string {
+                      PosixFileSystem files;
+                      auto writer = files.beginHierarchy(folder / "work");
+                      if (!writer->enterFolder("top") || !writer->enterFolder("d") || !writer->enterFolder("e") ||
+                          !writer->makeEmptyFile("f", {})) {
+                          return "cannot make";
+                      }
+                      writer->leaveFolder({0, mode});
+                      if (!writer->makeEmptyFile("g", {})) {
+                          return "cannot make";
+                      }
+                      writer->leaveFolder({0, mode});
+                      if (!writer->enterFolder("d") || !writer->enterFolder("e")) {
+                          return "cannot enter again";
+                      }
+                      writer->removeEverythingMade();
+                      return "";
+                  }),
+                  "");
+        EXPECT_EQ(namesIn(folder / "work"), std::vector<std::string>()) << std::oct << mode;
+    }
+}
+
 } // namespace orvane::testing
