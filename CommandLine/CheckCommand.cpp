@@ -114,6 +114,11 @@ bool takeFile(CommandContext &context, const std::string &path, Subject &subject
     return true;
 }
 
+bool isRegularFile(const std::string &path) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
 /// The user's own presets. False after a message.
 bool takePreferences(CommandContext &context, Subject &subject) {
     std::string problem;
@@ -122,7 +127,7 @@ bool takePreferences(CommandContext &context, Subject &subject) {
     if (!presets) {
         std::string why; // the reader tells the line, too
         const std::string path = pathOfPreferences(context.folders);
-        const bool isReadable = readPropertyListFile(path, why).has_value();
+        const bool isReadable = !isRegularFile(path) || readPropertyListFile(path, why).has_value(); // a pipe would be waited for
         failure(localized(UnreadablePreferencesTitle), printable(isReadable || why.empty() ? problem : withReason(path, why)));
         return false;
     }

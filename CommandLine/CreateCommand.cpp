@@ -121,6 +121,9 @@ private:
         if (_options.dryRun) {
             return _noteDryRun(manager);
         }
+        if (!manager.countersWereStored()) {
+            warn(localized("the last values of automatic variables were not stored; the log says why"));
+        }
         if (!_alerts.shown().empty()) {
             _report.script.reset();
             _report.status = ExitStatus::NotMade;
@@ -129,9 +132,6 @@ private:
         _report.created = true;
         _report.path = _observed.topPath();
         _report.nodes = _nodes.nodes();
-        if (!manager.countersWereStored()) {
-            warn(localized("the last values of automatic variables were not stored; the log says why"));
-        }
         if (!_interruptionIsOpen) { // else it is too late to take anything back, but not to keep the script from starting
             _runScript();
         }

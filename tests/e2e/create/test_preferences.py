@@ -72,6 +72,9 @@ class Unreadable(OrvaneTest):
         os.makedirs(os.path.dirname(self.preferences))
         os.mkfifo(self.preferences)
         self.assertRefused("it is not an ordinary file")
+        checked = self.run_orvane("check")
+        self.assertEqual((checked.status, checked.out), (1, ""))
+        self.assertIn("it is not an ordinary file", checked.err)
 
     def test_a_file_without_permission(self):
         self.write_bytes(self.preferences, WHOLE, mode=0o000)
@@ -124,6 +127,9 @@ class Odd(OrvaneTest):
             result = self.create("0", "--no-input", "--json")
             self.assertEqual((result.status, result.json["variables"]), (0, [{"name": "AutoNo", "value": "0"}]))
             self.assertEqual((result.json["error"], result.err), (None, NOT_STORED))
+            again = self.create("0", "--no-input")
+            self.assertEqual(again.status, 1, "the number is the same, and so is the folder's name")
+            self.assertTrue(again.err.endswith(NOT_STORED), again.err)
             os.rmdir(self.in_target("0"))
             self.assertEqual(self.content(self.preferences), before)
 

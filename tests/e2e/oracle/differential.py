@@ -257,8 +257,8 @@ class Case:
                     self.differences.append(f"standard error: expected the missing name {name!r}, got {actual!r}")
             return
         expected = "".join(f"orvane: {title}: {message}\n" for title, message in self.alerts)
-        if self._counters_are_foreign() and self.outcome.automatic is not None and self.outcome.created:
-            expected = NOT_STORED + expected
+        if self._counters_are_foreign() and self.outcome.automatic is not None:
+            expected = NOT_STORED + expected if self.outcome.created else expected + NOT_STORED
         self.differ("standard error", expected, actual)
 
     def _compare_answer(self):
