@@ -182,7 +182,7 @@ std::vector<ItemID> PresetDocument::insertNodes(const PropertyList &nodes, ItemI
     const EditHistory::Step step(_history, name);
     PropertyListBuilder builder;
     const std::array<PropertyListEntry, 1> folder{{{"children", builder.adopt(nodes)}}};
-    const std::vector<ItemID> made = _makeNodes(nodes, builder.dictionary(folder));
+    std::vector<ItemID> made = _makeNodes(nodes, builder.dictionary(folder));
     NamesInFolder names(*this, parent);
     for (const ItemID node : made) {
         const std::string wanted = filename(node);

@@ -179,8 +179,8 @@ private:
 
     PropertyList _mergedValue(const PropertyList &base, const PropertyList &mine, const PropertyList &theirs, std::string_view key) {
         const PropertyList before = entryOf(base, key);
-        const PropertyList here = entryOf(mine, key);
-        const PropertyList there = entryOf(theirs, key);
+        PropertyList here = entryOf(mine, key);
+        PropertyList there = entryOf(theirs, key);
         if (areEqual(here, before) || areEqual(here, there)) {
             return there;
         }
