@@ -23,9 +23,15 @@ if(orvane_processors GREATER 1)
       contract/threads/SharingTest.cpp
       contract/threads/TwoThreadsTest.cpp
     LIBRARIES commandline)
+  orvane_add_test(NAME contract_threads_memory LABEL contract
+    SOURCES
+      contract/files/FilesTestSupport.cpp
+      contract/threads/SecondThreadMemoryTest.cpp
+    LIBRARIES commandline)
 else()
   message(STATUS "One processor: creations on two threads are not tested")
   add_custom_target(contract_threads)
+  add_custom_target(contract_threads_memory)
 endif()
 
 # Counting system calls is left to strace, which does not go together with the leak check of the address sanitizer.

@@ -7,10 +7,12 @@ orvane_add_test(NAME core_test LABEL unit
     unit/core/KeysTest.cpp
     unit/core/ManagerCoreTest.cpp
     unit/core/NodesTest.cpp
+    unit/core/PostflightJobTest.cpp
     unit/core/PromptTest.cpp
     unit/core/PropertyListTest.cpp
     unit/core/RecordsTest.cpp
     unit/core/RunnerTest.cpp
     unit/core/ServiceTest.cpp
     unit/core/SurveyTest.cpp
-    unit/core/TableViewTest.cpp)
+    unit/core/TableViewTest.cpp
+    unit/core/TopLevelNameTest.cpp)

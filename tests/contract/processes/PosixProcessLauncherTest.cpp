@@ -2,7 +2,9 @@
 
 #include "ProcessTestTools.h"
 
+#include "fakes/FakeClock.h"
 #include "platform/posix/PosixProcessLauncher.h"
+#include "presets/ORVScriptRunner.h"
 
 #include <algorithm>
 #include <csignal>
@@ -275,6 +277,33 @@ TEST_F(PosixProcessLauncherTest, GigabyteOnStandardOutputBlocksItsWriterWhileNob
     const std::string output = child->readStandardOutputToEnd();
     EXPECT_GT(output.size(), 0U);
     EXPECT_LE(output.size(), 1024U * 1024U); // what the pipe held
+}
+
+TEST_F(PosixProcessLauncherTest, ScriptThatOverfillsItsOutputTimesOutAndIsThenHelpedOnNotEnded) {
+    // Two million characters, printed by the shell itself: more than any pipe holds.
+    const std::string script = folder.write("script", "#!/bin/sh\necho early >&2\necho $$ > '" + folder.path("pid") +
+                                                          "'\nprintf 'a=%02000000d\\n' 1\necho late >&2\nexit 0\n");
+    FakeClock clock;
+    clock.onSleep = [&](std::chrono::microseconds duration) {
+        std::this_thread::sleep_for(duration);
+        const std::string number = test::contentsOf(folder.path("pid"));
+        if (number.ends_with('\n') && stateOf(std::stoi(number)) == 'S') { // it waits for a reader
+            clock.advance(std::chrono::seconds(5));
+        }
+    };
+    ORVScriptRunner runner(script, launcher, clock);
+    ORVError error;
+    auto run = std::async(std::launch::async, [&] { return runner.runWithArgumentsTimeoutError({}, 20, &error); });
+    const bool returned = run.wait_for(std::chrono::seconds(20)) == std::future_status::ready;
+    if (const pid_t stuck = returned ? -1 : awaitPid(); stuck > 0) {
+        ::kill(stuck, SIGKILL); // else the runner would be waited for without end
+    }
+    ASSERT_TRUE(returned);
+    EXPECT_FALSE(run.get());
+    EXPECT_EQ(error.localizedDescription(), "Script timed out.");
+    EXPECT_EQ(error.localizedFailureReason(), "early\nlate\n");
+    EXPECT_GT(clock.nowInSeconds(), 20U);
+    EXPECT_TRUE(eventually(test::hasNoChild));
 }
 
 TEST_F(PosixProcessLauncherTest, ClosedOutputsEndAtOnceThoughTheProgramGoesOn) {

@@ -7,12 +7,19 @@
 #include "ObservedFileSystem.h"
 #include "platform/posix/PosixFileFinisher.h"
 
+#include <array>
 #include <atomic>
+#include <chrono>
+#include <condition_variable>
 #include <csignal>
 #include <cstdint>
 #include <fcntl.h>
+#include <functional>
+#include <mutex>
+#include <poll.h>
 #include <random>
 #include <sys/resource.h>
+#include <thread>
 #include <unistd.h>
 
 namespace orvane::testing {
@@ -40,12 +47,15 @@ PropertyList flat(const Mixture &mixture) {
         const bool isFolder = number(mixture.nodes) < static_cast<std::size_t>(mixture.folders);
         const std::string name = isTwin ? "twin" : "{Job} take " + std::to_string(i);
         const std::string content = number(60) == 0 ? "large" : number(60) == 0 ? "tree" : contents[below(contents.size())];
-        const std::string &mode = modes[below(modes.size())];
+        const std::string &anyMode = modes[below(modes.size())];
+        // Files that are emptied again, and folders that are read afterwards, are open to their owner.
+        const bool isOpen = isTwin || isFolder || content == "tree";
+        const std::string mode = !isOpen || anyMode == "755" || (isTwin && !isFolder && anyMode == "640") ? anyMode : "";
         children.push_back(
             dict({{"filename", text(name)},
                   {"isFolder", yes(isFolder)},
                   {"color", text(colors[below(colors.size())])},
-                  {"permissions", text(isFolder && mode != "755" ? "" : mode)},
+                  {"permissions", text(mode)},
                   {"contentFilename", text(isFolder ? "" : content)},
                   {"children", list(isFolder ? std::vector<PropertyList>{test::file("inside")} : std::vector<PropertyList>{})}}));
     }
@@ -196,6 +206,70 @@ TEST_F(FinishingTest, AFileIsEmptiedAgainOnlyWhenItHasItsContents) {
     EXPECT_EQ(writer->makeOnTwoThreads({}, [](HierarchyWriter &) {}), TwoThreads::Done); // no longer beside another
     writer->removeEverythingMade();
     EXPECT_TRUE(namesIn(folder / "two").empty());
+}
+
+TEST_F(FinishingTest, WaitsForTheFilesThatTheOtherThreadIsAt) {
+    putContent("wide", std::string(100'000, 'w')); // more than a pipe takes in
+    const auto *const wide = static_cast<const PosixContent *>(files.contentSource(contentAt("wide")));
+    const auto *const small = static_cast<const PosixContent *>(files.contentSource(contentAt("small")));
+    std::array<int, 2> channel{};
+    ASSERT_EQ(::pipe2(channel.data(), O_CLOEXEC), 0);
+    const FileDescriptor end(channel[0]);
+    std::mutex monitor;
+    std::condition_variable changed;
+    bool isWaitedFor = false;
+    bool wasWaitedFor = false;
+    bool wasLeftTooEarly = false;
+    std::size_t bytes = 0;
+    std::thread reader([&] { // until then the second thread is at the first file of its batch
+        std::unique_lock lock(monitor);
+        EXPECT_TRUE(changed.wait_for(lock, std::chrono::seconds(20), [&] { return isWaitedFor; }));
+        wasLeftTooEarly = changed.wait_for(lock, std::chrono::milliseconds(50), [&] { return wasWaitedFor; });
+        lock.unlock();
+        std::array<char, 4096> buffer{};
+        for (ssize_t got = 0; (got = ::read(end.get(), buffer.data(), buffer.size())) > 0;) {
+            bytes += static_cast<std::size_t>(got);
+        }
+    });
+    const std::function<void(bool)> finished = [](bool isGood) { EXPECT_TRUE(isGood); };
+    PosixFileFinisher finisher(finished);
+    finisher.add({FileDescriptor(channel[1]), 1, {wide, 0, {}}});
+    const auto sizeOf = [&](unsigned i) { return contentsOf(folder / "two/" + std::to_string(i)).size(); };
+    for (unsigned i = 1; i <= 3; ++i) { // with which the batch is full
+        const std::string path = folder / "two/" + std::to_string(i);
+        finisher.add({FileDescriptor(::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0644)), i + 1, {small, 0, {}}});
+    }
+    pollfd written{end.get(), POLLIN, 0};
+    EXPECT_EQ(::poll(&written, 1, 20'000), 1);
+    const auto mark = [&](bool &what) {
+        const std::lock_guard lock(monitor);
+        what = true;
+        changed.notify_all();
+    };
+    mark(isWaitedFor);
+    finisher.wait();
+    for (unsigned i = 1; i <= 3; ++i) {
+        EXPECT_EQ(sizeOf(i), 4096U) << i;
+    }
+    mark(wasWaitedFor);
+    finisher.end();
+    reader.join();
+    EXPECT_FALSE(wasLeftTooEarly);
+    EXPECT_EQ(bytes, 100'000U);
+    EXPECT_TRUE(finisher.isGood());
+}
+
+TEST_F(FinishingTest, AFileThatCannotBeClosedIsNotComplete) {
+    putContent("empty", "");
+    const auto *const empty = static_cast<const PosixContent *>(files.contentSource(contentAt("empty")));
+    constexpr int NotOpen = 1'000'000'000; // nothing is to be written, so that closing is the first call that counts
+    for (const bool hasContent : {true, false}) {
+        const std::function<void(bool)> finished = [&](bool isGood) { EXPECT_EQ(isGood, !hasContent); };
+        PosixFileFinisher finisher(finished);
+        finisher.add({FileDescriptor(NotOpen), 1, {hasContent ? empty : nullptr, 0, {}}});
+        finisher.end();
+        EXPECT_EQ(finisher.isGood(), !hasContent);
+    }
 }
 
 TEST_F(FinishingTest, WhatTheWorkThrowsIsThrownWhenTheFilesAreComplete) {

@@ -8,16 +8,30 @@
 #include <array>
 #include <chrono>
 #include <condition_variable>
+#include <cstdint>
 #include <mutex>
+#include <new>
 #include <utility>
 
 #include <sched.h>
+#include <sys/resource.h>
 
 namespace orvane::testing {
 
 namespace {
 
 class SharingTest : public TwoThreadsTest {};
+
+/// So many copies, each in a folder of its own or all in one.
+std::vector<PropertyList> copies(int count, const std::string &content, bool isEachInAFolder) {
+    std::vector<PropertyList> all;
+    for (int i = 0; i < count; ++i) {
+        const std::string name = "copy " + std::to_string(i);
+        const PropertyList copy = dict({{"filename", text(name)}, {"contentFilename", text(content)}});
+        all.push_back(isEachInAFolder ? test::folder("in " + name, {copy}) : copy);
+    }
+    return all;
+}
 
 TEST_F(SharingTest, TheLogTellsOfTheContentsThatOneCouldNotCopy) {
     const auto copy = [](const std::string &name) { return dict({{"filename", text(name)}, {"contentFilename", text("small")}}); };
@@ -172,6 +186,93 @@ TEST_F(SharingTest, OneProcessorIsLeftToOne) {
     EXPECT_EQ(::sched_setaffinity(0, sizeof before, &before), 0);
 }
 
+TEST_F(SharingTest, WithoutMoreThreadsOneMakesEverything) {
+    putFolder(folder / "own");
+    ASSERT_EQ(::chmod(std::string(folder / "own").c_str(), 0777), 0);
+    EXPECT_EQ(asOrdinaryUser([&]() -> std::string {
+                  const rlimit none = {0, 0};
+                  if (::setrlimit(RLIMIT_NPROC, &none) != 0) {
+                      return "no limit";
+                  }
+                  const Outcome outcome = create(shared, test::preset("top", scenes(200)), folder / "own");
+                  return std::to_string(outcome.alerts.size()) + " alerts, " + std::to_string(outcome.log.size()) + " entries, " +
+                         std::to_string(outcome.disk.size()) + " items, " + std::to_string(starts) + " new beginning, " +
+                         std::to_string(shared.hierarchies) + " hierarchies";
+              }),
+              "0 alerts, 0 entries, 401 items, 1 new beginning, 2 hierarchies");
+}
+
+/// An ACL of three entries as an extended attribute has it (Linux, uapi/linux/posix_acl_xattr.h): version 2, then tag, permissions and id
+/// of each.
+std::string aclOf(unsigned owner, unsigned group, unsigned others) {
+    std::string acl;
+    const auto put = [&](std::uint32_t value, int bytes) { // little-endian
+        for (; bytes > 0; --bytes, value >>= 8U) {
+            acl += static_cast<char>(value & 0xFFU);
+        }
+    };
+    put(2, 4);
+    for (const auto &[tag, permissions] : {std::pair(0x01U, owner), {0x04U, group}, {0x20U, others}}) {
+        put(tag, 2);
+        put(permissions, 2);
+        put(0xFFFFFFFFU, 4);
+    }
+    return acl;
+}
+
+TEST_F(SharingTest, UnderADefaultACLModesAreThoseThatOneSets) {
+    putFolder(folder / "open");
+    setAttribute(folder / "open", "system.posix_acl_default", aclOf(7, 5, 0));
+    putFolder(folder / "open/base");
+    std::vector<PropertyList> children;
+    for (int i = 0; i < 200; ++i) {
+        const std::string number = std::to_string(i);
+        const auto with = [&](const char *name, const char *mode, const char *content) {
+            return dict({{"filename", text(name + number)}, {"permissions", text(mode)}, {"contentFilename", text(content)}});
+        };
+        children.push_back(test::folder("scene " + number, {with("any ", "", ""), with("all ", "777", ""), with("most ", "766", "small"),
+                                                            with("its own ", "", "small")}));
+    }
+    std::mutex monitor;
+    std::condition_variable changed;
+    bool isLastMade = false;
+    shared.beforeEmptyFile = [&](std::string_view name) { // so that both make something
+        std::unique_lock lock(monitor);
+        if (name == "all 199") {
+            isLastMade = true;
+            changed.notify_all();
+        } else if (name == "any 0") {
+            EXPECT_TRUE(changed.wait_for(lock, std::chrono::seconds(20), [&] { return isLastMade; }));
+        }
+    };
+    const Outcome outcome = bothWays(test::preset("top", children), folder / "open/base");
+    EXPECT_EQ(shared.sharings, 1);
+    ASSERT_EQ(outcome.disk.size(), 1001U);
+    for (const char *const number : {"0", "199"}) {
+        const std::string inside = "/top/scene " + std::string(number) + "/";
+        const auto modeOfMade = [&](const std::string &name) { return outcome.disk.at(inside + name + number).substr(5, 3); };
+        EXPECT_EQ(modeOfMade("any "), "416") << number;     // 0640
+        EXPECT_EQ(modeOfMade("all "), "511") << number;     // 0777
+        EXPECT_EQ(modeOfMade("most "), "502") << number;    // 0766
+        EXPECT_EQ(modeOfMade("its own "), "420") << number; // 0644
+    }
+}
+
+TEST_F(SharingTest, WantOfMemoryIsDecidedByOne) {
+    shared.beforeContent = [this](std::string_view) {
+        if (shared.hierarchies == 1) {
+            throw std::bad_alloc();
+        }
+    };
+    const Outcome outcome = create(shared, test::preset("top", copies(200, "small", true)), folder / "one");
+    EXPECT_EQ(outcome.alerts.size(), 0U);
+    EXPECT_EQ(outcome.disk.size(), 401U);
+    EXPECT_EQ(contentsOf(folder / "one/top/in copy 199/copy 199").size(), 4096U);
+    EXPECT_EQ(shared.sharings, 1);
+    EXPECT_EQ(shared.hierarchies, 2);
+    EXPECT_EQ(starts, 1);
+}
+
 TEST_F(SharingTest, AFolderThatWasThereIsLeftToOne) {
     const Outcome outcome =
         bothWays(test::preset("top", {test::folder("twin", scenes(500)), test::folder("twin", scenes(700))}), folder / "one");
@@ -182,17 +283,6 @@ TEST_F(SharingTest, AFolderThatWasThereIsLeftToOne) {
     ASSERT_TRUE(writer->enterFolder("there"));
     EXPECT_EQ(writer->makeOnTwoThreads({}, [](HierarchyWriter &) { FAIL() << "called"; }), TwoThreads::Refused);
     EXPECT_EQ(writer->finishOnSecondThread([] { FAIL() << "called"; }, [](bool) { FAIL() << "called"; }), TwoThreads::Refused);
-}
-
-/// So many copies, each in a folder of its own or all in one.
-std::vector<PropertyList> copies(int count, const std::string &content, bool isEachInAFolder) {
-    std::vector<PropertyList> all;
-    for (int i = 0; i < count; ++i) {
-        const std::string name = "copy " + std::to_string(i);
-        const PropertyList copy = dict({{"filename", text(name)}, {"contentFilename", text(content)}});
-        all.push_back(isEachInAFolder ? test::folder("in " + name, {copy}) : copy);
-    }
-    return all;
 }
 
 TEST_F(SharingTest, AmongTheContentsOneMakesThemInTheirOrder) {
@@ -249,6 +339,19 @@ TEST_F(SharingTest, ContentsThatAreMissingUntilTheyAreMadeAreLeftToOne) {
     EXPECT_EQ(starts, 1);
     EXPECT_EQ(bothWays(test::preset("top", copies(500, "missing", false)), folder / "one").disk.size(), 501U);
     EXPECT_EQ(starts, 0); // what is missing and stays so is no reason
+}
+
+TEST_F(SharingTest, AnOldContentThatIsMovedInMeanwhileIsReadByOne) {
+    shared.beforeEmptyFile = [&](std::string_view name) {
+        if (name == "last" && shared.hierarchies == 1) {
+            std::filesystem::rename(contentAt("small"), contentAt("later")); // born before the creation began
+        }
+    };
+    std::vector<PropertyList> children = copies(500, "later", false);
+    children.push_back(test::file("last"));
+    EXPECT_EQ(create(shared, test::preset("top", children), folder / "one").disk.size(), 502U);
+    EXPECT_EQ(starts, 1);
+    EXPECT_EQ(contentsOf(folder / "one/top/copy 0").size(), 4096U);
 }
 
 TEST_F(SharingTest, ContentsThatWereWrittenAMomentAgoAreWhatTheyAre) {

@@ -161,6 +161,36 @@ TEST_F(TwoThreadsTest, AFolderMadeAheadThatWasExchangedIsNotEntered) {
     EXPECT_EQ(namesIn(folder / "two/top").size(), 3U);
 }
 
+TEST_F(TwoThreadsTest, AnExchangedFolderIsDecidedByOne) {
+    PosixFileSystem open(mode_t{0}); // others may write in what is made
+    WatchedFileSystem watched(open);
+    std::mutex monitor;
+    std::condition_variable changed;
+    bool isExchanged = false;
+    watched.beforeEmptyFile = [&](std::string_view name) { // the parts before and behind the folder; nobody is in it yet
+        std::unique_lock lock(monitor);
+        if (name == "first" && !isExchanged) {
+            std::filesystem::rename(folder / "two/top/large", folder / "elsewhere");
+            putFolder(folder / "two/top/large");
+            isExchanged = true;
+            changed.notify_all();
+        } else if (name == "frame 0 last") {
+            EXPECT_TRUE(changed.wait_for(lock, std::chrono::seconds(20), [&] { return isExchanged; }));
+        }
+    };
+    std::vector<PropertyList> children{test::file("first"), test::folder("large", scenes(250))};
+    for (int i = 0; i < 40; ++i) {
+        children.push_back(scene("frame " + std::to_string(i) + " last"));
+    }
+    const Outcome outcome = create(watched, test::preset("top", children), folder / "two");
+    EXPECT_EQ(outcome.alerts.size(), 0U);
+    EXPECT_EQ(outcome.disk.size(), 583U);
+    EXPECT_EQ(watched.mostAhead, 1U);
+    EXPECT_EQ(watched.sharings, 1);
+    EXPECT_EQ(starts, 1);
+    EXPECT_EQ(namesIn(folder / "elsewhere").size(), 0U);
+}
+
 TEST_F(TwoThreadsTest, WhatAFailureLeavesUnderACleanedNameIsWhatOneLeaves) {
     desk.prompt.answers = {{"Day", "a:b"}, {"Job", "Acme/7"}}; // nothing is removed from the name that is made
     for (unsigned seed = 1; seed <= 2; ++seed) {
@@ -188,7 +218,7 @@ TEST_F(TwoThreadsTest, AFullDiskIsDecidedByOne) {
 
 TEST_F(TwoThreadsTest, WhateverHasRunOutIsDecidedByOne) {
     single.room = shared.room = 900;
-    for (const int error : {ENOSPC, EDQUOT, EMFILE, ENFILE, ENOMEM, EMLINK}) {
+    for (const int error : {ENOSPC, EDQUOT, EMFILE, ENFILE, ENOMEM, EMLINK, EBADF}) { // the last one where a folder stayed closed
         single.errorWhenFull = shared.errorWhenFull = error;
         RandomTree tree(5, 1000);
         const Outcome outcome = bothWays(tree.preset(), folder / "one");
@@ -268,6 +298,33 @@ TEST_F(TwoThreadsTest, WritersLeaveWhatIsForeign) {
     writer->removeEverythingMade();
     EXPECT_EQ(snapshot(folder / "two").size(), 5U); // the file and the folders on the way to it
     EXPECT_EQ(contentsOf(folder / "two/top/ahead/inside/own 1/foreign"), "theirs");
+}
+
+TEST_F(TwoThreadsTest, ModesThatEitherOfThemCouldNotSetAreTold) {
+    const std::string beginning = "A label, permissions or times could not be set: 'top/";
+    for (const bool isSecondAlone : {false, true}) {
+        FakeSystemLog log;
+        PosixFileSystem closed(mode_t{0022}); // folders are reached by their paths
+        closed.setLog(log);
+        auto writer = closed.beginHierarchy(folder / "two");
+        ASSERT_TRUE(writer->enterFolder("top"));
+        const TwoThreads done = writer->makeOnTwoThreads({}, [&](HierarchyWriter &each) {
+            const std::string name = &each == writer.get() ? "first" : "second";
+            EXPECT_TRUE(each.enterFolder(name));
+            if (name == "second" || !isSecondAlone) {
+                std::filesystem::remove(folder / "two/top/" + name);
+            }
+            each.leaveFolder({0, 0750});
+        });
+        EXPECT_EQ(done, TwoThreads::Done);
+        writer->leaveFolder({});
+        EXPECT_TRUE(log.entries().empty());
+        writer.reset();
+        ASSERT_EQ(log.entries().size(), 1U);
+        EXPECT_EQ(log.entries().front(), beginning + (isSecondAlone ? "second': No such file or directory"
+                                                                    : "first': No such file or directory (1 more like it)"));
+        std::filesystem::remove_all(folder / "two/top");
+    }
 }
 
 TEST_F(TwoThreadsTest, AFolderThatCannotBeMadeAheadFails) {

@@ -15,12 +15,20 @@ TEST(Driver, CreatesAPresetWithoutVariablesAtOnceWithoutPromptOrCounters) {
     desk.create(preset("Plain", {file("a")}));
     EXPECT_EQ(desk.fileSystem.listing("/jobs"), (Names{"Plain/", "Plain/a"}));
     EXPECT_TRUE(desk.prompt.runs.empty());
+    EXPECT_TRUE(desk.observer.journal.empty());
     EXPECT_EQ(desk.counter("AutoJob"), "4");
     for (const std::string &call : desk.preferences.journal) {
         EXPECT_FALSE(call.starts_with("setAppValue")) << call;
     }
     EXPECT_EQ(desk.workspace.opened, (Names{"/jobs/Plain"}));
     EXPECT_TRUE(desk.alerts.alerts.empty());
+}
+
+TEST(Driver, ReadsThePresetsAgainAlsoForAPresetWithoutVariables) {
+    Desk desk;
+    desk.setPresets(list({dict({{"label", text("New")}})}));
+    desk.create(preset("Plain"));
+    EXPECT_EQ(desk.manager->presetNames(), (Names{"New"}));
 }
 
 TEST(Driver, WithoutVariablesTakesTheTemplateAsItStands) {
@@ -65,7 +73,7 @@ TEST(Driver, MakesAndStoresNothingWhenThePromptIsCancelled) {
     desk.prompt.cancels = true;
     desk.create(preset("{AutoJob}"));
     EXPECT_EQ(desk.fileSystem.listing("/jobs"), Names());
-    EXPECT_EQ(desk.counter("AutoJob"), "(absent)");
+    EXPECT_FALSE(desk.preferences.disk.has_value());
     EXPECT_TRUE(desk.alerts.alerts.empty());
     EXPECT_TRUE(desk.workspace.opened.empty());
 }
@@ -77,6 +85,14 @@ TEST(Driver, OffersZeroFirstAndCountsOn) {
     desk.create(preset("Job {AutoNumber}"));
     EXPECT_EQ(desk.counter("AutoNumber"), "1");
     EXPECT_EQ(desk.fileSystem.listing("/jobs"), (Names{"Job 0/", "Job 1/"}));
+}
+
+TEST(Driver, OffersEveryRowOfOneCounterTheSameNumber) {
+    Desk desk;
+    desk.setCounters(dict({{"AutoJob", text("3")}}));
+    desk.create(preset("{AutoJob} {AutoJob}"));
+    ASSERT_EQ(desk.prompt.runs.size(), 1U);
+    EXPECT_EQ(desk.prompt.runs[0].rows, (std::vector<PromptValueRow>{{"AutoJob", "4"}, {"AutoJob", "4"}}));
 }
 
 TEST(Driver, StoresWhatTheUserLeftAndKeepsOtherCounters) {
@@ -111,6 +127,18 @@ TEST(Driver, LeavesOutACounterThatThePreferencesCannotHoldAndStoresTheOthers) {
         (Names{"The last values of automatic variables were not stored: the preferences cannot hold the text of one; the others were.",
                "ORV creation error: Unable to create file '/jobs/Job 5/" + std::string("x\0y", 3) + "'. Invalid argument."}));
     EXPECT_FALSE(desk.manager->countersWereStored());
+}
+
+TEST(Driver, StoresTheCountersThoughNoVariableIsOne) {
+    Desk desk;
+    desk.create(preset("plain"));
+    ASSERT_FALSE(desk.preferences.disk.has_value()); // not without a prompt
+    desk.create(preset("{Project}x"));
+    ASSERT_TRUE(desk.preferences.disk.has_value());
+    const PropertyListValue *const stored = desk.preferences.disk->root().find(ORVAutomaticVarsKey);
+    ASSERT_NE(stored, nullptr);
+    EXPECT_TRUE(stored->isDictionary());
+    EXPECT_TRUE(stored->dictionary().empty());
 }
 
 TEST(Driver, SharesACounterBetweenPresetsByExactName) {
@@ -284,12 +312,33 @@ TEST(Driver, RemovesWhatItMadeAndReportsTheReasonWhenANodeFails) {
     EXPECT_TRUE(desk.workspace.opened.empty());
 }
 
+TEST(Driver, RemovesWhatItMadeBeforeItReportsTheFailure) {
+    Desk desk;
+    desk.fileSystem.failItem("bad", ENOSPC);
+    std::optional<Names> seen;
+    desk.alerts.whileShown = [&] { seen = desk.fileSystem.listing("/jobs"); };
+    desk.prompt.answers = {{"Client", "Acme"}};
+    desk.create(preset("{Client}", {file("good"), file("bad")}));
+    EXPECT_EQ(desk.fileSystem.calls("makeEmptyFile"), (Names{"makeEmptyFile good", "makeEmptyFile bad"}));
+    EXPECT_EQ(seen, Names());
+}
+
 TEST(Driver, ReportsNoReasonForAnEmptyNodeNameWhenThereNeverWasOne) {
     Desk desk;
     desk.create(preset("Job", {file("")}));
     ASSERT_EQ(desk.alerts.alerts.size(), 1U);
     EXPECT_EQ(desk.alerts.alerts[0].message, "ORV wasn't able to create the preset, because a file creation failed: (null)");
     EXPECT_EQ(desk.fileSystem.listing("/jobs"), Names());
+}
+
+TEST(Driver, ReportsTheLastReasonThatThereWasForAnEmptyNodeName) {
+    Desk desk;
+    desk.fileSystem.failItem("bad", ENOSPC);
+    desk.create(preset("First", {file("bad")}));
+    desk.create(preset("Fine"));
+    desk.create(preset("Second", {file("")}));
+    ASSERT_EQ(desk.alerts.alerts.size(), 2U);
+    EXPECT_EQ(desk.alerts.alerts[1], desk.alerts.alerts[0]);
 }
 
 TEST(Driver, LeavesAFolderThatSomebodyElseMadeBetweenCheckAndCreation) {
@@ -401,7 +450,10 @@ TEST(Driver, LeavesTheOpeningToScriptsNamedAfterTheFinder) {
 TEST(Driver, RunsNoScriptAfterAFailure) {
     Desk desk;
     desk.fileSystem.addFolder("/jobs/Job");
-    desk.create(presetWithScript("Job", "x.sh"));
+    desk.create(presetWithScript("Job", "x.sh")); // exists
+    desk.fileSystem.failItem("Bad");
+    desk.create(presetWithScript("Bad", "x.sh")); // cannot be made
+    EXPECT_EQ(desk.alerts.alerts.size(), 2U);
     EXPECT_EQ(desk.threads.launches(), 0U);
 }
 

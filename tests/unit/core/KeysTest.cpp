@@ -66,6 +66,7 @@ TEST_F(Keys, EndTheScanWhenOneIsNotClosed) {
 
 TEST_F(Keys, KeepBlanksAndCase) {
     EXPECT_EQ(find("{ Project }{project}{Project}"), (Names{" Project ", "project", "Project"}));
+    EXPECT_EQ(find("{ }"), (Names{" "}));
 }
 
 TEST_F(Keys, MayBeOfAnyCharacters) {
@@ -111,6 +112,14 @@ TEST_F(Keys, WithOtherDelimiters) {
     EXPECT_EQ(desk.manager->findKeysEnclosedByCloseTag("a<<b>", "<<", ">"), (Names{"<b"}));
 }
 
+TEST_F(Keys, AreNotSearchedInTextsWithoutRoomForBothDelimitersAndOneCharacter) {
+    EXPECT_EQ(desk.manager->findKeysEnclosedByCloseTag("<<>", "<<", ">"), Names());
+    EXPECT_EQ(desk.manager->findKeysEnclosedByCloseTag("<<>>", "<<", ">>"), Names());
+    EXPECT_EQ(desk.manager->findKeysEnclosedByCloseTag("<<a>", "<<", ">"), (Names{"<a"}));
+    EXPECT_EQ(desk.manager->findKeysEnclosedByCloseTag("<a>>", "<", ">>"), (Names{"a"}));
+    EXPECT_EQ(desk.manager->findKeysEnclosedByCloseTag("«é»", "«", "»"), (Names{"é"})); // counted in characters
+}
+
 TEST_F(Keys, OfATreeCountOnlyInFileNames) {
     const PropertyList node = dict({{"filename", text("{n}")},
                                     {"isFolder", yes(false)},
@@ -148,6 +157,18 @@ TEST_F(Keys, ManyAndDeepAreFoundInReasonableTime) {
     EXPECT_EQ(names, expected);
 }
 
+TEST_F(Keys, OfATreeAreAddedOnceHoweverManyThereAre) {
+    std::vector<PropertyList> files;
+    Names expected{"first"};
+    for (int i = 0; i < 200; ++i) {
+        expected.push_back("v" + std::to_string(i));
+        files.push_back(file("{" + expected.back() + "}{first}"));
+    }
+    Names names{"first"};
+    desk.manager->scanHierarchyForVariableNamesVariableNames(folder("x", {folder("y", files), folder("z", files)}).root(), names);
+    EXPECT_EQ(names, expected);
+}
+
 TEST_F(Keys, OfAWronglyTypedTreeAreNone) {
     Names names;
     for (const PropertyList &node : {text("{a}"), list({file("{a}")}), dict({{"filename", list({text("{a}")})}}),
@@ -180,6 +201,18 @@ TEST_F(Keys, InAValueAreReplacedByLaterRowsOnly) {
     EXPECT_EQ(replace("{a}", {{"a", "{b}"}, {"b", "x"}}), "x");
     EXPECT_EQ(replace("{b}", {{"a", "x"}, {"b", "{a}"}}), "{a}");
     EXPECT_EQ(replace("{a}", {{"a", "{a}"}}), "{a}");
+}
+
+TEST_F(Keys, AreReplacedByValuesThatAreNotUnescaped) {
+    EXPECT_EQ(replace("{a}{b}", {{"a", "\\{x\\}"}, {"b", "y"}}), "\\{x\\}y");
+}
+
+TEST_F(Keys, ThatOnlyAValueCompletesAreReplacedToo) {
+    EXPECT_EQ(replace("{a}b}", {{"a", "{"}, {"b", "x"}}), "x");
+}
+
+TEST_F(Keys, WithEscapedBracesAreReplacedByThePlainName) {
+    EXPECT_EQ(replace("{a\\}b} {c\\{d}", {{"a}b", "1"}, {"c{d", "2"}}), "1 2");
 }
 
 TEST_F(Keys, WithoutARowStay) {

@@ -93,6 +93,20 @@ TEST_F(SharedManager, StaysEmptyAfterAFailedStartAndIsTriedAgain) {
     EXPECT_NE(ORVPresetManager::sharedManager(), nullptr);
 }
 
+TEST_F(SharedManager, ReadsThePreferencesOnlyWhenTheApplicationIsLoaded) {
+    share();
+    desk.preferences.journal.clear();
+    desk.application.failures = 1;
+    std::size_t readings = 0;
+    desk.application.whileLoading = [&] { readings += desk.preferences.journal.size(); };
+    EXPECT_EQ(ORVPresetManager::sharedManager(), nullptr);
+    EXPECT_TRUE(desk.preferences.journal.empty());
+    EXPECT_NE(ORVPresetManager::sharedManager(), nullptr);
+    EXPECT_EQ(readings, 0U);
+    EXPECT_EQ(desk.preferences.journal, (std::vector<std::string>{"synchronize", "copyAppValue ORVPresets"}));
+    desk.application.whileLoading = nullptr;
+}
+
 TEST_F(SharedManager, CannotBeReleased) {
     share();
     ORVPresetManager *const shared = ORVPresetManager::sharedManager();

@@ -28,9 +28,11 @@ TEST_F(Runner, KeepsItsPath) {
 
 TEST_F(Runner, StartsTheScriptWithExactlyTheEnvironment) {
     EXPECT_TRUE(run({}));
-    ASSERT_EQ(processes.launches().size(), 1U);
+    EXPECT_TRUE(ORVScriptRunner("/scripts/x.sh", processes, clock).runWithArgumentsTimeoutError({}, 1, &error));
+    ASSERT_EQ(processes.launches().size(), 2U);
     EXPECT_EQ(processes.launches()[0].path, "/scripts/x.sh");
     EXPECT_EQ(processes.launches()[0].environment, (Dictionary{{"A", "b"}}));
+    EXPECT_EQ(processes.launches()[1].environment, Dictionary());
 }
 
 TEST_F(Runner, ReturnsThePairsOfTheOutput) {
@@ -44,10 +46,12 @@ TEST_F(Runner, SplitsOutputAtLineFeedsOnly) {
 
 TEST_F(Runner, TrimsBlanksAndTabsAfterLookingForEmptySides) {
     EXPECT_EQ(ORVScriptRunner::parseOutput("\t a\t = \tb \nc= \n =d"), (Dictionary{{"a", "b"}, {"c", ""}, {"", "d"}}));
+    EXPECT_EQ(ORVScriptRunner::parseOutput("\va\f=\vb\f"), (Dictionary{{"\va\f", "\vb\f"}}));
 }
 
 TEST_F(Runner, SkipsLinesWithoutAnEqualsSign) {
     EXPECT_EQ(ORVScriptRunner::parseOutput("hello\n\n=\n"), Dictionary());
+    EXPECT_EQ(ORVScriptRunner::parseOutput("a=1\n\nhello\nb=2"), (Dictionary{{"a", "1"}, {"b", "2"}}));
     EXPECT_EQ(ORVScriptRunner::parseOutput(""), Dictionary());
 }
 
@@ -82,6 +86,13 @@ TEST_F(Runner, ReportsAStatusThatIsNotZero) {
     EXPECT_EQ(processes.calls(), (Names{"launch", "isRunning", "readStandardErrorToEnd", "terminationStatus"}));
 }
 
+TEST_F(Runner, TakesEveryStatusButZeroForAFailure) {
+    for (const int status : {1, 127, 128, 139, 255}) {
+        EXPECT_FALSE(run({.status = status}));
+        EXPECT_EQ(error.localizedDescription(), "Script returned error code " + std::to_string(status) + ".");
+    }
+}
+
 TEST_F(Runner, MakesTextOfWhatItReads) {
     EXPECT_EQ(run({.standardOutput = "a=\xFF\n"}), (Dictionary{{"a", "\xEF\xBF\xBD"}}));
     EXPECT_FALSE(run({.status = 1, .standardError = "\xFF"}));
@@ -95,6 +106,13 @@ TEST_F(Runner, ReportsAScriptThatCannotBeStartedWithoutAReason) {
     EXPECT_EQ(error.localizedDescription(), "Unable to execute script.");
     EXPECT_EQ(error.localizedFailureReason(), std::nullopt);
     EXPECT_EQ(clock.sleeps(), 0U);
+}
+
+TEST_F(Runner, LeavesTheErrorAloneWhenTheScriptSucceeds) {
+    error.domain = "before";
+    EXPECT_TRUE(run({.standardError = "only a warning"}));
+    EXPECT_EQ(error.domain, "before");
+    EXPECT_EQ(error.localizedDescription(), std::nullopt);
 }
 
 TEST_F(Runner, NeedsNoPlaceForTheError) {
