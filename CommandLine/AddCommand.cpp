@@ -7,6 +7,7 @@
 
 #include "presets/ORVFileHelpers.h"
 #include "presets/ORVPresetFile.h"
+#include "presets/ORVPropertyListReading.h"
 
 namespace orvane {
 
@@ -54,6 +55,9 @@ ExitStatus runAddCommand(CommandContext &context, const CommandArguments &argume
     if (addition.script()) {
         const std::string script = printable(*addition.script());
         writeStandardError("orvane: " + localized("the script '%1' will run after each creation with this preset", {script}) + "\n");
+    }
+    if (ORVTextValue(parts->preset.root().find("directoryName")).empty()) {
+        warn(localized("the top-level folder has no name")); // in the words of `check`
     }
     const auto index = appendPreset(context, addition.preset(), [&] { addition.flush(); });
     if (!index) {

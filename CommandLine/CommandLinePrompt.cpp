@@ -36,6 +36,21 @@ std::string unknownNames(const std::vector<std::string> &unknown, std::span<cons
     return localized("this preset has no variable %1; it has %2", {joined(unknown), joined(namesOf(rows))});
 }
 
+/// What several values of one name are good for: the first row fills every place of that name, and whatever takes the rows one after
+/// the other is left with the last. Kept deliberately: "{x}-{x}" with 1 and 2 gives "1-1", and the script gets 2.
+std::string noteOnRepeated(std::span<const PromptValueRow> rows, const std::vector<std::size_t> &asked) {
+    std::vector<PromptValueRow> repeated;
+    for (const std::size_t position : asked) {
+        const auto sameName = [&](const PromptValueRow &row) { return row.key == rows[position].key; };
+        if (std::count_if(rows.begin(), rows.end(), sameName) > 1) {
+            repeated.push_back(rows[position]);
+        }
+    }
+    return repeated.empty()
+               ? std::string()
+               : localized("%1: names take the first value, the script and counters the last", {joined(namesOf(repeated))}) + "\n";
+}
+
 /// A row's name, with its number where several rows share the name.
 std::string questionFor(std::span<const PromptValueRow> rows, std::size_t position) {
     const std::string &name = rows[position].key;
@@ -76,19 +91,28 @@ int CommandLinePrompt::numberOfRows() {
 
 std::string CommandLinePrompt::problemWithoutVariables() const {
     const AssignmentResult result = distributeAssignments(_assignments, {});
-    return _noInput || result.unknown.empty() ? std::string() : unknownNames(result.unknown, {});
+    return result.unknown.empty() ? std::string() : unknownNames(result.unknown, {});
+}
+
+void CommandLinePrompt::_noteDropped(const AssignmentResult &result, std::span<const PromptValueRow> rows) {
+    if (!result.unknown.empty()) {
+        _warnings.push_back(unknownNames(result.unknown, rows));
+    }
+    if (!result.surplus.empty()) {
+        _warnings.push_back(localized("more values than places for %1: the last are not used", {joined(result.surplus)}));
+    }
 }
 
 CommandLinePrompt::Outcome CommandLinePrompt::_fill(std::string_view directoryName, std::span<PromptValueRow> rows) {
     const AssignmentResult result = distributeAssignments(_assignments, rows);
-    if (_noInput) {
-        return Outcome::Answered;
-    }
-    if (!result.unknown.empty()) {
+    if (!_noInput && !result.unknown.empty()) {
         _problem = unknownNames(result.unknown, rows);
         return Outcome::WrongUsage;
     }
-    if (result.missing.empty()) {
+    if (!result.unknown.empty() || !result.surplus.empty()) {
+        _noteDropped(result, rows);
+    }
+    if (_noInput || result.missing.empty()) {
         return Outcome::Answered;
     }
     if (_terminal.isAvailable()) {
@@ -105,7 +129,7 @@ CommandLinePrompt::Outcome CommandLinePrompt::_fill(std::string_view directoryNa
 
 CommandLinePrompt::Outcome CommandLinePrompt::_ask(std::string_view directoryName, std::span<PromptValueRow> rows,
                                                    const std::vector<std::size_t> &missing) {
-    _terminal.write(localized("Values for %1", {printable(directoryName)}) + "\n");
+    _terminal.write(localized("Values for %1", {printable(directoryName)}) + "\n" + noteOnRepeated(rows, missing));
     for (const std::size_t position : missing) {
         _terminal.write(questionFor(rows, position));
         std::optional<std::string> line = _terminal.readLine();

@@ -11,6 +11,8 @@
 
 namespace orvane {
 
+struct AssignmentResult;
+
 /// Answers for variables from the command line, the rest from a terminal or their defaults. Its window is the terminal,
 /// its modal session the asking; there is no table to look at.
 class CommandLinePrompt final : public PromptInterface, private PromptWindow, private TableView {
@@ -23,8 +25,8 @@ public:
         WrongUsage, ///< `problem()` says what is wrong with the command line
     };
 
-    /// `assignments` are NAME=VALUE each. With `noInput`, rows without one keep their defaults and unknown names are
-    /// ignored; otherwise such rows are asked for on `terminal`. Both are borrowed.
+    /// `assignments` are NAME=VALUE each. With `noInput`, rows without one keep their defaults and unknown names get a
+    /// warning; otherwise such rows are asked for on `terminal`. Both are borrowed.
     CommandLinePrompt(std::span<const std::string> assignments, bool noInput, Terminal &terminal)
         : _assignments(assignments), _noInput(noInput), _terminal(terminal) {}
 
@@ -32,7 +34,10 @@ public:
 
     [[nodiscard]] Outcome outcome() const { return _outcome; }
     [[nodiscard]] const std::string &problem() const { return _problem; }
-    /// What is wrong with assigning to these names in a preset without variables; empty when nothing is.
+    /// Which values went nowhere, one line each, to be told once the rows are answered.
+    [[nodiscard]] const std::vector<std::string> &warnings() const { return _warnings; }
+    /// What is wrong with assigning to these names in a preset without variables; empty when nothing is. No more than a warning
+    /// with `noInput`.
     [[nodiscard]] std::string problemWithoutVariables() const;
 
 private:
@@ -61,6 +66,7 @@ private:
     void superKeyDown(int /*keyCode*/) override {}
 
     [[nodiscard]] Outcome _fill(std::string_view directoryName, std::span<PromptValueRow> rows);
+    void _noteDropped(const AssignmentResult &result, std::span<const PromptValueRow> rows);
     [[nodiscard]] Outcome _ask(std::string_view directoryName, std::span<PromptValueRow> rows, const std::vector<std::size_t> &missing);
 
     std::span<const std::string> _assignments;
@@ -69,6 +75,7 @@ private:
     PromptOwner *_owner = nullptr;
     Outcome _outcome = Outcome::NotAsked;
     std::string _problem;
+    std::vector<std::string> _warnings;
 };
 
 } // namespace orvane

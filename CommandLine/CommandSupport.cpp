@@ -47,6 +47,17 @@ std::string candidates(std::span<const PropertyListValue> presets) {
     return text;
 }
 
+/// Positions of the presets without label whose folder name's template is the word.
+std::vector<std::size_t> presetsWithTemplate(std::string_view word, std::span<const PropertyListValue> presets) {
+    std::vector<std::size_t> found;
+    for (std::size_t position = 0; position < presets.size() && !word.empty(); ++position) {
+        if (!labelOfPreset(presets[position]) && ORVTextValue(presets[position].find("directoryName")) == word) {
+            found.push_back(position);
+        }
+    }
+    return found;
+}
+
 /// Why the preferences file could not be read, as far as a second look tells.
 std::string problemOfFile(const std::string &path) {
     constexpr const char *Passed = forTranslation("it could not be read, but that seems to have passed; try again");
@@ -153,7 +164,11 @@ std::optional<std::string> labelOfPreset(const PropertyListValue &preset) {
 }
 
 std::string shownLabelOfPreset(const PropertyListValue &preset) {
-    return printable(labelOfPreset(preset).value_or(localized("(no label)")));
+    if (const auto label = labelOfPreset(preset)) {
+        return printable(*label);
+    }
+    const std::string name = ORVTextValue(preset.find("directoryName"));
+    return name.empty() ? localized("(no label)") : printable(name);
 }
 
 PresetChoice choosePreset(std::string_view word, const PropertyList &presets) {
@@ -167,6 +182,9 @@ PresetChoice choosePreset(std::string_view word, const PropertyList &presets) {
         if (labelOfPreset(records[position]) == word) {
             found.push_back(position);
         }
+    }
+    if (found.empty()) {
+        found = presetsWithTemplate(word, records);
     }
     if (found.size() == 1) {
         return {found.front(), {}};
@@ -219,6 +237,16 @@ std::optional<PropertyList> readPresets(CommandContext &context) {
         failure(localized(UnreadablePreferencesTitle), problem);
     }
     return presets;
+}
+
+bool warnOfPresetsThatAreNoArray(CommandContext &context) {
+    const auto stored = context.preferences.copyAppValue(ORVPresetsKey);
+    if (!stored || stored->root().isArray()) {
+        return false;
+    }
+    const char *const text = localized("ORVPresets in the preferences is no array.");
+    writeStandardError("orvane: " + localized("warning: %1", {text}) + "\n");
+    return true;
 }
 
 std::string printable(std::string_view text) {

@@ -25,17 +25,21 @@ struct PresetChoice {
     std::string problem;              ///< why it is absent, with the candidates; one or more lines without the last line feed
 };
 
-/// Finds the preset that an index or an exact label names, as `presetNamed`, without saying anything.
+/// Finds the preset that an index or an exact label names, as `presetNamed`, without saying anything. Where no label is the word, the
+/// folder name's template of a preset without label may be.
 [[nodiscard]] PresetChoice choosePreset(std::string_view word, const PropertyList &presets);
 
 /// Label of a preset, or nothing when it has none.
 [[nodiscard]] std::optional<std::string> labelOfPreset(const PropertyListValue &preset);
-/// Label of a preset for people, or a stand-in.
+/// Label of a preset for people; without one, the folder name's template, as in menus; without both, a stand-in.
 [[nodiscard]] std::string shownLabelOfPreset(const PropertyListValue &preset);
 
 /// As `readPresets`, but `problem` gets the text instead of standard error. Synchronises the store, so that what
 /// `copyAppValue` gives afterwards comes from the same reading.
 [[nodiscard]] std::optional<PropertyList> synchronizedPresets(CommandContext &context, std::string &problem);
+/// Where the functions above found no presets because what the preferences hold in their place is no array: warns of it on standard
+/// error and returns true.
+bool warnOfPresetsThatAreNoArray(CommandContext &context);
 /// Title of the failure that goes with such a problem, to be translated.
 inline constexpr const char *UnreadablePreferencesTitle = forTranslation("Preferences cannot be read");
 

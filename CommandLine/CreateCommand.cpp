@@ -63,6 +63,7 @@ private:
         }
         const PresetChoice choice = choosePreset(_options.preset, *presets);
         if (!choice.index) {
+            warnOfPresetsThatAreNoArray(_context);
             return _refuseUsage(choice.problem);
         }
         const PropertyListValue &preset = presets->root().array()[*choice.index];
@@ -70,7 +71,7 @@ private:
         if (problem = endlessTemplate(survey); !problem.empty()) {
             return _refuse(localized("Preset refused"), problem);
         }
-        if (problem = _problemOfAssignments(survey); !problem.empty()) {
+        if (problem = _options.noInput ? "" : _problemOfAssignments(survey); !problem.empty()) {
             return _refuseUsage(problem);
         }
         _progress.emplace(_nodes, survey.tree.nodes() + 1);
@@ -91,7 +92,7 @@ private:
 
     /// Names that a preset without any variable cannot have; the prompt, which would tell, is not run for one.
     [[nodiscard]] std::string _problemOfAssignments(const ORVPresetSurvey &survey) const {
-        if (_options.assignments.empty() || _options.noInput || !survey.variableNames.empty()) {
+        if (_options.assignments.empty() || !survey.variableNames.empty()) {
             return {};
         }
         return _prompt.problemWithoutVariables();
@@ -116,6 +117,7 @@ private:
         if (_observed.wasStopped()) {
             return _noteStop();
         }
+        _warnOfDroppedValues(survey);
         _interruptionIsOpen = Interruption::wasRequested();
         _noteScript(manager, preset);
         if (_options.dryRun) {
@@ -134,6 +136,16 @@ private:
         _report.nodes = _nodes.nodes();
         if (!_interruptionIsOpen) { // else it is too late to take anything back, but not to keep the script from starting
             _runScript();
+        }
+    }
+
+    /// What would be wrong usage if it were not for --no-input, and values too many.
+    void _warnOfDroppedValues(const ORVPresetSurvey &survey) {
+        if (const std::string problem = _problemOfAssignments(survey); !problem.empty()) {
+            warn(problem);
+        }
+        for (const std::string &warning : _prompt.warnings()) {
+            warn(warning);
         }
     }
 
@@ -274,8 +286,9 @@ std::string createCommandHelp() {
                      "'orvane list' shows.\n"
                      "\n"
                      "  --in DIR          make it in DIR instead of the current folder\n"
-                     "  --set NAME=VALUE  value of a variable; given several times for one name, the\n"
-                     "                    values go to the places of that name in order\n"
+                     "  --set NAME=VALUE  value of a variable; one that stands several times in the\n"
+                     "                    folder's name may be given as many values: all names take\n"
+                     "                    the first, the script and counters the last\n"
                      "  --no-input        do not ask: variables without --set take their defaults\n"
                      "  --no-open         do not open the new folder\n"
                      "  --dry-run         show what would be made, with its problems, and change\n"

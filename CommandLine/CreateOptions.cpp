@@ -22,11 +22,11 @@ struct ValuesOfName {
 };
 using ValuesByName = std::map<std::string_view, ValuesOfName>;
 
-/// Length of the name in an assignment; npos when no row has such a name.
+/// Length of the name in an assignment, the longest that fits; npos when no row has such a name.
 std::size_t lengthOfKnownName(std::string_view assignment, const ValuesByName &names) {
-    std::size_t equals = assignment.find('=');
+    std::size_t equals = assignment.rfind('=');
     while (equals != std::string_view::npos && !names.contains(assignment.substr(0, equals))) {
-        equals = assignment.find('=', equals + 1);
+        equals = assignment.substr(0, equals).rfind('=');
     }
     return equals;
 }
@@ -88,6 +88,13 @@ AssignmentResult distributeAssignments(std::span<const std::string> assignments,
             result.missing.push_back(i);
         } else {
             rows[i].value = given.values[std::min(given.served++, given.values.size() - 1)];
+        }
+    }
+    if (assignments.size() > 1) { // a single one is never too many
+        for (const auto &[name, given] : names) {
+            if (given.served < given.values.size()) {
+                result.surplus.emplace_back(name);
+            }
         }
     }
     return result;

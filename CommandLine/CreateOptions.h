@@ -29,11 +29,12 @@ struct CreateOptions {
 struct AssignmentResult {
     std::vector<std::string> unknown; ///< names without a row, each once, in the order given
     std::vector<std::size_t> missing; ///< positions of rows without an assignment
+    std::vector<std::string> surplus; ///< names with more values than rows, each once; what is left over goes nowhere
 };
 
 /// Gives the values of the assignments to the rows. A value goes to every row of its name; where a name is assigned several
 /// times, the values go to the rows of that name in order, the last one to all that remain. Names may hold "=": an
-/// assignment is split at the first "=" that leaves the name of a row.
+/// assignment is split where it leaves the longest name of a row, "x=y=3" into "x=y" and "3" where there are rows "x=y" and "x".
 AssignmentResult distributeAssignments(std::span<const std::string> assignments, std::span<PromptValueRow> rows);
 
 } // namespace orvane

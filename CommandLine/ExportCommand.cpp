@@ -61,6 +61,9 @@ ExitStatus runExportCommand(CommandContext &context, const CommandArguments &arg
     if (!presets) {
         return ExitStatus::NotMade;
     }
+    if (presets->root().array().empty()) {
+        warnOfPresetsThatAreNoArray(context);
+    }
     const auto index = presetNamed(words.operands.front(), *presets);
     if (!index) {
         return ExitStatus::Usage;

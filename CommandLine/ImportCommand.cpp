@@ -9,10 +9,14 @@
 
 #include "presets/ORVFileHelpers.h"
 #include "presets/ORVPresetManager.h"
+#include "presets/ORVPresetSurvey.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <memory>
+#include <set>
+#include <utility>
 
 namespace orvane {
 
@@ -73,6 +77,30 @@ bool understand(const ParsedOptions &words, FolderImportOptions &options, std::s
     return error.empty();
 }
 
+/// Warns of texts that no name holds: most likely they are mistyped. The preset's variables tell which ones were found; where several
+/// texts share a variable, they are looked for once more with a variable each.
+void warnOfUnusedTexts(const FolderImportOptions &options, const PropertyList &preset, FinderInformation &finderInformation) {
+    FolderImportOptions numbered = options;
+    numbered.contentStore = nullptr;
+    std::set<std::string> names;
+    for (std::size_t i = 0; i < numbered.variables.size(); ++i) {
+        names.insert(std::exchange(numbered.variables[i].name, std::to_string(i)));
+    }
+    std::optional<ImportedFolder> again;
+    if (names.size() < options.variables.size()) {
+        std::string problem;
+        again = importFolder(numbered, finderInformation, problem);
+    }
+    const ORVPresetSurvey survey(again ? again->preset.root() : preset.root());
+    for (std::size_t i = 0; i < options.variables.size(); ++i) {
+        const ORVImportVariable &given = options.variables[i];
+        const std::string &name = again ? numbered.variables[i].name : given.name;
+        if (std::find(survey.variableNames.begin(), survey.variableNames.end(), name) == survey.variableNames.end()) {
+            warn(localized("'%1' was turned into the variable '%2' nowhere", {given.text, given.name}));
+        }
+    }
+}
+
 } // namespace
 
 std::string importCommandHelp() {
@@ -125,6 +153,7 @@ ExitStatus runImportCommand(CommandContext &context, const CommandArguments &arg
     if (refusesNeverEnding(imported->preset.root())) {
         return ExitStatus::NotMade;
     }
+    warnOfUnusedTexts(options, imported->preset, context.finderInformation);
     const auto index = appendPreset(context, imported->preset, [&] { store.flush(); });
     if (!index) {
         return ExitStatus::NotMade;

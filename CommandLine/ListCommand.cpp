@@ -1,9 +1,11 @@
 #include "CommandSupport.h"
 #include "JSONWriter.h"
 #include "Options.h"
+#include "Terminal.h"
 #include "Translation.h"
 
 #include <array>
+#include <unistd.h>
 
 namespace orvane {
 
@@ -30,6 +32,14 @@ std::string linesOfPresets(std::span<const PropertyListValue> presets) {
     return lines;
 }
 
+/// Says why nothing is to be seen: to everybody when the preferences are wrong, otherwise only to people.
+void tellOfNoPresets(CommandContext &context, bool isForPeople) {
+    if (!warnOfPresetsThatAreNoArray(context) && isForPeople && isTerminal(STDOUT_FILENO) && isTerminal(STDERR_FILENO)) {
+        const char *const text = localized("there are no presets yet; 'orvane import', 'orvane add' or 'orvane-settings' gives you one");
+        writeStandardError(std::string("orvane: ") + text + "\n");
+    }
+}
+
 } // namespace
 
 std::string listCommandHelp() {
@@ -37,7 +47,8 @@ std::string listCommandHelp() {
                      "\n"
                      "Shows the presets, each with its index and label. Either names the preset in\n"
                      "the other commands; a label must be given exactly, and only when no other\n"
-                     "preset has the same.\n"
+                     "preset has the same. A preset without label goes by the template of its\n"
+                     "folder's name.\n"
                      "\n"
                      "  --json  print a JSON array of objects with 'index' and 'label'\n"
                      "\n"
@@ -58,6 +69,9 @@ ExitStatus runListCommand(CommandContext &context, const CommandArguments &argum
         return ExitStatus::NotMade;
     }
     const auto records = presets->root().array();
+    if (records.empty()) {
+        tellOfNoPresets(context, !parsed.has("json"));
+    }
     return writeStandardOutput(parsed.has("json") ? jsonOfPresets(records) : linesOfPresets(records));
 }
 

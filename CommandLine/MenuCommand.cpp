@@ -2,6 +2,7 @@
 #include "Command.h"
 #include "Options.h"
 #include "ParentFolder.h"
+#include "Terminal.h"
 #include "Translation.h"
 
 #include "hotkeys/HotKeyAdvice.h"
@@ -9,6 +10,7 @@
 #include "platform/posix/PosixUserFolders.h"
 #include "presets/ORVPresetChecker.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdlib>
@@ -23,13 +25,44 @@ constexpr std::array<OptionRule, 1> Rules = {{{"in", true}}};
 constexpr const char *CommandToBind = "orvane menu";
 /// What the way by terminal begins with, where there is one; commands follow.
 constexpr const char *InTerminal = forTranslation("Or in a terminal, if you have no custom shortcuts yet:");
+constexpr std::size_t MostColumns = 80;
+
+/// The line with line feeds for blanks wherever it would become wider than a terminal.
+std::string wrappedLine(std::string_view line) {
+    std::string result;
+    std::size_t columns = 0;
+    while (!line.empty()) {
+        const std::string_view word = line.substr(0, line.find(' '));
+        const std::size_t width = columnsOf(word);
+        if (!result.empty()) {
+            const bool fits = columns + 1 + width <= MostColumns;
+            result += fits ? ' ' : '\n';
+            columns = fits ? columns + 1 : 0;
+        }
+        result += word;
+        columns += width;
+        line.remove_prefix(std::min(word.size() + 1, line.size()));
+    }
+    return result;
+}
+
+/// Lines of any width made to fit, but for those that begin with a blank: commands and configuration, to be copied as they are.
+std::string wrapped(std::string_view text) {
+    std::string result;
+    while (!text.empty()) {
+        const std::string_view line = text.substr(0, text.find('\n'));
+        result.append(line.starts_with(' ') ? std::string(line) : wrappedLine(line)) += '\n';
+        text.remove_prefix(std::min(line.size() + 1, text.size()));
+    }
+    return result;
+}
 
 std::string_view currentDesktop() {
     const char *const desktop = std::getenv("XDG_CURRENT_DESKTOP");
     return desktop == nullptr ? "" : desktop;
 }
 
-/// How a key is bound on this desktop.
+/// How a key is bound on this desktop, as lines of any width.
 std::string localizedInstructions() {
     const ORVHotKeyTexts texts = ORVHotKeyTextsOf(currentDesktop());
     std::string text = localized(texts.start, {CommandToBind}) + " " + localized(texts.place, {CommandToBind});
@@ -37,7 +70,7 @@ std::string localizedInstructions() {
     if (shell.starts_with(InTerminal)) {
         shell.replace(0, std::strlen(InTerminal), localized(InTerminal));
     }
-    return text + (shell.empty() ? "" : " ") + shell;
+    return text + (shell.empty() ? "" : "\n") + shell;
 }
 
 /// What a helper says in English, which may end in how a key is bound on its desktop, most likely this one.
@@ -47,8 +80,8 @@ std::string localizedStatement(const std::string &statement) {
         return localizedSentence(statement);
     }
     const std::string why = statement.substr(0, statement.size() - advice.size());
-    const std::string said = why.empty() ? "" : localizedSentence(why.substr(0, why.find_last_not_of(' ') + 1)) + " ";
-    return said + localized(ORVHotKeyTextsOf(currentDesktop()).why) + " " + localizedInstructions();
+    const std::string said = why.empty() ? "" : localizedSentence(why.substr(0, why.find_last_not_of(' ') + 1)) + "\n";
+    return said + localized(ORVHotKeyTextsOf(currentDesktop()).why) + "\n" + localizedInstructions();
 }
 
 } // namespace
@@ -74,9 +107,9 @@ std::string menuCommandHelp() {
     text += '\n';
     PosixUserFolders folders;
     if (const auto statement = PosixHotKeyStatement::ofDirectory(folders.stateDirectory())) {
-        return text + localized("The running helper says: %1", {localizedStatement(*statement)}) + "\n";
+        return text + wrapped(localized("The running helper says: %1", {localizedStatement(*statement)}));
     }
-    return text + localized("On this desktop: %1", {localizedInstructions()}) + "\n";
+    return text + localized("On this desktop:") + "\n" + wrapped(localizedInstructions());
 }
 
 ExitStatus runMenuCommand(CommandContext & /*context*/, const CommandArguments &arguments) {

@@ -72,6 +72,10 @@ std::string textOfProblem(const ORVPresetProblem &problem) {
     return localized(problem.format, arguments);
 }
 
+bool haveLabel(std::span<const PropertyListValue> presets, const std::string &label) {
+    return std::any_of(presets.begin(), presets.end(), [&](const PropertyListValue &preset) { return labelOfPreset(preset) == label; });
+}
+
 /// Opens a file for reading, or takes standard input.
 int openForReading(const std::string &path, std::string &why) {
     if (path == "-") {
@@ -117,6 +121,9 @@ std::optional<std::size_t> appendPreset(CommandContext &context, const PropertyL
     if (!context.preferences.synchronize()) {
         failure(localized(NotStored), localized("%1: the preferences cannot be written.", {pathOfPreferences(context.folders)}));
         return std::nullopt;
+    }
+    if (const auto label = labelOfPreset(preset.root()); label && haveLabel(presets->root().array(), *label)) {
+        warn(localized("there are several presets '%1' now; their indexes tell them apart", {*label}));
     }
     context.notifications.post(ORVPresetConfigurationChangedNotification); // without anybody to tell there is nothing to do
     return all.size() - 1;

@@ -18,8 +18,8 @@ namespace orvane {
 
 /// Appends the preset to those of the preferences and tells the other programs. Holds the lock from reading the presets
 /// to storing them; `aboutToStore` (may be empty) runs in between, just before the preferences are written. Returns the new
-/// preset's index; nothing, after a message on standard error, when the preferences cannot be read, locked or written. They are
-/// then as they were.
+/// preset's index, after a warning when another one has its label; nothing, after a message on standard error, when the preferences
+/// cannot be read, locked or written. They are then as they were.
 [[nodiscard]] std::optional<std::size_t> appendPreset(CommandContext &context, const PropertyList &preset,
                                                       const std::function<void()> &aboutToStore);
 

@@ -41,7 +41,7 @@ std::string recoverCommandHelp() {
                      "  --keep     keep everything, and do not show it again\n"
                      "\n"
                      "Creations are noted in $XDG_RUNTIME_DIR, which a restart of the machine\n"
-                     "empties; without it they are not noted.\n"
+                     "empties; without it, or where it is not in memory, they are not noted.\n"
                      "\n"
                      "Exit status: 0 done, 1 something could not be removed, 2 wrong usage.\n");
 }

@@ -25,6 +25,7 @@ constexpr const char *Name = "show";
 struct ShownPreset {
     std::size_t index = 0;
     std::optional<std::string> label;
+    std::string shownLabel; ///< for people
     std::string nameTemplate;
     std::vector<PromptValueRow> variables; ///< with their defaults
     std::string script;
@@ -93,8 +94,7 @@ std::string textOfPreset(const ShownPreset &preset, const TextStyle &style) {
     for (const char *const heading : headings) {
         width = std::max(width, columnsOf(heading));
     }
-    std::string text = filledUp(headings[0], width) + std::to_string(preset.index) + "  " +
-                       printable(preset.label.value_or(localized("(no label)"))) + "\n";
+    std::string text = filledUp(headings[0], width) + std::to_string(preset.index) + "  " + preset.shownLabel + "\n";
     text += filledUp(headings[1], width) + printable(preset.nameTemplate) + "\n";
     if (!preset.problem.empty()) {
         text += filledUp(headings[2], width) + printable(preset.problem) + "\n";
@@ -134,6 +134,9 @@ ExitStatus runShowCommand(CommandContext &context, const CommandArguments &argum
     if (!presets) {
         return ExitStatus::NotMade;
     }
+    if (presets->root().array().empty()) {
+        warnOfPresetsThatAreNoArray(context);
+    }
     const auto index = presetNamed(parsed.operands.front(), *presets);
     if (!index) {
         return ExitStatus::Usage;
@@ -142,6 +145,7 @@ ExitStatus runShowCommand(CommandContext &context, const CommandArguments &argum
     ShownPreset preset;
     preset.index = *index;
     preset.label = labelOfPreset(record);
+    preset.shownLabel = shownLabelOfPreset(record);
     preset.nameTemplate = ORVTextValue(record.find("directoryName"));
     preset.script = ORVTextValue(record.find("scriptFile"));
     preset.tree = treeOfPreset(record);

@@ -47,16 +47,16 @@ class Result:
 
 
 class Terminal:
-    """The program on a terminal of its own; its standard output goes to a pipe."""
+    """The program on a terminal of its own; its standard output goes to a pipe, or with `whole` there as well."""
 
-    def __init__(self, words, env, cwd):
+    def __init__(self, words, env, cwd, whole=False):
         self._master, slave = pty.openpty()
 
         def take_terminal():
             os.setsid()
             fcntl.ioctl(0, termios.TIOCSCTTY, 0)
 
-        self._process = subprocess.Popen(words, stdin=slave, stdout=subprocess.PIPE, stderr=slave, env=env, cwd=cwd,
+        self._process = subprocess.Popen(words, stdin=slave, stdout=slave if whole else subprocess.PIPE, stderr=slave, env=env, cwd=cwd,
                                          preexec_fn=take_terminal)
         os.close(slave)
         self._shown = b""
@@ -94,7 +94,7 @@ class Terminal:
         out, _ = self._process.communicate(timeout=DEADLINE)
         self._reader.join(DEADLINE)
         os.close(self._master)
-        return Result(self._process.returncode, out.decode(), self.shown)
+        return Result(self._process.returncode, (out or b"").decode(), self.shown)
 
 
 class OrvaneTest(unittest.TestCase):
@@ -172,9 +172,9 @@ class OrvaneTest(unittest.TestCase):
     def create(self, *words, **more):
         return self.run_orvane("create", *words, **more)
 
-    def on_terminal(self, *words, env=None, slowly=()):
+    def on_terminal(self, *words, env=None, slowly=(), whole=False):
         """On a terminal; `slowly` holds the words of a tracer that holds system calls up."""
-        return Terminal([*slowly, PROGRAM, *words], {**self.env, "TERM": "xterm", **(env or {})}, self.target)
+        return Terminal([*slowly, PROGRAM, *words], {**self.env, "TERM": "xterm", **(env or {})}, self.target, whole)
 
     def run_without_rights(self, *words):
         """Runs it as an ordinary user: as nobody, who owns everything here, when the tests run as root."""

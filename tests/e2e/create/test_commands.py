@@ -2,6 +2,7 @@
 
 import json
 import os
+import plistlib
 import subprocess
 import unittest
 
@@ -111,6 +112,35 @@ class List(OrvaneTest):
     def test_without_preferences_there_are_none(self):
         self.assertEqual(vars(self.run_orvane("list")), {"status": 0, "out": "", "err": ""})
         self.assertEqual(self.run_orvane("list", "--json").json, [])
+
+    def test_without_presets_a_terminal_gets_a_hint_and_nobody_else(self):
+        hint = "orvane: there are no presets yet; 'orvane import', 'orvane add' or 'orvane-settings' gives you one\r\n"
+        self.assertEqual(self.on_terminal("list", whole=True).finish().err, hint)
+        self.assertEqual(vars(self.on_terminal("list").finish()), {"status": 0, "out": "", "err": ""})
+        self.assertEqual(self.on_terminal("list", "--json", whole=True).finish().err, "[]\r\n")
+        self.write_presets(preset("P", "x"))
+        self.assertEqual(self.on_terminal("list", whole=True).finish().err, "0  P\r\n")
+
+    def test_presets_that_are_no_array_are_told(self):
+        self.write_bytes(self.preferences, plistlib.dumps({"ORVPresets": "text"}))
+        warning = "orvane: warning: ORVPresets in the preferences is no array.\n"
+        self.assertEqual(vars(self.run_orvane("list")), {"status": 0, "out": "", "err": warning})
+        self.assertEqual(vars(self.run_orvane("list", "--json")), {"status": 0, "out": "[]\n", "err": warning})
+        self.assertEqual(self.on_terminal("list", whole=True).finish().err, warning.replace("\n", "\r\n"))
+        for words in (("create", "P"), ("show", "P")):
+            result = self.run_orvane(*words)
+            self.assertEqual((result.status, result.out), (2, ""))
+            self.assertTrue(result.err.startswith(warning), result.err)
+            self.assertIn("no preset 'P': there are no presets\n", result.err)
+
+    def test_the_folder_name_stands_for_a_label_that_is_missing(self):
+        self.write_presets({"directoryName": "{A} job"}, preset([], "x\ty"), preset("", "y"), {})
+        self.assertEqual(self.run_orvane("list").out, "0  {A} job\n1  x\\x09y\n2  \n3  (no label)\n")  # an empty label is one
+        self.assertIsNone(self.run_orvane("list", "--json").json[0]["label"])
+        for word in ("0", "{A} job"):
+            self.assertTrue(self.run_orvane("show", word).out.startswith("preset:     0  {A} job\nname:       {A} job\n"))
+            self.assertIsNone(self.run_orvane("show", word, "--json").json["label"])
+        self.assertMade(self.create("{A} job", "--set", "A=x"), "x job")
 
     def test_control_characters_of_labels_stay_away_from_terminals(self):
         self.write_presets(preset("a\tb", "x"))

@@ -1,6 +1,7 @@
 """What `orvane create` makes, says and returns."""
 
 import os
+import shutil
 import unittest
 
 from harness import OrvaneTest, file, folder, preset
@@ -167,10 +168,39 @@ class Assignments(OrvaneTest):
         self.assertNothingMade()
         self.assertEqual(self.counters(), {})
 
-    def test_an_unknown_name_is_ignored_without_input(self):
+    def assertMadeWithWarning(self, result, name, warning):
+        self.assertEqual(result.err, f"orvane: warning: {warning}\n")
+        result.err = ""
+        self.assertMade(result, name)
+
+    def test_an_unknown_name_is_warned_of_without_input(self):
         self.write_presets(preset("P", "{A}"), preset("Q", "plain"))
-        self.assertMade(self.create("0", "--set", "A=x", "--set", "Z=y", "--no-input"), "x")
-        self.assertMade(self.create("1", "--set", "Z=y", "--no-input"), "plain")
+        result = self.create("0", "--set", "A=x", "--set", "Z=y", "--no-input")
+        self.assertMadeWithWarning(result, "x", "this preset has no variable 'Z'; it has 'A'")
+        self.assertMadeWithWarning(self.create("1", "--set", "Z=y", "--no-input"), "plain", "this preset has no variable 'Z'; it has none")
+
+    def test_a_value_too_many_is_warned_of(self):
+        self.write_presets(preset("P", "{A}{B}{B}", file("{A}")))
+        for words in ((), ("--no-input",), ("--no-input", "--json")):
+            result = self.create("0", "--set", "A=1", "--set", "B=2", "--set", "A=3", "--set", "B=4", *words)
+            self.assertEqual((result.status, result.err), (0, "orvane: warning: more values than places for 'A': the last are not used\n"))
+            self.assertEqual(self.listing(), ["122/", "122/1"])
+            shutil.rmtree(self.in_target("122"))
+
+    def test_the_script_gets_the_last_value_and_so_does_a_counter(self):
+        self.write_script("ok.sh", '#!/bin/sh\necho "$P_AUTO" > "$ORV_ROOT_PATH/out"\n')
+        self.write_presets(preset("P", "{auto}-{auto}", scriptFile="ok.sh"))
+        self.assertMade(self.create("0", "--set", "auto=1", "--set", "auto=2"), "1-1")
+        self.assertEqual((self.content(self.in_target("1-1/out")), self.counters()), (b"2\n", {"auto": "2"}))
+
+    def test_the_longest_name_that_fits_is_meant(self):
+        self.write_presets(preset("P", "{x} {x=y}"), preset("Q", "{a=b}"))
+        for words in ((), ("--no-input",), ("--no-input", "--json")):
+            result = self.create("0", "--set", "x=y=3", "--set", "x=1", *words)
+            self.assertEqual((result.status, result.err), (0, ""))
+            os.rmdir(self.in_target("1 3"))
+        self.assertMade(self.create("1", "--set", "a=b=c=d"), "c=d")
+        self.assertIn("it has 'a=b'\n", self.create("1", "--set", "a=c=d").err)
 
     def test_defaults_stand_in_without_input(self):
         self.write_presets(preset("P", "top{A}{AutoNo}"))

@@ -1,6 +1,7 @@
 """What the command line says in German and French, and what stays as it is in every language."""
 
 import os
+import plistlib
 import re
 import shutil
 import subprocess
@@ -73,7 +74,7 @@ class Languages(OrvaneTest):
                 self.assertTranslated((*command, "--help"))
                 for language in ("en", *LANGUAGES):
                     text = self.said(language, *command, "--help").out
-                    for line in text.split("\n\n" + {"en": "On this", "de": "In dieser", "fr": "Sur ce"}[language], 1)[0].splitlines():
+                    for line in text.splitlines():
                         self.assertLessEqual(columns(line), 80, line)
         self.assertIn("Aufruf: orvane create VORLAGE", self.said("de", "create", "--help").out)
         self.assertIn("Utilisation\u00a0: orvane create MODÈLE", self.said("fr", "create", "--help").out)
@@ -88,14 +89,15 @@ class Languages(OrvaneTest):
                     # Commands and lines of configuration are the same.
                     code = [line for line in texts["en"].rsplit("On this desktop", 1)[1].splitlines() if line.startswith("  ")]
                     self.assertEqual([line for line in texts[language].splitlines() if line in code], code)
-                    said = "\n".join(line for line in texts[language].splitlines() if line not in code)
-                    self.assertSpeaks(language, said, desktop)
+                    said = [line for line in texts[language].splitlines() if line not in code]
+                    self.assertLessEqual(max(map(columns, said)), 80, said)
+                    self.assertSpeaks(language, "\n".join(said), desktop)
         self.assertIn("Oder in einem Terminal", self.said("de", "menu", "--help", env={"XDG_CURRENT_DESKTOP": "GNOME"}).out)
 
     def test_what_the_running_helper_says(self):
         why = "This desktop gives programs no hot keys of their own. "
         env = {"XDG_CURRENT_DESKTOP": "KDE"}
-        advice = why + self.said("en", "menu", "--help", env=env).out.rsplit("On this desktop: ", 1)[1].rstrip("\n")
+        advice = why + " ".join(self.said("en", "menu", "--help", env=env).out.rsplit("\nOn this desktop:\n", 1)[1].split())
         german = ("Dieser Desktop gibt Programmen keine eigenen Tastenkürzel. Belegen Sie eine Taste mit dem Befehl „orvane menu“: in den "
                   "Systemeinstellungen unter Kurzbefehle, Befehl hinzufügen.")
         for statement, expected in (
@@ -105,7 +107,8 @@ class Languages(OrvaneTest):
                 ("Something new.", "Something new.")):
             self.write_bytes(os.path.join(self.home, ".local/state/orvane/hot-key"), f"{os.getpid()}\n{statement}\n".encode())
             told = self.said("de", "menu", "--help", env=env).out
-            self.assertTrue(told.endswith("\nDer laufende Helfer sagt: " + expected + "\n"), told)
+            self.assertLessEqual(max(map(columns, told.splitlines())), 80, told)
+            self.assertTrue(" ".join(told.split()).endswith(" Der laufende Helfer sagt: " + expected), told)
 
     def test_wrong_usage(self):
         for words in (("-x",), ("nonsense",), ("list", "x"), ("show",), ("show", "0", "1"), ("show", "gone"), ("show", "Film"), ("create",),
@@ -141,7 +144,20 @@ class Languages(OrvaneTest):
         os.symlink("gone", self.in_target("link"))
         os.mkdir(self.in_target("{x}"), 0o700)
         os.chmod(self.target, 0o700)
-        self.assertTranslated(("import", self.target))
+        self.assertTranslated(("import", self.target, "--variable", "Acmee=Client"))
+        nameless = os.path.join(self.root, "nameless")
+        self.write_bytes(nameless, plistlib.dumps({"ORVPresetFileVersion": 1, "ORVPreset": {"label": "Film"}}))
+        self.assertTranslated(("add", nameless))
+
+    def test_what_is_not_used(self):
+        self.assertTranslated(("create", "0", "--dry-run", "--no-input", "--set", "Name=a", "--set", "Name=b", "--set", "Client=c"))
+        self.write_bytes(self.preferences, plistlib.dumps({"ORVPresets": 1}))
+        self.assertTranslated(("list",))
+
+    def test_the_hint_where_there_are_no_presets(self):
+        super().write_presets()
+        for language, said in (("de", "es gibt noch keine Vorlagen; „orvane import“"), ("fr", "il n’y a pas encore de modèle")):
+            self.assertIn(said, self.on_terminal("list", env={"LANGUAGE": language}, whole=True).finish().err)
 
     def test_a_preset_in_aligned_columns(self):
         german = self.said("de", "show", "0").out
@@ -172,6 +188,7 @@ class Languages(OrvaneTest):
             terminal = self.on_terminal("create", "0", env={"LANGUAGE": language})
             terminal.read_until(heading)
             terminal.read_until(number)
+            self.assertIn({"de": "Namen nehmen den ersten Wert", "fr": "les noms prennent la première valeur"}[language], terminal.shown)
             terminal.type("\x04")
             self.assertEqual(terminal.finish().status, 3)
 
@@ -203,7 +220,9 @@ class Languages(OrvaneTest):
 
     def test_lists_of_labels(self):
         self.assertEqual(self.said("de", "list").out.splitlines()[:2], ["0  Film", "1  Film"])
-        self.assertEqual(self.said("de", "list").out.splitlines()[3], "3  (ohne Bezeichnung)")
+        self.assertEqual(self.said("de", "list").out.splitlines()[3], "3  unlabelled")
+        self.write_presets(preset(None, ""))
+        self.assertEqual(self.said("de", "list").out, "0  (ohne Bezeichnung)\n")
 
     # Which language it is.
 

@@ -97,7 +97,8 @@ class Odd(OrvaneTest):
     def test_presets_that_are_no_array_count_as_none(self):
         for value in ("text", 1, {"a": 1}, True, 1.5, b"data", datetime.datetime(2026, 1, 1)):
             self.write_bytes(self.preferences, plistlib.dumps({"ORVPresets": value}))
-            self.assertEqual(vars(self.run_orvane("list")), {"status": 0, "out": "", "err": ""})
+            warning = "orvane: warning: ORVPresets in the preferences is no array.\n"
+            self.assertEqual(vars(self.run_orvane("list")), {"status": 0, "out": "", "err": warning})
 
     def test_wrong_types_at_every_key_of_a_preset_never_crash(self):
         values = ("text", 1, {"a": 1}, True, 1.5, b"data", datetime.datetime(2026, 1, 1), [], [[]])

@@ -256,10 +256,18 @@ class Case:
                 if as_shown(name) not in actual:
                     self.differences.append(f"standard error: expected the missing name {name!r}, got {actual!r}")
             return
-        expected = "".join(f"orvane: {title}: {message}\n" for title, message in self.alerts)
-        if self._counters_are_foreign() and self.outcome.automatic is not None:
-            expected = NOT_STORED + expected if self.outcome.created else expected + NOT_STORED
-        self.differ("standard error", expected, actual)
+        alerts = "".join(f"orvane: {title}: {message}\n" for title, message in self.alerts)
+        warnings = self._expected_warnings()
+        self.differ("standard error", warnings + alerts if self.outcome.created else alerts + warnings, actual)
+
+    def _expected_warnings(self):
+        """Of values that went nowhere, and of counters."""
+        unknown, surplus = ([as_shown(name) for name in names] for names in rules.settings_left_over(self.names, self._assignments()))
+        known = quoted(as_shown(name) for name in dict.fromkeys(self.names)) or "none"
+        texts = [f"this preset has no variable {quoted(unknown)}; it has {known}"] if unknown else []
+        texts += [f"more values than places for {quoted(surplus)}: the last are not used"] if surplus else []
+        warnings = "".join(f"orvane: warning: {text}\n" for text in texts)
+        return warnings + (NOT_STORED if self._counters_are_foreign() and self.outcome.automatic is not None else "")
 
     def _compare_answer(self):
         if self.status == 2:
@@ -351,6 +359,10 @@ def as_shown(text):
         is_hidden = code < 0x20 or 0x7F <= code < 0xA0 or 0xD800 <= code < 0xE000
         shown += "".join(f"\\x{byte:02x}" for byte in rules.to_bytes(character)) if is_hidden else character
     return shown
+
+
+def quoted(names):
+    return ", ".join(f"'{name}'" for name in names)
 
 
 def as_json(text):

@@ -539,10 +539,10 @@ def parse_script_output(text):
 
 
 def split_assignment(word, names):
-    """NAME=VALUE as a pair, split at the first "=" that leaves one of the names, else at the first."""
-    for position, character in enumerate(word):
-        if character == "=" and word[:position] in names:
-            return word[:position], word[position + 1 :]
+    """NAME=VALUE as a pair, split where it leaves the longest of the names, else at the first "="."""
+    for name in sorted(names, key=len, reverse=True):
+        if word.startswith(name + "="):
+            return name, word[len(name) + 1 :]
     name, _, value = word.partition("=")
     return name, value
 
@@ -561,3 +561,12 @@ def fill_rows(rows, settings):
         row[1] = values[min(position, len(values) - 1)]
         used[row[0]] = position + 1
     return left
+
+
+def settings_left_over(names, settings):
+    """The names among (name, value) settings that are none of the rows' names, in order, and those that are given more values than there
+    are rows of the name, by their bytes."""
+    given = [name for name, _ in settings]
+    unknown = [name for name in dict.fromkeys(given) if name not in names]
+    surplus = [name for name in dict.fromkeys(given) if 0 < names.count(name) < given.count(name)]
+    return unknown, sorted(surplus, key=to_bytes)

@@ -422,8 +422,14 @@ class CommandLine(unittest.TestCase):
 
     def test_an_assignment_is_split_where_a_name_ends(self):
         self.assertEqual(rules.split_assignment("x=y=z", ["x=y"]), ("x=y", "z"))
-        self.assertEqual(rules.split_assignment("x=y=z", ["x=y", "x"]), ("x", "y=z"))
+        self.assertEqual(rules.split_assignment("x=y=z", ["x=y", "x"]), ("x=y", "z"))
+        self.assertEqual(rules.split_assignment("x=y=z", ["x", "y"]), ("x", "y=z"))
         self.assertEqual(rules.split_assignment("x=y=z", []), ("x", "y=z"))
+
+    def test_settings_that_no_row_takes_are_left_over(self):
+        settings = [("z", "1"), ("b", "1"), ("y", "1"), ("b", "2"), ("a", "1"), ("a", "2"), ("a", "3"), ("z", "2"), ("c", "1")]
+        self.assertEqual(rules.settings_left_over(["a", "b", "a", "c"], settings), (["z", "y"], ["a", "b"]))
+        self.assertEqual(rules.settings_left_over(["a"], []), ([], []))
 
 
 if __name__ == "__main__":

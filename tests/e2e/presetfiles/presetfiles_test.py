@@ -168,6 +168,25 @@ class Import(Case):
         expected = {path.replace(b"Acme", b"Globex"): rest for path, rest in tree_of(source).items()}
         self.assertEqual(tree_of(made), expected)
 
+    def test_warns_of_a_text_that_is_nowhere(self):
+        source = self.rich_folder()
+        warning = "orvane: warning: '{}' was turned into the variable '{}' nowhere\n"
+        for words, expected in (
+                (("Acme=Client",), ()), (("Acmee=Client",), (("Acmee", "Client"),)), (("Acme=Client", "plan=Plan", "x y=Z"), (("x y", "Z"),)),
+                (("Acme=Client", "ACME=Client"), (("ACME", "Client"),)), (("Acme=Client", "plan=Client"), ()),
+                (("plan=a", "plan=b", "nope=a"), (("plan", "b"), ("nope", "a"))), (("Acme=A", "Ac=B"), (("Ac", "B"),))):
+            with self.subTest(words=words):
+                result = self.home.run("import", str(source), "--label", " ".join(words), *(f"--variable={word}" for word in words))
+                self.assertEqual(result.stderr.decode(), "".join(warning.format(*each) for each in expected))
+
+    def test_warns_of_a_label_that_another_preset_has(self):
+        source = self.folder()
+        self.assertEqual(self.home.run("import", str(source)).stderr, b"")
+        result = self.home.run("import", str(source))
+        self.assertEqual(result.stderr, b"orvane: warning: there are several presets 'Acme job' now; their indexes tell them apart\n")
+        self.assertEqual(result.stdout, b"1  Acme job\n")
+        self.assertEqual(self.home.run("import", str(source), "--label", "other").stderr, b"")
+
     def test_gives_random_names_back(self):
         generator = random.Random(5)
         for number in range(12):
@@ -408,6 +427,20 @@ class ExportAndAdd(Case):
     def add(self, document, status, **more):
         data = document if isinstance(document, bytes) else plistlib.dumps(document, **more)
         return self.other.run("add", "-", data=data, status=status)
+
+    def test_add_warns_of_a_label_that_another_preset_has_and_of_a_missing_name(self):
+        def warned(preset):
+            return self.add({"ORVPresetFileVersion": 1, "ORVPreset": preset}, 0).stderr
+
+        nameless, several = (b"orvane: warning: " + text + b"\n" for text in (
+            b"the top-level folder has no name", b"there are several presets 'L' now; their indexes tell them apart"))
+        self.assertEqual(warned({"label": "L", "directoryName": "T"}), b"")
+        self.assertEqual(warned({"label": "L", "directoryName": "U"}), several)
+        self.assertEqual(warned({"label": "M"}), nameless)
+        self.assertEqual(warned({"label": "L", "directoryName": ""}), nameless + several)
+        for _ in range(2):
+            self.assertEqual(warned({"directoryName": "T"}), b"")
+        self.assertIn("error: " + nameless.decode()[len("orvane: warning: "):], self.other.run("check", "2", status=1).stdout.decode())
 
     def test_add_never_leaves_its_folders(self):
         name = "../../../../escaped"

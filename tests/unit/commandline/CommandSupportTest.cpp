@@ -54,6 +54,22 @@ TEST_F(Candidates, AnUnknownWordGetsAllPresets) {
     EXPECT_EQ(choosePreset("", _presets).index, std::nullopt);
 }
 
+TEST_F(Candidates, AFolderNamesTemplateStandsForALabelThatIsMissing) {
+    const auto unlabelled = [&](std::string_view name) { return _make.dictionary({{"directoryName", _make.text(name)}}); };
+    const auto labelledAs = [&](std::string_view label, std::string_view name) {
+        return _make.dictionary({{"label", _make.text(label)}, {"directoryName", _make.text(name)}});
+    };
+    const PropertyList presets = _make.list({unlabelled("{A} job"), labelledAs("L", "{B}"), unlabelled("L"), unlabelled("x"),
+                                             unlabelled("x"), labelledAs("", "x"), _make.dictionary({})});
+    EXPECT_EQ(choosePreset("{A} job", presets).index, 0U);
+    EXPECT_EQ(choosePreset("{B}", presets).index, std::nullopt); // its name is its label
+    EXPECT_EQ(choosePreset("L", presets).index, 1U);             // a label goes before
+    EXPECT_EQ(choosePreset("x", presets).problem, "more than one preset 'x'; give one of the indexes:\n  3  x\n  4  x");
+    EXPECT_EQ(choosePreset("", presets).index, 5U); // an empty label is one
+    EXPECT_EQ(choosePreset("y", presets).problem,
+              "no preset 'y'; there are:\n  0  {A} job\n  1  L\n  2  L\n  3  x\n  4  x\n  5  \n  6  (no label)");
+}
+
 TEST_F(Candidates, WithoutPresetsItSaysSo) {
     EXPECT_EQ(choosePreset("0", _make.list({})).problem, "no preset '0': there are no presets");
 }

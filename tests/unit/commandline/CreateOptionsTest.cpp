@@ -56,18 +56,21 @@ TEST(Assignments, OneValueGoesToEveryRowOfItsName) {
     EXPECT_EQ(rows, (Rows{{"A", "x"}, {"B", "b"}, {"A", "x"}}));
     EXPECT_EQ(result.missing, (std::vector<std::size_t>{1}));
     EXPECT_TRUE(result.unknown.empty());
+    EXPECT_TRUE(result.surplus.empty());
 }
 
 TEST(Assignments, SeveralValuesGoToTheRowsInOrderAndTheLastToTheRest) {
     Rows rows{{"A", ""}, {"A", ""}, {"B", ""}, {"A", ""}, {"A", ""}};
-    distributeAssignments(Words{"A=1", "B=b", "A=2"}, rows);
+    const AssignmentResult result = distributeAssignments(Words{"A=1", "B=b", "A=2"}, rows);
+    EXPECT_TRUE(result.surplus.empty());
     EXPECT_EQ(rows, (Rows{{"A", "1"}, {"A", "2"}, {"B", "b"}, {"A", "2"}, {"A", "2"}}));
 }
 
 TEST(Assignments, MoreValuesThanRowsLeaveTheLaterOnesUnused) {
-    Rows rows{{"A", ""}};
-    const AssignmentResult result = distributeAssignments(Words{"A=1", "A=2"}, rows);
-    EXPECT_EQ(rows, (Rows{{"A", "1"}}));
+    Rows rows{{"A", ""}, {"B", ""}, {"C", ""}, {"B", ""}};
+    const AssignmentResult result = distributeAssignments(Words{"A=1", "C=c", "A=2", "B=1", "B=2", "B=3", "A=3"}, rows);
+    EXPECT_EQ(rows, (Rows{{"A", "1"}, {"B", "1"}, {"C", "c"}, {"B", "2"}}));
+    EXPECT_EQ(result.surplus, (Words{"A", "B"}));
     EXPECT_TRUE(result.unknown.empty());
 }
 
@@ -95,6 +98,13 @@ TEST(Assignments, NameMayHoldEquals) {
     const AssignmentResult result = distributeAssignments(Words{"a=b=c"}, rows);
     EXPECT_EQ(rows, (Rows{{"a=b", "c"}}));
     EXPECT_TRUE(result.unknown.empty());
+}
+
+TEST(Assignments, TheLongestNameThatFitsIsMeant) {
+    Rows rows{{"x", ""}, {"x=y", ""}, {"x=y=z", ""}};
+    EXPECT_TRUE(distributeAssignments(Words{"x=y=3", "x=1=2", "x=y=z="}, rows).unknown.empty());
+    EXPECT_EQ(rows, (Rows{{"x", "1=2"}, {"x=y", "3"}, {"x=y=z", ""}}));
+    EXPECT_EQ(distributeAssignments(Words{"u=v=w", "=x"}, rows).unknown, (Words{"u", ""}));
 }
 
 TEST(Assignments, NamesKeepTheirBlanksAndCase) {

@@ -95,7 +95,30 @@ TEST(CommandLinePrompt, RowsOfOneNameAreAskedWithTheirNumber) {
     Rows rows{{"A", ""}, {"A", ""}};
     EXPECT_TRUE(run(prompt, "T", rows));
     EXPECT_EQ(rows, (Rows{{"A", "1"}, {"A", "2"}}));
-    EXPECT_NE(terminal.shown.find("A (1 of 2): A (2 of 2): "), std::string::npos);
+    EXPECT_EQ(terminal.shown, "Values for T\n'A': names take the first value, the script and counters the last\nA (1 of 2): A (2 of 2): ");
+}
+
+TEST(CommandLinePrompt, WhatSeveralValuesAreGoodForIsToldOfWhatIsAskedOnly) {
+    FakeTerminal terminal;
+    terminal.lines = {"c", "d"};
+    const Words assignments{"A=1"};
+    CommandLinePrompt prompt(assignments, false, terminal);
+    Rows rows{{"A", ""}, {"A", ""}, {"C", ""}, {"D", ""}};
+    EXPECT_TRUE(run(prompt, "T", rows));
+    EXPECT_EQ(terminal.shown, "Values for T\nC: D: ");
+}
+
+TEST(CommandLinePrompt, ValuesThatGoNowhereAreWarnedOf) {
+    FakeTerminal terminal;
+    const Words assignments{"A=1", "B=2", "A=3", "B=4", "B=5"};
+    CommandLinePrompt prompt(assignments, false, terminal);
+    Rows rows{{"A", ""}, {"B", ""}, {"B", ""}};
+    EXPECT_TRUE(run(prompt, "T", rows));
+    EXPECT_EQ(prompt.warnings(), Words{"more values than places for 'A', 'B': the last are not used"});
+    const Words two{"A=1", "B=2"};
+    CommandLinePrompt enough(two, false, terminal);
+    EXPECT_TRUE(run(enough, "T", rows));
+    EXPECT_TRUE(enough.warnings().empty());
 }
 
 TEST(CommandLinePrompt, TheEndOfInputCancels) {
@@ -107,7 +130,7 @@ TEST(CommandLinePrompt, TheEndOfInputCancels) {
     EXPECT_EQ(prompt.outcome(), Outcome::Cancelled);
 }
 
-TEST(CommandLinePrompt, WithNoInputDefaultsStayAndUnknownNamesAreIgnored) {
+TEST(CommandLinePrompt, WithNoInputDefaultsStayAndUnknownNamesGetAWarning) {
     FakeTerminal terminal;
     const Words assignments{"A=1", "Unknown=2"};
     CommandLinePrompt prompt(assignments, true, terminal);
@@ -115,7 +138,8 @@ TEST(CommandLinePrompt, WithNoInputDefaultsStayAndUnknownNamesAreIgnored) {
     EXPECT_TRUE(run(prompt, "T", rows));
     EXPECT_EQ(rows, (Rows{{"A", "1"}, {"AutoB", "7"}}));
     EXPECT_EQ(terminal.shown, "");
-    EXPECT_EQ(prompt.problemWithoutVariables(), "");
+    EXPECT_EQ(prompt.problem(), "");
+    EXPECT_EQ(prompt.warnings(), Words{"this preset has no variable 'Unknown'; it has 'A', 'AutoB'"});
 }
 
 TEST(CommandLinePrompt, WithoutTerminalMissingNamesAreListedOnce) {
