@@ -182,8 +182,9 @@ class Sweep:
     def judge_refused(self, out, err, counter, made, mute):
         complaints = []
         name = f"Acme {workshop.NUMBER + 1}"
-        if err.startswith(workshop.NOT_STORED):
-            err = err[len(workshop.NOT_STORED):]
+        told = err
+        # It comes before what is said of a folder that was made, and after why none was.
+        err = err.removeprefix(workshop.NOT_STORED).removesuffix(workshop.NOT_STORED)
         lines = err.splitlines()
         title = lines[0].removeprefix("orvane: ").split(":")[0] if lines else ""
         if made == {name} and (title == "Standard output" or (mute and not err)):
@@ -196,6 +197,8 @@ class Sweep:
             complaints.append(f"unknown title {title!r}")
         if title.startswith("ORV wasn't"):
             place = f"{workshop.FAILED}(directory {re.escape(self.shop.target)}/[^']*\\.|file '{re.escape(self.shop.target)}/[^']*'\\.)"
+            if counter == workshop.NUMBER and not told.endswith(workshop.NOT_STORED):
+                complaints.append("the counter was not stored, and nobody was told")
             if len(lines) != 1 or not re.fullmatch("orvane: ORV wasn't able to create the preset: " + place, lines[0]):
                 complaints.append(f"unknown message {lines}")
         if counter is None:
