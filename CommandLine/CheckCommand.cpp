@@ -147,7 +147,8 @@ bool isFile(const std::string &word) {
 
 /// Whether somebody who writes that thinks of a file, so that a missing one is told as such.
 bool isMeantAsFile(const std::string &word) {
-    return word.ends_with(".orvpreset") || word.starts_with('/') || word.starts_with("./") || word.starts_with("../");
+    return word.ends_with(".orvpreset") || word.ends_with(".plist") || word.starts_with('/') || word.starts_with("./") ||
+           word.starts_with("../");
 }
 
 /// Finds out what a word means: a file when it looks like a path, else a preset, else a file.

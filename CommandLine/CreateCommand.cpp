@@ -134,6 +134,10 @@ private:
         _report.created = true;
         _report.path = _observed.topPath();
         _report.nodes = _nodes.nodes();
+        if (!_options.json) { // before the script, which may take long and be interrupted
+            const std::string &path = *_report.path;
+            _written = writeStandardOutput((isTerminal(STDOUT_FILENO) ? printable(path) : path) + "\n");
+        }
         if (!_interruptionIsOpen) { // else it is too late to take anything back, but not to keep the script from starting
             _runScript();
         }
@@ -232,16 +236,12 @@ private:
         if (!_report.error && !_alerts.shown().empty()) {
             _report.error = _alerts.shown().front();
         }
-        ExitStatus written = ExitStatus::Success;
         if (_options.json) {
-            written = writeStandardOutput(jsonOfReport(_report));
+            _written = writeStandardOutput(jsonOfReport(_report));
         } else if (_report.tree) {
-            written = writeStandardOutput(textOfDryRun(_report, styleOfDescriptor(STDOUT_FILENO)));
-        } else if (_report.created) {
-            const std::string &path = *_report.path;
-            written = writeStandardOutput((isTerminal(STDOUT_FILENO) ? printable(path) : path) + "\n");
+            _written = writeStandardOutput(textOfDryRun(_report, styleOfDescriptor(STDOUT_FILENO)));
         }
-        return _report.status == ExitStatus::Success ? written : _report.status;
+        return _report.status == ExitStatus::Success ? _written : _report.status;
     }
 
     CommandContext &_context;
@@ -260,8 +260,9 @@ private:
     NodeCounter _nodes;
     std::optional<ProgressBar> _progress;
     CreationReport _report;
-    bool _tellsOfDryRun = false;      ///< the first failure that a dry run would meet
-    bool _interruptionIsOpen = false; ///< one arrived and changed nothing; the signal is still to be raised
+    ExitStatus _written = ExitStatus::Success; ///< of what goes to standard output
+    bool _tellsOfDryRun = false;               ///< the first failure that a dry run would meet
+    bool _interruptionIsOpen = false;          ///< one arrived and changed nothing; the signal is still to be raised
 };
 
 /// The answer to words that mean nothing, in the form that they ask for.

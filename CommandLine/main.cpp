@@ -57,8 +57,8 @@ std::string generalHelp() {
         text.append("  ").append(name).append(localized(command.summary)) += '\n';
     }
     text += '\n';
-    return text + localized("'orvane COMMAND --help' tells more about a command, 'orvane --version' the\n"
-                            "version.\n");
+    return text + localized("'orvane COMMAND --help' (or -h) tells more about a command, 'orvane --version'\n"
+                            "the version.\n");
 }
 
 /// Prints what `--help` or `--version` ask for; false when neither is among the options.
@@ -124,6 +124,25 @@ bool asksForJSON(const CommandArguments &words) {
     return std::any_of(words.begin(), end, [&](std::string_view word) { return word.starts_with("--j") && Option.starts_with(word); });
 }
 
+/// Null when there is none of that name.
+const Command *commandNamed(std::string_view name) {
+    const auto *const command = std::find_if(Commands.begin(), Commands.end(), [&](const Command &known) { return name == known.name; });
+    return command == Commands.end() ? nullptr : command;
+}
+
+/// `orvane help [COMMAND]`, which is what many try first, says the same as `--help`.
+ExitStatus runHelp(const CommandArguments &words) {
+    if (words.size() > 2) {
+        return usageError("", localized("unexpected '%1'", {words[2]}));
+    }
+    const bool isGeneral = words.size() == 1 || words[1].starts_with('-') || words[1] == words[0];
+    const Command *const command = isGeneral ? nullptr : commandNamed(words[1]);
+    if (!isGeneral && command == nullptr) {
+        return usageError("", localized("unknown command '%1'", {words[1]}));
+    }
+    return writeStandardOutput(isGeneral ? generalHelp() : command->help());
+}
+
 ExitStatus runProgram(CommandArguments words) {
     ExitStatus status = ExitStatus::Success;
     if (!asksForJSON(words)) {
@@ -137,8 +156,11 @@ ExitStatus runProgram(CommandArguments words) {
     if (name.starts_with('-')) {
         return answersGeneralOption(words, {}, generalHelp, status) ? status : usageError("", localized("unknown option '%1'", {name}));
     }
-    const auto *const command = std::find_if(Commands.begin(), Commands.end(), [&](const Command &known) { return name == known.name; });
-    if (command == Commands.end()) {
+    if (name == "help") {
+        return runHelp(words);
+    }
+    const Command *const command = commandNamed(name);
+    if (command == nullptr) {
         return usageError("", localized("unknown command '%1'", {name}));
     }
     words.erase(words.begin());

@@ -137,6 +137,8 @@ complete -c orvane -n __orvane_has_no_command -a check -d 'Look for mistakes in 
 complete -c orvane -n __orvane_has_no_command -a menu -d 'Pop up the menu of the helper'
 complete -c orvane -n __orvane_has_no_command -a notify -d 'Tell the running helper of changes'
 complete -c orvane -n __orvane_has_no_command -a recover -d 'What killed creations left'
+complete -c orvane -n __orvane_has_no_command -a help -d 'Tell about a command'
+complete -c orvane -n '__orvane_awaits 0 help' -a 'list show create import export add check menu notify recover'
 
 complete -c orvane -n '__orvane_is list show create check' -l json -d 'Print JSON'
 complete -c orvane -k -n '__orvane_awaits 0 show create export check' -a '(__orvane_presets)'

@@ -8,7 +8,7 @@ import unittest
 
 from harness import DEADLINE, PROGRAM, OrvaneTest, file, folder, preset
 
-COMMANDS = ("list", "show", "create", "import", "export", "add", "check", "notify")
+COMMANDS = ("list", "show", "create", "import", "export", "add", "check", "menu", "notify", "recover")
 
 
 class Words(OrvaneTest):
@@ -21,6 +21,18 @@ class Words(OrvaneTest):
                 result = self.run_orvane(command, option)
                 self.assertEqual((result.status, result.err), (0, ""))
                 self.assertTrue(result.out.startswith(f"Usage: orvane {command}"), result.out)
+
+    def test_help_is_a_command_too(self):
+        general = self.run_orvane("--help")
+        for words in (("help",), ("help", "help"), ("help", "--help"), ("-h",)):
+            result = self.run_orvane(*words)
+            self.assertEqual((result.status, result.out, result.err), (0, general.out, ""), words)
+        for command in COMMANDS:
+            self.assertEqual(self.run_orvane("help", command).out, self.run_orvane(command, "--help").out)
+        for words, problem in ((("help", "nonsense"), "unknown command 'nonsense'"), (("help", "list", "show"), "unexpected 'show'")):
+            result = self.run_orvane(*words)
+            self.assertEqual((result.status, result.out), (2, ""))
+            self.assertTrue(result.err.startswith(f"orvane: {problem}\n"), result.err)
 
     def test_version_on_every_level_is_output(self):
         version = self.run_orvane("--version")

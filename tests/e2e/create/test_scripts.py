@@ -3,9 +3,10 @@
 import os
 import resource
 import signal
+import subprocess
 import unittest
 
-from harness import OrvaneTest, file, preset
+from harness import DEADLINE, PROGRAM, OrvaneTest, file, preset
 
 
 class Scripts(OrvaneTest):
@@ -47,6 +48,17 @@ class Scripts(OrvaneTest):
         result = self.run_script(f"#!/bin/sh\n/bin/sleep 0.3\n: > {self.root}/done\n")
         self.assertEqual(result.status, 0)
         self.assertTrue(os.path.exists(os.path.join(self.root, "done")))
+
+    def test_the_path_is_told_before_it_runs_and_so_also_when_it_is_interrupted(self):
+        # The script reads what the program has printed by then, and stops it as Ctrl-C would.
+        self.write_script("x.sh", f"#!/bin/sh\ncat {self.root}/told > {self.root}/seen\nkill -INT $PPID\nexec sleep 60\n")
+        self.write_presets(preset("P", "top", scriptFile="x.sh"))
+        with open(os.path.join(self.root, "told"), "wb") as told:
+            done = subprocess.run([PROGRAM, "create", "0", "--no-open"], stdin=subprocess.DEVNULL, stdout=told, stderr=subprocess.PIPE,
+                                  env=self.env, cwd=self.target, timeout=DEADLINE, check=False)
+        self.assertEqual((done.returncode, done.stderr), (-signal.SIGINT, b""))
+        for name in ("seen", "told"):
+            self.assertEqual(self.content(os.path.join(self.root, name)).decode(), self.in_target("top") + "\n")
 
     def test_each_way_to_fail(self):
         nothing = f"#!/bin/sh\n: > {self.root}/ran\n"

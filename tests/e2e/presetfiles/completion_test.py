@@ -194,6 +194,10 @@ CASES = {
     "orvane create -- --\t": ["create", "--", "--"],
     "orvane nothing x\t": ["nothing", "x"],
     "orvane notify x\t": ["notify", "x"],
+    "orvane hel\t": ["help"],
+    "orvane help exp\t": ["help", "export"],
+    "orvane help he\t": ["help", "he"],
+    "orvane help export a\t": ["help", "export", "a"],
     # Labels
     "orvane show film\t": ["show", "film"],
     "orvane show Film\\ p\t": ["show", "Film production"],

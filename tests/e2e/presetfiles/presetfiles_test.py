@@ -532,7 +532,7 @@ class Check(Case):
         self.assertEqual(self.home.run("check", "./p.plist", status=1).stdout.decode().splitlines(), self.lines)
 
     def test_a_missing_file_is_told_as_a_file_not_as_a_preset(self):
-        for word in ("none.orvpreset", "./none.plist", "../none", "/no/such/file"):
+        for word in ("none.orvpreset", "none.plist", "./none.plist", "../none", "/no/such/file"):
             ran = self.home.run("check", word, status=1)
             self.assertIn(f"{word}: No such file or directory".encode(), ran.stderr)
             self.assertNotIn(b"there are", ran.stderr)
