@@ -2,6 +2,7 @@
 target_sources(core PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/HotKeyAdvice.cpp
   ${CMAKE_CURRENT_LIST_DIR}/HotKeyController.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/HotKeyNames.cpp
   ${CMAKE_CURRENT_LIST_DIR}/SGHotKey.cpp
   ${CMAKE_CURRENT_LIST_DIR}/SGHotKeyCenter.cpp
   ${CMAKE_CURRENT_LIST_DIR}/SGIntegerValue.cpp

@@ -1,6 +1,6 @@
 #include "wiring/StatedHotKeys.h"
 
-#include "hotkeys/SGKeyCombo.h"
+#include "hotkeys/HotKeyNames.h"
 
 #include <utility>
 
@@ -29,7 +29,8 @@ StatedHotKeys::StatedHotKeys(HotKeyEvents &events, State state) : _events(events
 EventStatus StatedHotKeys::registerEventHotKey(std::uint32_t keyCode, std::uint32_t modifiers, EventHotKeyID hotKeyID,
                                                EventTargetRef target, std::uint32_t options, EventHotKeyRef &hotKey) {
     const EventStatus status = _events.registerEventHotKey(keyCode, modifiers, hotKeyID, target, options, hotKey);
-    _state(statementOf(status, SGKeyCombo(static_cast<std::intptr_t>(keyCode), static_cast<std::intptr_t>(modifiers)).description()));
+    const SGKeyCombo combo(static_cast<std::intptr_t>(keyCode), static_cast<std::intptr_t>(modifiers));
+    _state(statementOf(status, ORVHotKeyName(combo)));
     return status;
 }
 

@@ -2,7 +2,7 @@
 
 #include "window/Page.h"
 
-#include "hotkeys/SGKeyCombo.h"
+#include "hotkeys/HotKeyNames.h"
 #include "hotkeys/SGModifiers.h"
 #include "hotkeys/SRRecorderControl.h"
 #include "platform/qt/QtText.h"
@@ -87,7 +87,7 @@ HotKeyPress hotKeyPressOf(const QKeyEvent &event) {
 
 QString textOfHotKey(const StoredHotKey &hotKey) {
     const SGKeyCombo combo = comboOf(hotKey);
-    return combo.isValidHotKeyCombo() ? QtSingleLine(QtTextOf(combo.description())) : QString();
+    return combo.isValidHotKeyCombo() ? QtSingleLine(QtTextOf(ORVHotKeyName(combo))) : QString();
 }
 
 QString textOfModifiers(std::uint32_t flags) {
@@ -110,7 +110,7 @@ QString wordsOfHotKey(const StoredHotKey &hotKey) {
             words.append(name);
         }
     }
-    words.append(QtSingleLine(QtTextOf(combo.keyCodeString())));
+    words.append(QtSingleLine(QtTextOf(ORVKeyName(combo))));
     return words.join(QLatin1Char('+'));
 }
 
@@ -120,8 +120,7 @@ bool hotKeyTypesText(const StoredHotKey &hotKey) {
         return false;
     }
     // Keys that type are those whose names come from the layout; the others have names of their own.
-    const PropertyListValue *names = SGKeyCombo::_keyCodesDictionary().root().find("unmappedKeys");
-    return names == nullptr || names->find(std::to_string(combo.keyCode())) == nullptr;
+    return !ORVKeyHasOwnName(combo);
 }
 
 } // namespace orvane

@@ -1,6 +1,7 @@
 #include "platform/qt/QtApplication.h"
 
 #include "platform/qt/QtX11Activation.h"
+#include "ports/AssertionHandler.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -66,6 +67,20 @@ bool displayIsThere() {
     return platform.substr(0, 7) != "wayland" || waylandAnswers();
 }
 
+/// Ends what an event began when an invariant is found broken, and goes on with the next event, as the Mac's event loop does.
+class GuardedApplication final : public QApplication {
+public:
+    using QApplication::QApplication;
+
+    bool notify(QObject *receiver, QEvent *event) override {
+        try {
+            return QApplication::notify(receiver, event);
+        } catch (const AssertionFailure &) { // the handler has told of it
+            return true;
+        }
+    }
+};
+
 } // namespace
 
 /// Notices that ending was asked for.
@@ -89,7 +104,7 @@ bool QtApplication::load() {
         }
         QCoreApplication::setApplicationName(QStringLiteral("Orvane"));
         QGuiApplication::setDesktopFileName(QStringLiteral("org.orvane.Helper"));
-        _application = std::make_unique<QApplication>(_argc, _argv);
+        _application = std::make_unique<GuardedApplication>(_argc, _argv);
     }
     QGuiApplication::setQuitOnLastWindowClosed(false);
     qApp->removeEventFilter(_quitFilter.get());

@@ -162,6 +162,9 @@ void KGlobalAccelHotKeys::_subscribe() {
 }
 
 void KGlobalAccelHotKeys::_registerAgain() {
+    for (auto &[slot, each] : _taken) {
+        each.isDown = false; // its release was the ended one's to tell
+    }
     const std::map<int, Taken> taken = _taken;
     for (const auto &[slot, each] : taken) {
         if (_register(each.keys, slot) != Answer::Taken) {

@@ -8,6 +8,7 @@
 #include "platform/qt/QtPromptInterface.h"
 #include "platform/qt/QtReferenceWindow.h"
 #include "platform/qt/QtTermination.h"
+#include "ports/AssertionHandler.h"
 
 #include <atomic>
 #include <chrono>
@@ -159,6 +160,27 @@ TEST(TerminationSignals, EachOfThemEndsAnIdleProgram) {
         EXPECT_EQ(program.line(), "left") << signal;
         EXPECT_EQ(program.status(), 0) << signal;
     }
+}
+
+const Program BrokenProgram("broken", [](QtApplication &application) {
+    const QtTermination termination(application);
+    QTimer::singleShot(0, [] {
+        QTimer::singleShot(0, [] { say("goes on"); });
+        say("breaks");
+        throw AssertionFailure("an invariant");
+    });
+    const int status = application.run();
+    say("left");
+    return status;
+});
+
+TEST(EventLoop, GoesOnAfterABrokenInvariant) {
+    RunningProgram program("broken");
+    ASSERT_EQ(program.line(), "breaks");
+    EXPECT_EQ(program.line(), "goes on");
+    program.signal(SIGTERM);
+    EXPECT_EQ(program.line(), "left");
+    EXPECT_EQ(program.status(), 0);
 }
 
 const Program BusyProgram("busy", [](QtApplication &application) {

@@ -90,6 +90,33 @@ TEST(HotKeyServicesTest, TheRegistrationIsMadeAgainWhenKGlobalAccelComesBack) {
     }));
 }
 
+TEST(HotKeyServicesTest, AKeyThatWasDownWhenKGlobalAccelEndedIsUpAtItsReturn) {
+    HotKeyDesk desk;
+    const auto pressUntil = [&](const MockService &mock, auto isDone) {
+        return HotKeyDesk::waitFor([&] {
+            mock.press();
+            HotKeyDesk::stay(std::chrono::milliseconds(20));
+            return isDone();
+        });
+    };
+    {
+        const MockService mock("kglobalaccel", "free");
+        ASSERT_EQ(desk.take(HotKeyDesk::H), EventNoError);
+        ASSERT_TRUE(pressUntil(mock, [&] { return !desk.releases.empty(); })); // so releases are told of
+    }
+    const std::size_t presses = desk.presses.size();
+    const std::size_t releases = desk.releases.size();
+    ASSERT_EQ(presses, releases);
+    {
+        const MockService mock("kglobalaccel", "held");
+        ASSERT_TRUE(pressUntil(mock, [&] { return desk.presses.size() == presses + 1; }));
+        ASSERT_TRUE(pressUntil(mock, [&] { return desk.presses.size() == presses + 1; })); // it repeats
+    }
+    const MockService again("kglobalaccel", "free");
+    ASSERT_TRUE(pressUntil(again, [&] { return desk.releases.size() > releases; }));
+    EXPECT_EQ(desk.presses.size(), desk.releases.size() + 1);
+}
+
 struct PortalCase {
     const char *mode;
     bool works;

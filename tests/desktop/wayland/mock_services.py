@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Stands in for KGlobalAccel and for the desktop portal on the session bus.
 
-  mock_services.py kglobalaccel taken|free
+  mock_services.py kglobalaccel taken|free|held    (held: the key never comes up again)
   mock_services.py portal MODE
 
 with MODE one of
@@ -28,7 +28,7 @@ class Accel(dbus.service.Object):
     def __init__(self, bus, mode):
         super().__init__(bus, "/kglobalaccel")
         self.mode = mode
-        self.component = Component(bus)
+        self.component = Component(bus, mode)
 
     @dbus.service.method("org.kde.KGlobalAccel", in_signature="as")
     def doRegister(self, action):
@@ -59,8 +59,9 @@ class Accel(dbus.service.Object):
 class Component(dbus.service.Object):
     bound = None
 
-    def __init__(self, bus):
+    def __init__(self, bus, mode):
         super().__init__(bus, "/component/orvane")
+        self.mode = mode
 
     @dbus.service.signal("org.kde.kglobalaccel.Component", signature="ssx")
     def globalShortcutPressed(self, component, action, timestamp):
@@ -73,7 +74,8 @@ class Component(dbus.service.Object):
     def press(self):
         if self.bound:
             self.globalShortcutPressed(*self.bound, 0)
-            self.globalShortcutReleased(*self.bound, 0)
+            if self.mode != "held":
+                self.globalShortcutReleased(*self.bound, 0)
 
 
 class Request(dbus.service.Object):

@@ -1,7 +1,7 @@
 """Real presses of the hot key: where the menu comes up, locks, layouts, other programs' grabs, and what stays behind."""
 
 import signal
-import unittest
+import unittest.mock
 from keyboard import CONTROL as X_CONTROL, ESCAPE_KEY, MENU_KEY, SHIFT as X_SHIFT, SUPER_KEY, other_program_with
 from support import *
 from support import CONTROL_KEY, Server
@@ -201,6 +201,25 @@ class Reregistration(HotKeyDesktop):
         self.assertEqual(server.passive_grabs(), grabs)
         self.assertEqual(self.descriptors(), descriptors)
         self.assertLess(self.own_kilobytes() - memory, 512)
+        self.assert_hot_key_works(X_Z)
+
+
+class MissingNames(HotKeyDesktop):
+    def test_without_the_list_of_key_names_the_key_works_and_goes_by_its_number(self):
+        program = Path(os.environ["ORVANE_TEST_HELPER"])
+        copy = self.home / "copy/HelperSource/orvane-helper"
+        shutil.copytree(program.parents[1] / "share/orvane", self.home / "copy/share/orvane")
+        copy.parent.mkdir()
+        shutil.copy2(program, copy)
+        (self.home / "copy/share/orvane/SGKeyCodes.plist").unlink()
+        with unittest.mock.patch.dict(os.environ, {"ORVANE_TEST_HELPER": str(copy)}):
+            self.start_with_hot_key()
+        self.wait_for_statement("⌃⇧4 works.")
+        self.assertIn("Contents of SGKeyCodes is nil", self.said())
+        self.assert_hot_key_works(X_H)
+        self.write_hot_key(code=MAC_Z)
+        self.announce_change()
+        self.wait_for_statement("⌃⇧6 works.")
         self.assert_hot_key_works(X_Z)
 
 

@@ -1,7 +1,9 @@
 // What users are told of their hot key: by the helper, in the file where other programs find it, and what to do instead.
 #include "fakes/FakeHotKeyEvents.h"
 #include "hotkeys/HotKeyAdvice.h"
+#include "hotkeys/HotKeyNames.h"
 #include "platform/posix/PosixHotKeyStatement.h"
+#include "unit/hotkeys/KeyDesk.h"
 #include "wiring/StatedHotKeys.h"
 
 #include <gtest/gtest.h>
@@ -109,6 +111,43 @@ TEST_F(StatedHotKeysTest, SaysWhyAKeyIsRefusedAndWhatToDo) {
     ASSERT_EQ(statements.size(), 1U);
     EXPECT_NE(statements[0].find("does not work: another program has it."), std::string::npos) << statements[0];
     EXPECT_NE(statements[0].find("'orvane menu'"), std::string::npos) << statements[0];
+}
+
+TEST_F(StatedHotKeysTest, GoesByTheKeysNumberWhereTheListOfNamesIsMissing) {
+    KeyDesk desk;
+    desk.assertions.raises = true;
+    ASSERT_EQ(take(0x2a), EventNoError);
+    EXPECT_EQ(statements, std::vector<std::string>{"The hot key ⌃⇧2A works."});
+    EXPECT_EQ(desk.assertions.failures,
+              std::vector<std::string>{"+[SGKeyCombo _keyCodesDictionary] SGKeyCombo:109 Contents of SGKeyCodes is nil"});
+}
+
+TEST(HotKeyNames, AreTheCombinationsOwnWhereTheListIsThere) {
+    KeyDesk desk;
+    desk.assertions.raises = true;
+    desk.setNewKeyCodes();
+    desk.useLayout({{0, u"a"}});
+    const SGKeyCombo ofReturn(36, 0x100);
+    EXPECT_EQ(ORVKeyName(ofReturn), "Return");
+    EXPECT_EQ(ORVHotKeyName(ofReturn), "⌘Return");
+    EXPECT_TRUE(ORVKeyHasOwnName(ofReturn));
+    const SGKeyCombo ofLetter(0, 0x100);
+    EXPECT_EQ(ORVKeyName(ofLetter), ofLetter.keyCodeString());
+    EXPECT_EQ(ORVHotKeyName(ofLetter), ofLetter.description());
+    EXPECT_FALSE(ORVKeyHasOwnName(ofLetter));
+}
+
+TEST(HotKeyNames, AreNumbersWhereItIsMissing) {
+    KeyDesk desk;
+    desk.assertions.raises = true;
+    for (const auto &[code, name] : {std::pair{0, "0"}, {36, "24"}, {0x7f, "7F"}}) {
+        const SGKeyCombo combo(code, 0x1000);
+        EXPECT_EQ(ORVKeyName(combo), name);
+        EXPECT_EQ(ORVHotKeyName(combo), std::string("⌃") + name);
+        EXPECT_FALSE(ORVKeyHasOwnName(combo));
+    }
+    EXPECT_EQ(desk.assertions.failures.size(), 9U);
+    EXPECT_EQ(ORVHotKeyName(SGKeyCombo::clearKeyCombo()), SGKeyCombo::clearKeyCombo().description());
 }
 
 TEST(HotKeyInstructions, AreThoseOfTheDesktopWithoutSayingThatItGivesNoKeys) {
