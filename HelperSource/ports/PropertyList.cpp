@@ -4,6 +4,8 @@
 #include <bit>
 #include <cstring>
 #include <limits>
+#include <set>
+#include <tuple>
 #include <unordered_map>
 #include <utility>
 
@@ -92,6 +94,26 @@ bool equalsShallow(const PropertyListValue &left, const PropertyListValue &right
     return false;
 }
 
+/// Remembers which containers were compared, once there have been more than a list without shared ones is likely to have: what a
+/// small file shares again and again would otherwise take as long as everything that it stands for.
+class ComparedPairs {
+public:
+    /// Whether the pair was asked for before; then nothing new can come of it. Always false in the beginning.
+    [[nodiscard]] bool areKnown(const Pair &pair) {
+        constexpr std::size_t Many = std::size_t{1} << 18U;
+        const auto &[left, right] = pair;
+        const std::size_t size = left.array().size() + left.dictionary().size();
+        if (size == 0 || ++_containers <= Many || left.type() != right.type() || size != right.array().size() + right.dictionary().size()) {
+            return false;
+        }
+        return !_known.emplace(left.storage(), right.storage(), size).second;
+    }
+
+private:
+    std::size_t _containers = 0;
+    std::set<std::tuple<const void *, const void *, std::size_t>> _known;
+};
+
 } // namespace
 
 std::string_view PropertyListValue::string() const noexcept {
@@ -127,9 +149,13 @@ const PropertyListValue *PropertyListValue::find(std::string_view key) const noe
 
 bool PropertyListValue::equals(const PropertyListValue &other) const {
     std::vector<Pair> open{{*this, other}};
+    ComparedPairs compared;
     while (!open.empty()) {
         const Pair pair = open.back();
         open.pop_back();
+        if (compared.areKnown(pair)) {
+            continue;
+        }
         if (!equalsShallow(pair.first, pair.second, open)) {
             return false;
         }

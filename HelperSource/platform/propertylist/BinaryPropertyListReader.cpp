@@ -99,6 +99,9 @@ private:
         if (table <= MagicSize || table >= trailer || count > (trailer - table) / _offsetSize || count > table - MagicSize) {
             return _fail("the table of offsets reaches beyond the file");
         }
+        if (table + count * _offsetSize != trailer) { // as in a file that was written behind another one
+            return _fail("something stands between the table of offsets and the trailer");
+        }
         if (_top >= count) {
             return _fail("the root is no object of the file");
         }

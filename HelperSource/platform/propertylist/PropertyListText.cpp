@@ -71,6 +71,18 @@ void appendCharacter(std::string &text, char32_t code) {
     }
 }
 
+std::string legible(std::string_view text) {
+    constexpr std::size_t Longest = 60;
+    std::string line;
+    while (!text.empty() && line.size() < Longest) {
+        const Character character = firstCharacter(text, false);
+        const bool isControl = character.code < 0x20 || (character.code >= 0x7F && character.code < 0xA0);
+        line.append(character.length == 0 || isControl ? "?" : text.substr(0, character.length));
+        text.remove_prefix(std::max<std::size_t>(character.length, 1));
+    }
+    return text.empty() ? line : line + "...";
+}
+
 bool isASCII(std::string_view text) noexcept {
     return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }

@@ -30,6 +30,10 @@ void appendCharacter(std::string &text, char32_t code);
 /// U+FFFE and U+FFFF (XML 1.0, fifth edition, production 2).
 [[nodiscard]] bool isXMLText(std::string_view text) noexcept;
 
+/// About 60 bytes of a text, fit for a line of a message: three dots stand for what is too much, question marks for control
+/// characters and for bytes that are no UTF-8.
+[[nodiscard]] std::string legible(std::string_view text);
+
 /// Whether every byte is below 0x80.
 [[nodiscard]] bool isASCII(std::string_view text) noexcept;
 

@@ -128,13 +128,13 @@ bool XMLPropertyListReader::_useEncoding(std::string_view name, bool isUTF16, bo
     const bool saysUTF16 = name == "utf-16" || name == "utf-16le" || name == "utf-16be" || name == "ucs-2" || name == "iso-10646-ucs-2";
     const bool saysUTF8 = name == "utf-8" || name == "utf8";
     if (isUTF16) { // the byte-order mark says more than the declaration
-        return saysUTF16 || saysUTF8 || _fail("the file is UTF-16 but says it is " + std::string(name));
+        return saysUTF16 || saysUTF8 || _fail("the file is UTF-16 but says it is " + legible(name));
     }
     if (saysUTF8) {
         return true;
     }
     if (hasMark) {
-        return _fail("the file is UTF-8 but says it is " + std::string(name));
+        return _fail("the file is UTF-8 but says it is " + legible(name));
     }
     if (name == "us-ascii" || name == "ascii") {
         _encoding = PropertyListEncoding::ASCII;
@@ -143,7 +143,7 @@ bool XMLPropertyListReader::_useEncoding(std::string_view name, bool isUTF16, bo
     if (name == "iso-8859-1" || name == "iso_8859-1" || name == "latin1") {
         return _decodeRest(PropertyListEncoding::Latin1);
     }
-    return _fail(saysUTF16 ? "the file says it is UTF-16 but is not" : "unknown encoding \"" + std::string(name) + "\"");
+    return _fail(saysUTF16 ? "the file says it is UTF-16 but is not" : "unknown encoding \"" + legible(name) + "\"");
 }
 
 /// Turns everything from the cursor on into UTF-8 and reads on from there. What was read before is ASCII, so that offsets
@@ -341,7 +341,7 @@ bool XMLPropertyListReader::_readTag(Tag &tag) {
         }
     }
     if (tag.element == Element::None) {
-        return _fail("unknown element <" + std::string(text) + ">");
+        return _fail("unknown element <" + legible(text) + ">");
     }
     _input->cursor = behind;
     return _readAttributes(tag);
@@ -372,8 +372,11 @@ bool XMLPropertyListReader::_readAttributes(Tag &tag) {
 
 bool XMLPropertyListReader::_readAttribute() {
     std::size_t length = 0;
+    char32_t code = 0;
     while (isNameCharacter(*_input->cursor)) {
-        ++_input->cursor;
+        if (!_nextCharacter(code)) { // its name may hold any letters, but no bytes that are none
+            return false;
+        }
         ++length;
         _input->want(1);
     }

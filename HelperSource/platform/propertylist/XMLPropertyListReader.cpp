@@ -2,6 +2,7 @@
 
 #include "platform/propertylist/PropertyListScalars.h"
 #include "platform/propertylist/PropertyListScan.h"
+#include "platform/propertylist/PropertyListText.h"
 
 #include <cstring>
 #include <limits>
@@ -13,11 +14,6 @@ namespace {
 
 constexpr std::size_t LargestCount = std::numeric_limits<std::uint32_t>::max();
 constexpr std::string_view UIDKey = "CF$UID";
-
-std::string quoted(std::string_view text) {
-    constexpr std::size_t longest = 60;
-    return "\"" + std::string(text.substr(0, longest)) + (text.size() > longest ? "...\"" : "\"");
-}
 
 } // namespace
 
@@ -51,7 +47,13 @@ bool XMLPropertyListReader::_fail(std::string reason) {
 }
 
 bool XMLPropertyListReader::_readDocument() {
-    if (!_readDeclaration() || !_skipMisc()) {
+    if (!_readDeclaration() || !_skipBlanks()) {
+        return false;
+    }
+    if (_input->cursor != _input->end && *_input->cursor != '<') {
+        return _fail("this is no property list");
+    }
+    if (!_skipMisc()) {
         return false;
     }
     if (_startsWith("<!DOCTYPE")) {
@@ -60,7 +62,7 @@ bool XMLPropertyListReader::_readDocument() {
         }
     }
     if (*_input->cursor != '<') {
-        return _fail(_input->cursor == _input->end ? "the file ends before any value" : "this is no property list");
+        return _fail("the file ends before any value");
     }
     const char behindName = _startsWith("<plist") ? _input->cursor[6] : '\0';
     const bool plist = isBlank(behindName) || behindName == '>' || behindName == '/';
@@ -182,7 +184,7 @@ bool XMLPropertyListReader::_closeContainer() {
         return false;
     }
     if (container.key != nullptr) {
-        return _fail("the key " + quoted(container.key->text) + " has no value");
+        return _fail("the key \"" + legible(container.key->text) + "\" has no value");
     }
     return _finishContainer();
 }
@@ -216,7 +218,7 @@ bool XMLPropertyListReader::_readKey(const Tag &tag) {
     }
     Container &container = _containers.back();
     if (container.key != nullptr) {
-        return _fail("the key " + quoted(container.key->text) + " has no value");
+        return _fail("the key \"" + legible(container.key->text) + "\" has no value");
     }
     std::string_view text;
     if (!tag.empty && !_readText(Element::Key, text)) {
@@ -275,7 +277,7 @@ bool XMLPropertyListReader::_scalarFromText(Element element, std::string_view te
     }
     if (!result) {
         const char *const what = element == Element::Integer ? "integer" : element == Element::Real ? "number" : "date";
-        return _fail(quoted(text) + " is no " + what + (element == Element::Integer ? " of 64 bits" : ""));
+        return _fail("\"" + legible(text) + "\" is no " + what + (element == Element::Integer ? " of 64 bits" : ""));
     }
     value = *result;
     return true;

@@ -178,6 +178,16 @@ TEST(BinaryReading, ObjectsThatOverlapAreRefused) {
     EXPECT_TRUE(isRefused(bytes));
 }
 
+TEST(BinaryReading, AFileTwiceOverOrWithMoreBehindItsTableIsRefused) {
+    const std::string file = fileOf({"\xA1\x01"s, "\x09"});
+    ASSERT_FALSE(isRefused(file));
+    const std::string trailer = file.substr(file.size() - 32);
+    EXPECT_TRUE(isRefused(file + file));
+    EXPECT_TRUE(isRefused(file + trailer));
+    EXPECT_TRUE(isRefused(file + "rubbish" + trailer));
+    EXPECT_TRUE(isRefused(file.substr(0, file.size() - 32) + '\0' + trailer));
+}
+
 TEST(BinaryReading, MalformedObjectsAreRefused) {
     const std::vector<std::string> objects{"\x01"s,
                                            "\x07"s,

@@ -116,6 +116,28 @@ TEST(Writing, BinaryKeepsSharedContainersShared) {
     EXPECT_TRUE(readPropertyList(*bytes));
 }
 
+TEST(Comparing, WhatSharesMoreThanCanBeWalkedIsComparedAllTheSame) {
+    PropertyListBuilder builder;
+    const auto make = [&](const char *leaf) {
+        PropertyListValue value = builder.string(leaf);
+        for (int i = 0; i < 60; ++i) { // walked as a tree, 2^60 leaves
+            const std::vector<PropertyListValue> both{value, value};
+            value = i % 2 == 0 ? builder.array(both) : builder.dictionary(std::vector<PropertyListEntry>{{"a", value}, {"b", value}});
+        }
+        return value;
+    };
+    const PropertyListValue one = make("leaf");
+    const PropertyListValue other = make("leaf");
+    EXPECT_TRUE(one.equals(other));
+    EXPECT_FALSE(one.equals(make("another")));
+    // A difference that stands in front of all that is shared, and is come upon last.
+    const auto behind = [&](std::int64_t number, const PropertyListValue &shared) {
+        return builder.array(std::vector<PropertyListValue>{PropertyListValue::ofInteger(number), shared});
+    };
+    EXPECT_TRUE(behind(1, one).equals(behind(1, other)));
+    EXPECT_FALSE(behind(1, one).equals(behind(2, other)));
+}
+
 TEST(Writing, BinaryRefusesTextThatIsNoUTF8) {
     PropertyListBuilder builder;
     std::string why;

@@ -90,6 +90,12 @@ TEST(XMLReading, WhiteSpaceAndAttributesInsideTags) {
     EXPECT_EQ(read("<plist version = \"1.0\" xmlns='urn:x' ><integer>1</integer></plist >").root().integer(), 1);
 }
 
+TEST(XMLReading, AttributesOfAnyAlphabet) {
+    const auto list = readPropertyList("<plist \xE6\x9D\xB1=\"1\" caf\xC3\xA9='2'><true/></plist>");
+    ASSERT_TRUE(list);
+    EXPECT_TRUE(list->root().boolean());
+}
+
 TEST(XMLReading, CommentsAndInstructionsWhereverTheyMayStand) {
     const PropertyList list =
         read("<?xml version=\"1.0\"?><!-- a --><?pi x?><!DOCTYPE plist><!-- b -->\n<plist><!-- c --><dict><!--d-->"

@@ -85,6 +85,8 @@ INSTANTIATE_TEST_SUITE_P(
         Refusal{"OverlongSlash", "<string>\xC0\xAF</string>"}, Refusal{"OverlongThreeBytes", "<string>\xE0\x80\xAF</string>"},
         Refusal{"EncodedSurrogate", "<string>\xED\xA0\x80</string>"}, Refusal{"BeyondUnicode", "<string>\xF4\x90\x80\x80</string>"},
         Refusal{"CutOffSequence", "<string>\xE6\x9D</string>"}, Refusal{"Latin1InUTF8", "<string>caf\xE9</string>"},
+        Refusal{"BadUTF8InAttributesName", "<string a\xFF=\"1\">x</string>"},
+        Refusal{"Latin1InAttributesName", "<string caf\xE9=\"1\">x</string>"},
         Refusal{"BadUTF8InComment", "<string><!-- \xFF -->x</string>"}, Refusal{"AttributeWithoutQuotes", "<string a=1>x</string>"},
         Refusal{"AttributeWithoutValue", "<string a>x</string>"}, Refusal{"AttributesTogether", "<string a=\"1\"b=\"2\">x</string>"},
         Refusal{"LessThanInAttribute", "<string a=\"<\">x</string>"}, Refusal{"SlashInTag", "<string / >x</string>"},
@@ -165,6 +167,22 @@ TEST(XMLRefusals, TheReasonNamesTheLine) {
     EXPECT_FALSE(readPropertyList("<plist>\n<dict>\n<key>a</key>\n</dict>\n</plist>\n", nullptr, &why));
     EXPECT_NE(why.find("line 4"), std::string::npos) << why;
     EXPECT_NE(why.find("\"a\""), std::string::npos) << why;
+}
+
+TEST(XMLRefusals, TheReasonIsALineOfText) {
+    const std::vector<std::pair<std::string, std::string>> reasons{
+        {"{ a = 1; }", "line 1: this is no property list"},
+        {"\n\nx<plist/>", "line 3: this is no property list"},
+        {"<?xml version=\"1.0\" encoding=\"a\nb\x7F\"?><true/>", "line 2: unknown encoding \"a?b?\""},
+        {"<plist><caf\xE9><true/></plist>", "line 1: unknown element <caf?>"},
+        {"<integer>1\n2</integer>", "line 2: \"1?2\" is no integer of 64 bits"},
+        {"<plist><dict><key>" + std::string(59, 'k') + "\xC3\xA9" + "more</key></dict></plist>",
+         "line 1: the key \"" + std::string(59, 'k') + "\xC3\xA9...\" has no value"}};
+    for (const auto &[document, reason] : reasons) {
+        std::string why;
+        EXPECT_FALSE(readPropertyList(document, nullptr, &why));
+        EXPECT_EQ(why, reason);
+    }
 }
 
 TEST(XMLRefusals, ADocumentCutOffAnywhere) {
