@@ -1,6 +1,7 @@
 #include "ResourceFolder.h"
 
 #include "platform/posix/PosixContentCopy.h"
+#include "platform/posix/PosixPrivateFolder.h"
 #include "presets/ORVPresetFile.h"
 
 #include <algorithm>
@@ -18,8 +19,6 @@ namespace orvane {
 
 namespace {
 
-/// Folders for one user's data are private (XDG Base Directory 0.8: created with 0700).
-constexpr mode_t FolderMode = 0700;
 constexpr std::size_t DigestedBytes = std::size_t{16} * 1024;
 constexpr std::size_t ComparedAtOnce = std::size_t{64} * 1024;
 constexpr off_t StatBlock = 512; ///< unit of `st_blocks` on Linux, stat(2)
@@ -116,7 +115,7 @@ bool ResourceFolder::_open() {
 bool ResourceFolder::_makeFolders() {
     for (std::size_t end = _path.find('/', 1);; end = _path.find('/', end + 1)) {
         const std::string folder = _path.substr(0, end);
-        if (::mkdir(folder.c_str(), FolderMode) == 0) {
+        if (makePrivateFolder(folder)) {
             _madeFolders.push_back(folder);
         } else if (errno != EEXIST) {
             // Above the user's own folders making one may be refused in other ways although it exists.

@@ -30,6 +30,7 @@
 #include "platform/qt/QtUnblockedTray.h"
 #include "platform/qt/QtX11Events.h"
 #include "platform/qtdbus/DesktopWorkspace.h"
+#include "platform/qtdbus/DetachedProgram.h"
 #include "platform/qtdbus/QtDBusNotifications.h"
 #include "platform/qtdbus/QtDBusServices.h"
 #include "platform/qtdbus/QtDBusSession.h"
@@ -241,7 +242,7 @@ private:
     QtDBusNotifications _notifications{_session};
     MissingStatusBar _missingStatusBar{_session, _log, _folders.stateDirectory()};
     QtDBusStatusBar _statusBar{_statusBarOptions()};
-    QtDBusSystemPreferences _systemPreferences{_session, _log};
+    QtDBusSystemPreferences _systemPreferences{_session, _log, programOfOurs(QStringLiteral("orvane-settings"), QStringLiteral("PreferencePane"))};
     DesktopWorkspace _workspace{_session, _log};
     std::unique_ptr<ActiveApplication> _activeApplication = makeDesktopActiveApplication(_log);
     DesktopFrontWindow _frontWindow{*_activeApplication, _log};

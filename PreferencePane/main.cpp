@@ -10,6 +10,7 @@
 #include "platform/qt/QtTranslations.h"
 #include "platform/qt/QtX11Events.h"
 #include "platform/qtdbus/DesktopWorkspace.h"
+#include "platform/qtdbus/DetachedProgram.h"
 #include "platform/qtdbus/QtDBusNotifications.h"
 #include "platform/qtdbus/QtDBusSession.h"
 #include "platform/wayland/WaylandKeyboardLayouts.h"
@@ -157,7 +158,8 @@ int run(QtApplication &application, const QStringList &paths) {
     }
     QtDBusNotifications notifications(session);
     DesktopWorkspace workspace(session, log);
-    const std::string helper = QFile::encodeName(QCoreApplication::applicationDirPath()).toStdString() + "/orvane-helper";
+    const QString known = programOfOurs(QStringLiteral("orvane-helper"), QStringLiteral("HelperSource"));
+    const std::string helper = known.isEmpty() ? "orvane-helper" : QFile::encodeName(known).toStdString();
     SettingsAdapters adapters(std::move(folders), notifications, workspace, helper);
     DesktopKeys keys(session, adapters.log());
     const KeyNames keyNames(keys.layouts(), adapters.log(), resources);

@@ -83,6 +83,8 @@ public:
     [[nodiscard]] virtual std::span<PromptValueRow> promptRows() = 0;
     /// Raw template of the folder's name.
     [[nodiscard]] virtual const std::string &promptDirectoryName() const = 0;
+    /// Absolute path of the folder in which the new one will be; empty when it is not known.
+    [[nodiscard]] virtual const std::string &promptParentFolder() const = 0;
     /// The folder's name as `rows` would make it. Never fails; for showing only.
     [[nodiscard]] virtual std::string directoryNameForRows(std::span<const PromptValueRow> rows) const = 0;
     /// What would stop the creation with these rows. Asks the disk; for showing only.

@@ -207,6 +207,7 @@ public:
     [[nodiscard]] const std::vector<PromptValueRow> &promptValues() const { return _promptValues; }
     [[nodiscard]] std::span<PromptValueRow> promptRows() override { return _promptValues; }
     [[nodiscard]] const std::string &promptDirectoryName() const override { return _promptDirectoryName; }
+    [[nodiscard]] const std::string &promptParentFolder() const override { return *_contextualDirectory; }
     [[nodiscard]] std::string directoryNameForRows(std::span<const PromptValueRow> rows) const override;
     /// Follows the creation's own checks in their order. A folder that has the cleaned name, where that differs from the name as
     /// typed, counts as existing too: it would not stop the creation, which adds to it, but nobody expects that.

@@ -1,5 +1,7 @@
 #include "platform/posix/PosixCreationJournal.h"
 
+#include "platform/posix/PosixPrivateFolder.h"
+
 #include <algorithm>
 #include <array>
 #include <atomic>
@@ -61,12 +63,12 @@ bool isInMemory(int file) {
 }
 
 bool makeFolder(const std::string &path) {
-    if (::mkdir(path.c_str(), 0700) == 0 || errno == EEXIST) {
+    if (makePrivateFolder(path) || errno == EEXIST) {
         return true;
     }
     const std::size_t slash = path.rfind('/');
     return errno == ENOENT && slash != std::string::npos && slash > 0 &&
-           (::mkdir(path.substr(0, slash).c_str(), 0700) == 0 || errno == EEXIST) && ::mkdir(path.c_str(), 0700) == 0;
+           (makePrivateFolder(path.substr(0, slash)) || errno == EEXIST) && makePrivateFolder(path);
 }
 
 FileDescriptor openEntry(const std::string &directory, const std::string &name, int more) {

@@ -1,5 +1,7 @@
 #include "platform/posix/PosixPreferencesLock.h"
 
+#include "platform/posix/PosixPrivateFolder.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -31,14 +33,14 @@ std::string folderOfPreferencesPath(const std::string &path) {
 }
 
 bool makePreferencesFolder(const std::string &path) {
-    if (::mkdir(path.c_str(), 0700) == 0 || errno == EEXIST) {
+    if (makePrivateFolder(path) || errno == EEXIST) {
         return true;
     }
     const std::string parent = folderOfPreferencesPath(path);
     if (errno != ENOENT || parent == path || !makePreferencesFolder(parent)) {
         return false;
     }
-    return ::mkdir(path.c_str(), 0700) == 0 || errno == EEXIST;
+    return makePrivateFolder(path) || errno == EEXIST;
 }
 
 bool PosixPreferencesLock::_open(std::string &why) {

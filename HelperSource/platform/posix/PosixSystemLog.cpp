@@ -1,6 +1,7 @@
 #include "platform/posix/PosixSystemLog.h"
 
 #include "platform/posix/FileDescriptor.h"
+#include "platform/posix/PosixPrivateFolder.h"
 
 #include <array>
 #include <cerrno>
@@ -119,7 +120,7 @@ void PosixSystemLog::_appendToFile(const std::string &line) const {
 
 void PosixSystemLog::_makeDirectory() const {
     for (std::size_t slash = _directory.find('/', 1);; slash = _directory.find('/', slash + 1)) {
-        ::mkdir(_directory.substr(0, slash).c_str(), 0700); // most exist already; the last one's failure shows in the opening
+        static_cast<void>(makePrivateFolder(_directory.substr(0, slash))); // most exist already; the last one's failure shows in the opening
         if (slash == std::string::npos) {
             return;
         }

@@ -17,4 +17,5 @@ target_sources(platform_posix PRIVATE
   PosixItemFinish.cpp
   PosixMadeItems.cpp
   PosixPath.cpp
+  PosixPrivateFolder.cpp
   PosixSecondThread.cpp)

@@ -1,10 +1,12 @@
 #include "platform/qt/QtFolderNameView.h"
 
+#include "platform/qt/QtHintColor.h"
 #include "platform/qt/QtText.h"
 
 #include <algorithm>
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QEvent>
 #include <QPainter>
 #include <QStyle>
@@ -42,14 +44,42 @@ void QtFolderNameView::setName(const QString &name, const QList<QtNamePart> &par
     }
     _name = name;
     _parts = parts;
-    setToolTip(QStringLiteral("<p>%1</p>").arg(name.toHtmlEscaped()));
-    setAccessibleName(QCoreApplication::translate("Orvane", "Folder name: %1").arg(name));
+    _describe();
+}
+
+void QtFolderNameView::setPlace(const QString &path) {
+    const QString home = QDir::homePath();
+    const bool isAtHome = path == home || path.startsWith(home + QLatin1Char('/'));
+    const QString shown = isAtHome ? QLatin1Char('~') + path.mid(home.size()) : path;
+    _place = path.isEmpty() ? QString() : QCoreApplication::translate("Orvane", "in %1").arg(QtIsolated(QtSingleLine(shown)));
+    updateGeometry();
+    _describe();
+}
+
+void QtFolderNameView::_describe() {
+    const QString place = _place.isEmpty() ? QString() : QStringLiteral("<p>%1</p>").arg(_place.toHtmlEscaped());
+    setToolTip(QStringLiteral("<p>%1</p>").arg(_name.toHtmlEscaped()) + place);
+    setAccessibleName(QCoreApplication::translate("Orvane", "Folder name: %1").arg(_name));
+    setAccessibleDescription(_place);
     update();
+}
+
+QFont QtFolderNameView::_placeFont() const {
+    QFont plain = parentWidget() == nullptr ? QFont() : parentWidget()->font();
+    plain.setWeight(plain.weight()); // said outright: a painter takes what is not from the name's font
+    if (plain.pointSizeF() > 0) {
+        plain.setPointSizeF(plain.pointSizeF());
+    }
+    return plain;
+}
+
+int QtFolderNameView::_placeHeight() const {
+    return _place.isEmpty() ? 0 : QFontMetrics(_placeFont()).lineSpacing() + 1;
 }
 
 QSize QtFolderNameView::sizeHint() const {
     const int icon = style()->pixelMetric(QStyle::PM_LargeIconSize, nullptr, this);
-    return {icon + fontMetrics().averageCharWidth() * 40, std::max(icon, Lines * fontMetrics().lineSpacing()) + 2};
+    return {icon + fontMetrics().averageCharWidth() * 40, std::max(icon, Lines * fontMetrics().lineSpacing() + _placeHeight()) + 2};
 }
 
 QSize QtFolderNameView::minimumSizeHint() const {
@@ -135,7 +165,18 @@ void QtFolderNameView::paintEvent(QPaintEvent * /*event*/) {
     _icon.paint(&painter, icon);
     const QRect area = QStyle::visualRect(layoutDirection(), rect(), _textRect());
     painter.setPen(palette().color(QPalette::WindowText));
-    layout.draw(&painter, QPointF(area.x(), area.y() + (area.height() - layout.boundingRect().height()) / 2));
+    const int below = _placeHeight();
+    const int top = area.y() + static_cast<int>(area.height() - layout.boundingRect().height() - below) / 2;
+    layout.draw(&painter, QPointF(area.x(), top));
+    if (below > 0) {
+        painter.setPen(QtHintColor(palette()));
+        painter.setFont(_placeFont());
+        const QRect line(area.x(), top + static_cast<int>(layout.boundingRect().height()) + 1, area.width(), below);
+        const QString shown = painter.fontMetrics().elidedText(_place, Qt::ElideMiddle, line.width());
+        const int direction = _place.isRightToLeft() ? Qt::TextForceRightToLeft : Qt::TextForceLeftToRight;
+        painter.drawText(line, static_cast<int>(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft) | Qt::AlignTop) | direction,
+                         shown);
+    }
 }
 
 void QtFolderNameView::changeEvent(QEvent *event) {

@@ -1,6 +1,7 @@
 #include "platform/qt/QtProgressWindow.h"
 
 #include "platform/qt/QtApplication.h"
+#include "platform/qt/QtHintColor.h"
 #include "platform/qt/QtResources.h"
 
 #include <array>
@@ -30,7 +31,9 @@ QtProgressWindow::QtProgressWindow() : QWidget(nullptr, Qt::Dialog) {
     bar->setTextVisible(false);
     bar->setAccessibleName(what->text());
     _nodes = new QLabel(this);
-    _nodes->setForegroundRole(QPalette::PlaceholderText);
+    QPalette quieter = _nodes->palette();
+    quieter.setColor(QPalette::WindowText, QtHintColor(quieter));
+    _nodes->setPalette(quieter);
     auto *const layout = new QVBoxLayout(this);
     const int room = fontMetrics().averageCharWidth() * 3;
     layout->setContentsMargins(room, room, room, room);

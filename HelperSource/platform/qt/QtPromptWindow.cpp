@@ -101,6 +101,9 @@ bool QtPromptWindow::connectOutlets(PromptOwner &owner) {
     _name = dynamic_cast<QtFolderNameView *>(findChild<QWidget *>(QStringLiteral("directoryName")));
     _problem = findChild<QLabel *>(QStringLiteral("problem"));
     _problemIcon = findChild<QLabel *>(QStringLiteral("problemIcon"));
+    if (_name != nullptr) {
+        _name->setPlace(QtTextOf(owner.promptParentFolder()));
+    }
     _table->changed = [this] { _refresh(); };
     _connectButtons();
     _fitToContents();
@@ -113,8 +116,7 @@ void QtPromptWindow::_connectButtons() {
     const auto *const buttons = findChild<QDialogButtonBox *>(QStringLiteral("buttonBox"));
     QPushButton *const finish = buttons->button(QDialogButtonBox::Ok);
     QPushButton *const abort = buttons->button(QDialogButtonBox::Cancel);
-    finish->setDefault(true);
-    abort->setAutoDefault(false);
+    finish->setDefault(true); // but where the keyboard is at the other one, Return presses that
     for (QPushButton *const button : {finish, abort}) {
         button->setIcon({}); // as in the alerts
     }

@@ -1,5 +1,7 @@
 #include "platform/qtdbus/DetachedProgram.h"
 
+#include <QCoreApplication>
+#include <QFileInfo>
 #include <QProcess>
 #include <QProcessEnvironment>
 
@@ -52,6 +54,16 @@ bool startDetached(const QString &program, const QStringList &arguments) {
     process.setStandardErrorFile(QProcess::nullDevice());
     process.setChildProcessModifier(prepareChild);
     return process.startDetached();
+}
+
+QString programOfOurs(const QString &name, const QString &folderInBuild) {
+    const QString folder = QCoreApplication::applicationDirPath();
+    for (const QString &path : {folder + u'/' + name, folder + "/../"_L1 + folderInBuild + u'/' + name}) {
+        if (const QFileInfo program(path); program.isFile() && program.isExecutable()) {
+            return program.canonicalFilePath();
+        }
+    }
+    return {};
 }
 
 } // namespace orvane

@@ -1,5 +1,6 @@
 #include "platform/qtdbus/QtDBusSystemPreferences.h"
 
+#include "platform/qtdbus/DetachedProgram.h"
 #include "platform/qtdbus/QtActivationToken.h"
 
 #include <QDBusMessage>
@@ -34,12 +35,12 @@ QDBusMessage questionToBus(const QString &member) {
 
 } // namespace
 
-QtDBusSystemPreferences::QtDBusSystemPreferences(QtDBusSession &session, SystemLog &log, QString applicationId)
-    : _session(session), _log(log), _applicationId(std::move(applicationId)), _path(pathOf(_applicationId)) {}
+QtDBusSystemPreferences::QtDBusSystemPreferences(QtDBusSession &session, SystemLog &log, QString program, QString applicationId)
+    : _session(session), _log(log), _program(std::move(program)), _applicationId(std::move(applicationId)), _path(pathOf(_applicationId)) {}
 
 bool QtDBusSystemPreferences::showPane(std::string_view identifier) {
     if (!_session.isConnected() || !_isServed()) {
-        return false;
+        return _start();
     }
     QDBusMessage call = QDBusMessage::createMethodCall(_applicationId, _path, ApplicationInterface, u"ActivateAction"_s);
     const QVariantList parameters{QString::fromUtf8(identifier.data(), static_cast<qsizetype>(identifier.size()))};
@@ -64,6 +65,15 @@ bool QtDBusSystemPreferences::_isServed() const {
     }
     const QDBusReply<QStringList> names = connection.call(questionToBus(u"ListActivatableNames"_s), QDBus::Block, LimitForBus);
     return names.isValid() && names.value().contains(_applicationId);
+}
+
+bool QtDBusSystemPreferences::_start() const {
+    if (!_program.isEmpty() && startDetached(_program, {})) {
+        return true;
+    }
+    _log.log("There is no settings program: the session bus does not know '" + _applicationId.toStdString() +
+             "', and 'orvane-settings' is not beside the helper");
+    return false;
 }
 
 void QtDBusSystemPreferences::_activate() {

@@ -191,16 +191,23 @@ TEST_F(PromptKeys, CancelAbandonsAndDoesNotCommitWhatIsBeingTyped) {
     EXPECT_EQ(desk.values(), Lines{""});
 }
 
-TEST_F(PromptKeys, TabLeadsFromTheTableToTheButtonsAndReturnPressesOK) {
+bool hasFocus(QDialogButtonBox::StandardButton button) {
+    return child<QDialogButtonBox>(PromptWindowName, "buttonBox")->button(button)->hasFocus();
+}
+
+TEST_F(PromptKeys, TabLeadsFromTheTableToOKAndReturnPressesIt) {
     type(0, "one", "shift+Tab").key([] { return isSelected(0); }, "Tab", "row 0 selected");
-    key(
-        [] {
-            QWidget *const ok = child<QDialogButtonBox>(PromptWindowName, "buttonBox")->button(QDialogButtonBox::Ok);
-            QWidget *const cancel = child<QDialogButtonBox>(PromptWindowName, "buttonBox")->button(QDialogButtonBox::Cancel);
-            return ok->hasFocus() || cancel->hasFocus();
-        },
-        "Escape", "a button has the focus");
+    key([] { return hasFocus(QDialogButtonBox::Ok); }, "Return", "OK has the focus");
+    EXPECT_TRUE(desk.createFolder("{a}"));
+    EXPECT_EQ(desk.values(), Lines{"one"});
+}
+
+TEST_F(PromptKeys, TabLeadsOnToCancelAndReturnPressesThat) {
+    type(0, "one", "shift+Tab").key([] { return isSelected(0); }, "Tab", "row 0 selected");
+    key([] { return hasFocus(QDialogButtonBox::Ok); }, "Tab", "OK has the focus");
+    key([] { return hasFocus(QDialogButtonBox::Cancel); }, "Return", "Cancel has the focus");
     EXPECT_FALSE(desk.createFolder("{a}"));
+    EXPECT_EQ(desk.fileSystem.listing("/jobs"), Lines{});
 }
 
 TEST_F(PromptKeys, ClosingTheWindowAbandons) {

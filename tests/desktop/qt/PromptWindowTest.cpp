@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <QAccessible>
+#include <QDir>
 #include <QLabel>
 #include <QScreen>
 #include <QTemporaryDir>
@@ -29,6 +30,7 @@ public:
     }
     std::span<PromptValueRow> promptRows() override { return rows; }
     [[nodiscard]] const std::string &promptDirectoryName() const override { return name; }
+    [[nodiscard]] const std::string &promptParentFolder() const override { return parent; }
     [[nodiscard]] std::string directoryNameForRows(std::span<const PromptValueRow> some) const override {
         return some.size() < 2 ? "" : some[0].value + " of " + some[1].value;
     }
@@ -49,6 +51,7 @@ public:
     void tableKeyDown(int keyCode) override { journal.push_back("key " + std::to_string(keyCode)); }
 
     std::vector<PromptValueRow> rows = {{"Chapter", "1"}, {"Book", "2"}};
+    std::string parent;
     std::string name = "{Chapter} of {Book}";
     PromptWindow *window = nullptr;
     TableView *table = nullptr;
@@ -293,6 +296,26 @@ TEST_F(PromptWindowTest, NameFollowsTheTypingWithItsValuesHighlighted) {
     press(Qt::Key_Escape);
     EXPECT_EQ(nameView().name(), QLatin1String("1 of 2"));
     EXPECT_EQ(highlighted(), (Lines{"1", "2"}));
+}
+
+TEST_F(PromptWindowTest, ThePlaceOfTheFolderIsSaidBelowItsName) {
+    owner.parent = QDir::homePath().toStdString() + "/Projects/Big\none";
+    show();
+    EXPECT_EQ(nameView().place(), QStringLiteral("in ~/Projects/Big one"));
+    EXPECT_EQ(nameView().accessibleDescription(), nameView().place());
+    EXPECT_GE(nameView().height(), nameView().sizeHint().height());
+    EXPECT_TRUE(nameView().toolTip().contains(nameView().place()));
+}
+
+TEST_F(PromptWindowTest, APlaceThatIsNotKnownTakesNoRoom) {
+    QtFolderNameView view;
+    const int before = view.sizeHint().height();
+    view.setPlace(QString());
+    EXPECT_EQ(view.place(), QString());
+    EXPECT_EQ(view.sizeHint().height(), before);
+    view.setPlace(QDir::homePath() + QStringLiteral("elsewhere"));
+    EXPECT_EQ(view.place(), QStringLiteral("in ") + QDir::homePath() + QStringLiteral("elsewhere"));
+    EXPECT_GT(view.sizeHint().height(), before);
 }
 
 TEST(PromptName, ValuesInsideValuesAreHighlightedOnce) {

@@ -98,6 +98,7 @@ public:
     }
     std::span<PromptValueRow> promptRows() override { return rows; }
     [[nodiscard]] const std::string &promptDirectoryName() const override { return name; }
+    [[nodiscard]] const std::string &promptParentFolder() const override { return name; }
     [[nodiscard]] std::string directoryNameForRows(std::span<const PromptValueRow> /*some*/) const override { return name; }
     [[nodiscard]] PromptProblem problemForRows(std::span<const PromptValueRow> /*some*/) const override { return PromptProblem::None; }
     void finishPrompt() override { wasFinished = true; }

@@ -238,7 +238,7 @@ private:
                               .showWhatIsOpen = [] { say("in front"); }}};
     DesktopWorkspace _workspace{_session, _log, {.bus = 2000, .program = 1500}};
     DesktopNotice _notice{_session, _log};
-    QtDBusSystemPreferences _preferences{_session, _log};
+    QtDBusSystemPreferences _preferences{_session, _log, qEnvironmentVariable("PROBE_SETTINGS_PROGRAM")};
     Provider _provider;
     QEventLoop _actionLoop;
     Menu _menu;

@@ -242,7 +242,20 @@ class SettingsTest(BusTest):
 
     def test_nobody_serves_it(self):
         self.private_bus()
-        self.probe(QT_QPA_PLATFORM="offscreen").ask("pane|x", "nobody")
+        probe = self.probe(QT_QPA_PLATFORM="offscreen", PROBE_SETTINGS_PROGRAM="/no/such/program")
+        probe.ask("pane|x", "nobody")
+
+    def test_where_nobody_serves_it_the_program_itself_is_started(self):
+        bus = self.private_bus()
+        started = os.path.join(bus.folder, "started")
+        program = os.path.join(bus.folder, "settings")
+        with open(program, "w", encoding="utf-8") as file:
+            file.write(f"#!/bin/sh\necho \"$#\" > {started}.new && mv {started}.new {started}\n")
+        os.chmod(program, 0o755)
+        self.probe(QT_QPA_PLATFORM="offscreen", PROBE_SETTINGS_PROGRAM=program).ask("pane|x", "showing")
+        wait_until(lambda: os.path.exists(started), what="the program")
+        with open(started, encoding="utf-8") as file:
+            self.assertEqual(file.read(), "0\n")
 
     def test_the_bus_starts_it(self):
         bus = self.private_bus()

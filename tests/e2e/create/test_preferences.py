@@ -3,6 +3,7 @@
 import datetime
 import os
 import plistlib
+import stat
 import unittest
 
 from harness import OrvaneTest, file, preset
@@ -120,6 +121,16 @@ class Odd(OrvaneTest):
     def _clear(self, name):
         import shutil
         shutil.rmtree(os.path.join(self.root, name))
+
+    def test_a_mask_that_keeps_the_owner_out_does_not_spoil_orvanes_own_folders(self):
+        self.write_presets(preset("P", "{AutoN}"))
+        before = os.umask(0o177)
+        self.addCleanup(os.umask, before)
+        for number in "01":
+            self.assertMade(self.run_without_rights("create", "0", "--no-input", "--no-open"), number)
+        self.assertEqual(self.counters(), {"AutoN": "1"})
+        for path in (".local", ".local/state", ".local/state/orvane"):
+            self.assertEqual(stat.S_IMODE(os.stat(os.path.join(self.home, path)).st_mode), 0o700, path)
 
     def test_counters_of_wrong_types_are_left_alone(self):
         for value in ("text", 1, [], True):

@@ -145,5 +145,17 @@ class Services(DesktopWithOwnBus):
         self.assert_alive()
 
 
+class Settings(Desktop):
+    def test_preferences_brings_the_settings_up_also_where_nothing_is_installed(self):
+        self.write_preferences([preset("Film", "Film {Client}")])
+        self.start()
+        bus_call("org.freedesktop.Application.ActivateAction", "preferences", "[]", "{}")
+        shown = window("Orvane Settings")
+        process = int(output("xdotool", "getwindowpid", str(shown)))
+        os.kill(process, signal.SIGTERM)
+        gone("Orvane Settings")
+        self.assert_alive()
+
+
 if __name__ == "__main__":
     unittest.main()

@@ -152,6 +152,17 @@ class ReadyMade(unittest.TestCase):
         self.assertIn("Our reference   2026-0\n", sheet.read_text())
         self.assertIn("Opponent        Smith & Sons\n", sheet.read_text())
 
+    def test_each_can_be_made_with_every_value_left_empty(self):
+        for packed in sorted(PRESETS.glob("*/*.orvpreset")):
+            self.run_orvane("add", str(packed))
+            label = plistlib.loads(packed.read_bytes())["ORVPreset"]["label"]
+            target = self.projects / packed.stem
+            target.mkdir()
+            # Only the project's name is the whole name of a folder.
+            named = ("--set", "Project=Mine") if packed.stem == "software-project" else ()
+            made = self.run_orvane("create", label, "--in", str(target), "--no-input", "--no-open", *named)
+            self.assertEqual((made.returncode, len(list(target.iterdir()))), (0, 1), made.stderr)
+
 
 if __name__ == "__main__":
     unittest.main()
