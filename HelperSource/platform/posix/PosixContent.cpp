@@ -68,6 +68,13 @@ bool isLink(std::string_view path) {
 
 } // namespace
 
+mode_t modeOfCopy(const struct stat &status) {
+    constexpr mode_t SetIDs = S_ISUID | S_ISGID;
+    const mode_t mode = status.st_mode & 07777U;
+    const bool mayHaveThem = (mode & SetIDs) == 0 || (status.st_uid == ::geteuid() && status.st_gid == ::getegid());
+    return mayHaveThem ? mode : mode & ~SetIDs;
+}
+
 std::unique_ptr<PosixContent> PosixContent::ofOpenItem(FileDescriptor item, std::string_view path, std::size_t cacheLeft) {
     struct stat status {};
     if (::fstat(item.get(), &status) != 0) {
@@ -83,7 +90,7 @@ std::unique_ptr<PosixContent> PosixContent::ofOpenItem(FileDescriptor item, std:
     content->_size = status.st_size;
     content->_status = status;
     content->_isSparse = static_cast<off_t>(status.st_blocks) * 512 < status.st_size; // st_blocks counts 512 bytes (man stat)
-    content->_properties = {status.st_mode & 0777U, {status.st_atim, status.st_mtim}, readExtendedAttributes(item.get())};
+    content->_properties = {modeOfCopy(status), {status.st_atim, status.st_mtim}, readExtendedAttributes(item.get())};
     const auto size = static_cast<std::size_t>(status.st_size);
     if (!content->_isFolder && size <= PosixLargestCachedContent && size <= cacheLeft) {
         if (!content->_read(item.get())) {

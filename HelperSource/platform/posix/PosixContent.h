@@ -24,10 +24,14 @@ inline constexpr std::size_t PosixLargestCachedContent = std::size_t{128} * 1024
 
 /// What a copy takes along beside the bytes.
 struct PosixItemProperties {
-    mode_t mode = 0; ///< the nine permission bits
+    mode_t mode = 0; ///< permission bits, set-ID and sticky bits among them
     std::array<timespec, 2> times{};
     PosixExtendedAttributes attributes;
 };
+
+/// The mode that a copy of an item gets. Set-ID bits are for the owner and group that they were given to: they stay only where the copy
+/// will have both (as POSIX has it for `cp -p`). Asks the system for the process's own only where there are such bits.
+[[nodiscard]] mode_t modeOfCopy(const struct stat &status);
 
 /// An opened content file, or a folder of contents.
 class PosixContent final : public ContentSource {

@@ -35,7 +35,7 @@ bool PosixFolderReader::descend(int top, const std::string &name) {
         return false;
     }
     frame.identity = {status.st_dev, status.st_ino};
-    frame.properties = {status.st_mode & 0777U, {status.st_atim, status.st_mtim}, readExtendedAttributes(frame.folder.get())};
+    frame.properties = {modeOfCopy(status), {status.st_atim, status.st_mtim}, readExtendedAttributes(frame.folder.get())};
     if (!_list(frame)) {
         return false;
     }

@@ -96,14 +96,11 @@ TEST_F(PosixContents, AttributesReachACopyThatItsOwnerMayNotWrite) {
     EXPECT_EQ(attributeOf(folder / "work/copy", "user.xdg.tags"), "Red");
 }
 
-TEST_F(PosixContents, AllNinePermissionBitsSurviveTheUmaskAndTheUpperBitsDoNot) {
+TEST_F(PosixContents, AllPermissionBitsSurviveTheUmask) {
     putFile(folder / "open", "x", 0666);
-    putFile(folder / "special", "x", 06755);
     ASSERT_TRUE(copy("open", "copy of open"));
-    ASSERT_TRUE(copy("special", "copy of special"));
     ASSERT_TRUE(copy("open", "given", {0, 0777}));
     EXPECT_EQ(modeOf(folder / "copy of open"), 0666U);
-    EXPECT_EQ(modeOf(folder / "copy of special"), 0755U);
     EXPECT_EQ(modeOf(folder / "given"), 0777U);
 }
 
@@ -266,6 +263,39 @@ TEST_F(PosixContents, AFolderKeepsModesTimesAttributesAndLinks) {
     EXPECT_EQ(attributeOf(folder / "copy/closed", "user.note"), "b");
     EXPECT_TRUE(S_ISLNK(stateOf(folder / "copy/dangling").st_mode));
     EXPECT_TRUE(S_ISLNK(stateOf(folder / "copy/folder link").st_mode));
+}
+
+TEST_F(PosixContents, SetIDBitsOfAnotherOwnerOrGroupAreNotKept) {
+    struct stat status {};
+    status.st_uid = ::geteuid();
+    status.st_gid = ::getegid();
+    status.st_mode = S_IFREG | 07751;
+    EXPECT_EQ(modeOfCopy(status), 07751U);
+    ++status.st_uid;
+    EXPECT_EQ(modeOfCopy(status), 01751U);
+    --status.st_uid;
+    ++status.st_gid;
+    EXPECT_EQ(modeOfCopy(status), 01751U);
+    status.st_mode = S_IFREG | 0640;
+    EXPECT_EQ(modeOfCopy(status), 0640U);
+}
+
+TEST_F(PosixContents, SetIDAndStickyBitsAreKept) {
+    for (const std::size_t size : {10U, 200000U}) {
+        putFile(folder / "tool", patternOf(size));
+        ASSERT_EQ(::chmod((folder / "tool").c_str(), 06755), 0);
+        files.forgetContents();
+        const std::string copied = "copy " + std::to_string(size);
+        ASSERT_TRUE(copy("tool", copied));
+        EXPECT_EQ(modeOf(folder / copied), 06755U) << size;
+    }
+    putFolder(folder / "team");
+    putFolder(folder / "team/drop");
+    ASSERT_EQ(::chmod((folder / "team/drop").c_str(), 01770), 0);
+    ASSERT_EQ(::chmod((folder / "team").c_str(), 02775), 0);
+    ASSERT_TRUE(copy("team", "copied team"));
+    EXPECT_EQ(modeOf(folder / "copied team"), 02775U);
+    EXPECT_EQ(modeOf(folder / "copied team/drop"), 01770U);
 }
 
 TEST_F(PosixContents, AFolderThatCannotBeCopiedWholeIsNotCopiedAtAll) {
