@@ -242,7 +242,8 @@ private:
     QtDBusNotifications _notifications{_session};
     MissingStatusBar _missingStatusBar{_session, _log, _folders.stateDirectory()};
     QtDBusStatusBar _statusBar{_statusBarOptions()};
-    QtDBusSystemPreferences _systemPreferences{_session, _log, programOfOurs(QStringLiteral("orvane-settings"), QStringLiteral("PreferencePane"))};
+    QtDBusSystemPreferences _systemPreferences{_session, _log,
+                                               programOfOurs(QStringLiteral("orvane-settings"), QStringLiteral("PreferencePane"))};
     DesktopWorkspace _workspace{_session, _log};
     std::unique_ptr<ActiveApplication> _activeApplication = makeDesktopActiveApplication(_log);
     DesktopFrontWindow _frontWindow{*_activeApplication, _log};

@@ -2,7 +2,14 @@
 
 import subprocess
 
-from gi.repository import Caja, GObject
+from gi.repository import Caja, GLib, GObject
+
+LABELS = {"C": "New from preset…", "de": "Neu aus Vorlage …", "fr": "Nouveau à partir d’un modèle…"}
+
+
+def label():
+    """What the entry is called, in the first of the user's languages that is known."""
+    return next((LABELS[name] for name in GLib.get_language_names() if name in LABELS), LABELS["C"])
 
 
 class OrvaneMenuProvider(GObject.GObject, Caja.MenuProvider):
@@ -12,7 +19,7 @@ class OrvaneMenuProvider(GObject.GObject, Caja.MenuProvider):
         path = location.get_path() if location is not None else None
         if not path:
             return []
-        item = Caja.MenuItem(name="Orvane::new_from_preset", label="New from preset…")
+        item = Caja.MenuItem(name="Orvane::new_from_preset", label=label())
         item.connect("activate", self._activate, path)
         return [item]
 

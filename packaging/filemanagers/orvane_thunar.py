@@ -10,9 +10,17 @@ try:
     import gi
 
     gi.require_version("Thunarx", "3.0")
-    from gi.repository import GObject, Thunarx
+    from gi.repository import GLib, GObject, Thunarx
 except (ImportError, ValueError, AttributeError):
     Thunarx = None
+
+LABELS = {"C": "New from preset…", "de": "Neu aus Vorlage …", "fr": "Nouveau à partir d’un modèle…"}
+
+
+def label():
+    """What the entry is called, in the first of the user's languages that is known."""
+    return next((LABELS[name] for name in GLib.get_language_names() if name in LABELS), LABELS["C"])
+
 
 if Thunarx is not None:
 
@@ -22,7 +30,7 @@ if Thunarx is not None:
             path = location.get_path() if location is not None else None
             if not path:
                 return []
-            item = Thunarx.MenuItem(name="Orvane::new_from_preset", label="New from preset…", tooltip="", icon="folder-new")
+            item = Thunarx.MenuItem(name="Orvane::new_from_preset", label=label(), tooltip="", icon="folder-new")
             item.connect("activate", self._activate, path)
             return [item]
 

@@ -9,7 +9,9 @@ gtest_discover_tests(filemanagers_rules PROPERTIES LABELS unit DISCOVERY_TIMEOUT
 add_test(NAME filemanagers_user_entries
   COMMAND ${Python3_EXECUTABLE} ${CMAKE_CURRENT_SOURCE_DIR}/desktop/filemanagers/user_entries_test.py
           ${PROJECT_SOURCE_DIR}/packaging/filemanagers/install-user-entries)
-set_tests_properties(filemanagers_user_entries PROPERTIES LABELS unit TIMEOUT 120)
+add_test(NAME filemanagers_extensions
+  COMMAND /usr/bin/python3 -B ${CMAKE_CURRENT_SOURCE_DIR}/desktop/filemanagers/extensions_test.py ${PROJECT_SOURCE_DIR}/packaging/filemanagers)
+set_tests_properties(filemanagers_user_entries filemanagers_extensions PROPERTIES LABELS unit TIMEOUT 120)
 
 orvane_add_desktop_test(NAME desktop_filemanagers_active
   SOURCES desktop/filemanagers/X11ActiveApplicationTest.cpp desktop/filemanagers/main.cpp

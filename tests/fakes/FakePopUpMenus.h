@@ -11,7 +11,13 @@ namespace orvane {
 class FakeReferenceWindow final : public ReferenceWindow {
 public:
     std::int64_t number = 1;
-    [[nodiscard]] std::int64_t windowNumber() override { return number; }
+    std::function<void()> whenAskedForItsNumber;
+    [[nodiscard]] std::int64_t windowNumber() override {
+        if (whenAskedForItsNumber) {
+            whenAskedForItsNumber();
+        }
+        return number;
+    }
 };
 
 /// Keeps what was popped up. `whileOpen` does what the user does with the menu.
@@ -25,8 +31,14 @@ public:
     ScreenPoint mouse;
     std::vector<PopUp> popUps;
     std::function<void(Menu &)> whileOpen;
+    std::function<void()> whenAskedForTheMouse;
 
-    [[nodiscard]] ScreenPoint mouseLocation() override { return mouse; }
+    [[nodiscard]] ScreenPoint mouseLocation() override {
+        if (whenAskedForTheMouse) {
+            whenAskedForTheMouse();
+        }
+        return mouse;
+    }
     void popUpContextMenu(Menu &menu, const SyntheticEvent &event, ReferenceWindow &window) override {
         popUps.push_back({&menu, event, &window});
         if (whileOpen) {

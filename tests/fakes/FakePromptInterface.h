@@ -33,6 +33,9 @@ public:
 
     [[nodiscard]] bool loadNibNamedOwner(std::string_view name, PromptOwner &owner) override {
         _note("loadNibNamed " + std::string(name));
+        if (whileLoading) {
+            whileLoading();
+        }
         if (isMissing) {
             return false;
         }
@@ -55,7 +58,8 @@ public:
     // The user who follows a script.
 
     std::deque<std::function<void()>> script;
-    bool quitsAfterScript = false; ///< the program is about to quit when the script is over
+    bool quitsAfterScript = false;        ///< the program is about to quit when the script is over
+    long lastAnswer = RunStoppedResponse; ///< of a session that goes on no longer
     /// Types over the selected text.
     void type(std::string_view text) { _table->typed = text; }
     /// Presses Return, Tab or Backtab in a text, or clicks elsewhere (`Illegal`).
@@ -86,6 +90,7 @@ public:
 
     // What happens while it is shown, apart from events.
 
+    std::function<void()> whileLoading;     ///< the interface file is being loaded: nothing is made yet
     std::function<void()> whenOrderedFront; ///< the window has come onto the screen
     std::function<void()> whenEditingEnds;  ///< the program ends the editing, whose text is not stored yet
 
@@ -128,7 +133,7 @@ private:
         [[nodiscard]] long runModalSession() override {
             _all._note("window runModalSession");
             const bool continues = _all._handleEvents();
-            return continues && !std::exchange(_stopped, false) ? RunContinuesResponse : RunStoppedResponse;
+            return continues && !std::exchange(_stopped, false) ? RunContinuesResponse : _all.lastAnswer;
         }
         void endModalSession() override { _all._note("window endModalSession"); }
         void stopModal() override {

@@ -67,8 +67,8 @@ bool makeFolder(const std::string &path) {
         return true;
     }
     const std::size_t slash = path.rfind('/');
-    return errno == ENOENT && slash != std::string::npos && slash > 0 &&
-           (makePrivateFolder(path.substr(0, slash)) || errno == EEXIST) && makePrivateFolder(path);
+    return errno == ENOENT && slash != std::string::npos && slash > 0 && (makePrivateFolder(path.substr(0, slash)) || errno == EEXIST) &&
+           makePrivateFolder(path);
 }
 
 FileDescriptor openEntry(const std::string &directory, const std::string &name, int more) {

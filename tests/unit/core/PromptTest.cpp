@@ -235,6 +235,34 @@ TEST_F(Prompt, IsAbandonedWhenTheProgramIsAboutToQuit) {
     EXPECT_EQ(desk.fileSystem.listing("/jobs"), Lines());
 }
 
+TEST_F(Prompt, IsAbandonedByEveryAnswerButThatTheSessionContinues) {
+    desk.prompt.quitsAfterScript = true;
+    for (const long answer : {RunContinuesResponse - 1, RunContinuesResponse + 1, 0L, 1L}) {
+        desk.prompt.lastAnswer = answer;
+        EXPECT_FALSE(ask("x{a}", {[] {}, [] {}})) << answer;
+        EXPECT_EQ(count("window runModalSession"), 2) << answer;
+        EXPECT_EQ(count("window endModalSession"), 1) << answer;
+    }
+    EXPECT_TRUE(desk.alerts.alerts.empty());
+}
+
+TEST_F(Prompt, IsNotAskedForAgainWhileItIsBeingLoaded) {
+    bool isAskedAgain = false;
+    desk.prompt.whileLoading = [&] {
+        if (std::exchange(isAskedAgain, true)) {
+            return;
+        }
+        EXPECT_FALSE(desk.manager->runPromptModally());
+        EXPECT_EQ(desk.application.activations, std::vector<bool>{true});
+        EXPECT_EQ(desk.prompt.loads(), 1);
+    };
+    EXPECT_TRUE(ask("{a}", {typing("outer", TextMovement::Return)}));
+    EXPECT_TRUE(isAskedAgain);
+    EXPECT_EQ(values(), Lines{"outer"});
+    EXPECT_EQ(desk.prompt.loads(), 1);
+    EXPECT_EQ(count("window beginModalSession"), 1);
+}
+
 TEST_F(Prompt, IsNotAskedForTwiceAtOnce) {
     EXPECT_TRUE(ask("{a}", {[&] {
                                 desk.prompt.type("outer");
@@ -299,6 +327,28 @@ TEST_F(Prompt, RunsNoSessionOnceItIsCompleted) {
     EXPECT_EQ(desk.alerts.alerts.size(), 1U);
 }
 
+TEST_F(Prompt, RunsNoSessionOnceItIsAbandoned) {
+    desk.application.whenActivated = [&] { desk.prompt.giveUp(); };
+    EXPECT_FALSE(ask("x{a}", {}));
+    EXPECT_EQ(count("window runModalSession"), 0);
+    EXPECT_EQ(count("window endModalSession"), 1);
+    EXPECT_EQ(count("window orderOut"), 1);
+    EXPECT_TRUE(desk.alerts.alerts.empty());
+}
+
+TEST_F(Prompt, AnnouncesTheFolderNameBeforeItChanges) {
+    ask("{a}", {[&] { desk.prompt.giveUp(); }});
+    Lines names;
+    desk.observer.hook = [&](const std::string &entry) {
+        if (entry.ends_with(" promptDirectoryName")) {
+            names.push_back(entry + ": " + desk.manager->promptDirectoryName());
+        }
+    };
+    ask("x{a}", {[&] { desk.prompt.giveUp(); }});
+    desk.observer.hook = nullptr;
+    EXPECT_EQ(names, (Lines{"will promptDirectoryName: {a}", "did promptDirectoryName: x{a}"}));
+}
+
 TEST_F(Prompt, IsShownAgainWhereItWasLeft) {
     ask("{a}", {[&] {
                     EXPECT_EQ(desk.prompt.frame(), desk.prompt.fileFrame);
@@ -337,6 +387,22 @@ TEST_F(Prompt, KeepsToTheFilesFrameWhereTheDesktopDoesNotTellIt) {
     EXPECT_EQ(count("window setFrameFromString "), 0);
 }
 
+TEST_F(Prompt, ForgetsWhereItWasLeftOnceTheDesktopDoesNotTellItAnyMore) {
+    ask("{a}", {[&] {
+            desk.prompt.moveWindow("5 6 700 800");
+            desk.prompt.giveUp();
+        }});
+    ask("{a}", {[&] {
+            EXPECT_EQ(desk.prompt.frame(), "5 6 700 800");
+            desk.prompt.moveWindow("");
+            desk.prompt.giveUp();
+        }});
+    ask("{a}", {[&] {
+            EXPECT_EQ(desk.prompt.frame(), desk.prompt.fileFrame);
+            desk.prompt.giveUp();
+        }});
+}
+
 TEST_F(Prompt, ShowsNothingWithoutItsInterfaceFile) {
     desk.prompt.isMissing = true;
     EXPECT_FALSE(ask("{a}", {}));
@@ -352,6 +418,19 @@ TEST_F(Prompt, DoesNotUseTheLastRunsWindowWhenTheInterfaceFileIsGone) {
     desk.prompt.isMissing = true;
     EXPECT_FALSE(ask("x{a}", {}));
     EXPECT_EQ(desk.prompt.journal, Lines{"loadNibNamed PromptWindow"});
+}
+
+TEST_F(Prompt, DoesNotUseTheLastRunsTableWhenTheInterfaceFileIsGone) {
+    constexpr int Space = 49;
+    ask("{a}", {[&] { desk.prompt.giveUp(); }});
+    desk.prompt.isMissing = true;
+    ask("x{a}", {});
+    desk.prompt.pressKeyInTable(Space);
+    desk.prompt.pressKeyInTable(ReturnKeyCode);
+    desk.prompt.type("late");
+    desk.prompt.endEditing(TextMovement::Return);
+    EXPECT_EQ(desk.prompt.journal, Lines{"loadNibNamed PromptWindow"});
+    EXPECT_EQ(values(), Lines{""});
 }
 
 TEST_F(Prompt, ShowsNothingWhenTheInterfaceFileConnectsNothing) {

@@ -84,6 +84,12 @@ TEST_F(Table, KeepsThePlainTableFromStartingOverAfterTheLastRow) {
     EXPECT_EQ(journal, (Lines{"did edit 1,2 by keyboard", "super 0"}));
 }
 
+TEST_F(Table, KeepsThePlainTableFromStartingOverAfterTabInTheLastRowToo) {
+    plain.row = 2;
+    table.textDidEndEditing(TextMovement::Tab);
+    EXPECT_EQ(journal, (Lines{"did edit 1,2 by keyboard", "super 0"}));
+}
+
 TEST_F(Table, OnlyStoresAfterEveryOtherMovement) {
     // 19 to 22 are the arrow keys' movements, 23 is Cancel (Apple, NSText.h).
     for (const int movement : {0, 18, 19, 20, 21, 22, 23}) {

@@ -111,6 +111,19 @@ TEST_F(HotKeyCenter, SecondRecordOfACombinationIsTheDesktopsToRefuseAndTheFirstS
     EXPECT_EQ(events.journal.back(), "register 1+0x100 id=2 refused");
 }
 
+TEST_F(HotKeyCenter, RecordThatIsNotRegisteredIsNotTakenForOneOfTheSameCombination) {
+    const auto first = hotKey(1, 0x100, "first");
+    const auto second = hotKey(1, 0x100, "second");
+    (void)center->registerHotKey(first);
+    events.journal.clear();
+    center->unregisterHotKey(second);
+    EXPECT_EQ(events.journal, Journal());
+    EXPECT_FALSE(center->registerHotKey(second));
+    EXPECT_EQ(events.journal, Journal{"register 1+0x100 id=2 refused"});
+    EXPECT_TRUE(assertions.failures.empty());
+    EXPECT_EQ(center->allHotKeys(), std::vector{first});
+}
+
 TEST_F(HotKeyCenter, RecordsWithEqualIdentifiersAreAllKeptAndOneOfThemIsFound) {
     const auto one = hotKey(1, 0x100, "same");
     const auto two = hotKey(2, 0x100, "same");
@@ -231,6 +244,20 @@ TEST_F(HotKeyCenter, UnregisteringAnUnknownRecordDoesNothing) {
     EXPECT_TRUE(assertions.failures.empty());
 }
 
+TEST_F(HotKeyCenter, GivesTheKeyBackToTheDesktopBeforeItForgetsTheRecord) {
+    const auto key = hotKey(1, 0x100, "key");
+    (void)center->registerHotKey(key);
+    std::vector<std::shared_ptr<SGHotKey>> meanwhile;
+    events.hook = [&](const std::string &line) {
+        EXPECT_EQ(line, "unregister 1+0x100");
+        meanwhile = center->allHotKeys();
+    };
+    center->unregisterHotKey(key);
+    events.hook = nullptr;
+    EXPECT_EQ(meanwhile, std::vector{key});
+    EXPECT_TRUE(center->allHotKeys().empty());
+}
+
 TEST_F(HotKeyCenter, RecordKeepsItsIdWhenUnregistered) {
     const auto key = hotKey(1, 0x100);
     (void)center->registerHotKey(key);
@@ -263,6 +290,17 @@ TEST_F(HotKeyCenter, PressInvokesTheRecordOfThatId) {
     (void)center->registerHotKey(two);
     EXPECT_EQ(center->sendCarbonEvent(event(5, ours(2))), 0);
     EXPECT_EQ(listener.senders, std::vector<const SGHotKey *>{two.get()});
+}
+
+TEST_F(HotKeyCenter, PressInvokesNoOtherRecordOfTheSameCombination) {
+    const auto one = hotKey(1, 0x100, "one");
+    const auto two = hotKey(1, 0x100, "two");
+    (void)center->registerHotKey(one);
+    events.nextStatus = EventNoError; // a desktop that gives a key twice
+    ASSERT_TRUE(center->registerHotKey(two));
+    EXPECT_EQ(center->sendCarbonEvent(event(5, ours(1))), 0);
+    EXPECT_EQ(center->sendCarbonEvent(event(5, ours(2))), 0);
+    EXPECT_EQ(listener.senders, (std::vector<const SGHotKey *>{one.get(), two.get()}));
 }
 
 TEST_F(HotKeyCenter, ReleaseDoesNothing) {
@@ -347,6 +385,13 @@ TEST_F(HotKeyCenter, UnknownKindIsAnAssertionFailureAndNoError) {
     EXPECT_EQ(center->sendCarbonEvent(event(7, ours(1))), 0);
     EXPECT_EQ(assertions.failures, Journal{"-[SGHotKeyCenter sendCarbonEvent:] SGHotKeyCenter:180 Unknown event kind"});
     EXPECT_TRUE(listener.senders.empty());
+}
+
+TEST_F(HotKeyCenter, SignatureAndIdAreLookedAtBeforeTheKind) {
+    EXPECT_EQ(center->sendCarbonEvent(event(7, {FourCharacterCode("ABCD"), 0})), 0);
+    EXPECT_EQ(assertions.failures, (Journal{"-[SGHotKeyCenter sendCarbonEvent:] SGHotKeyCenter:160 Invalid hot key id",
+                                            "-[SGHotKeyCenter sendCarbonEvent:] SGHotKeyCenter:161 Invalid hot key id",
+                                            "-[SGHotKeyCenter sendCarbonEvent:] SGHotKeyCenter:180 Unknown event kind"}));
 }
 
 TEST_F(HotKeyCenter, RaisingHandlerEndsTheDispatch) {

@@ -71,6 +71,27 @@ TEST_F(HotKeyControllerTest, RegistersThePreferencesKeyWhenItWakes) {
     EXPECT_EQ(SGHotKeyCenter::sharedCenter()->hotKeyWithIdentifier("ORVHotkey"), controller->hotkey());
 }
 
+TEST_F(HotKeyControllerTest, HotKeyIsCompleteAndKeptBeforeTheDesktopIsAskedForIt) {
+    setPreferences(number(1), number(0x100000));
+    int registrations = 0;
+    events.hook = [&](const std::string &line) {
+        if (!line.starts_with("register ")) {
+            return;
+        }
+        ++registrations;
+        const auto kept = controller->hotkey();
+        ASSERT_NE(kept, nullptr);
+        EXPECT_EQ(line, "register 1+0x100 id=" + std::to_string(registrations));
+        EXPECT_EQ(kept->hotKeyID().id, static_cast<std::uint32_t>(registrations)); // the new one, at every change
+        EXPECT_EQ(kept->target(), controller.get());
+        EXPECT_EQ(kept->action(), HotKeyController::launchAction());
+    };
+    controller->awakeFromNib();
+    notifications.arrive(Changed);
+    events.hook = nullptr;
+    EXPECT_EQ(registrations, 2);
+}
+
 TEST_F(HotKeyControllerTest, RegistersBeforeItObserves) {
     setPreferences(number(1), number(0x100000));
     Combinations before;
@@ -177,6 +198,20 @@ TEST_F(HotKeyControllerTest, RefusalIsSilentAndTheNextChangeTriesAgain) {
     EXPECT_EQ(events.registered(), (Combinations{{1, 0x0100}}));
 }
 
+TEST_F(HotKeyControllerTest, KeepsTheHotKeyThatTheDesktopRefused) {
+    setPreferences(number(1), number(0x100000));
+    events.takenElsewhere.insert({1, 0x0100});
+    controller->awakeFromNib();
+    const auto refused = controller->hotkey();
+    ASSERT_NE(refused, nullptr);
+    EXPECT_EQ(refused->keyCombo(), SGKeyCombo(1, 0x0100));
+    EXPECT_EQ(refused->hotKeyID().id, 1U);
+    notifications.arrive(Changed);
+    ASSERT_NE(controller->hotkey(), nullptr);
+    EXPECT_NE(controller->hotkey(), refused);
+    EXPECT_EQ(controller->hotkey()->hotKeyID().id, 2U);
+}
+
 TEST_F(HotKeyControllerTest, ThousandChangesLeaveOneHotKey) {
     setPreferences(number(1), number(0x100000));
     controller->awakeFromNib();
@@ -207,6 +242,15 @@ TEST_F(HotKeyControllerTest, PressPopsTheMenuUpLeftOfAndBelowThePointer) {
                                   .data1 = 0,
                                   .data2 = 0};
     EXPECT_EQ(popUp.event, expected);
+}
+
+TEST_F(HotKeyControllerTest, AsksForTheWindowsNumberThenForTheMouseThenPopsUp) {
+    Journal steps;
+    window.whenAskedForItsNumber = [&] { steps.emplace_back("window number"); };
+    popUpMenus.whenAskedForTheMouse = [&] { steps.emplace_back("mouse"); };
+    popUpMenus.whileOpen = [&](Menu &) { steps.emplace_back("pop up"); };
+    controller->launch(nullptr);
+    EXPECT_EQ(steps, (Journal{"window number", "mouse", "pop up"}));
 }
 
 TEST_F(HotKeyControllerTest, LaunchWithoutSenderPopsTheMenuUpToo) {

@@ -19,6 +19,14 @@ struct Target {
 constexpr SGSelector Launch = SGSelector::of<Target, &Target::launch>("launch:");
 constexpr SGSelector Stop = SGSelector::of<Target, &Target::stop>("stop:");
 
+TEST(SGSelector, IsEqualToThoseOfItsName) {
+    EXPECT_EQ(Launch, (SGSelector::of<Target, &Target::launch>("launch:")));
+    EXPECT_EQ(SGSelector(), SGSelector());
+    EXPECT_NE(Launch, Stop);
+    EXPECT_NE(Launch, (SGSelector::of<Target, &Target::launch>("launch")));
+    EXPECT_NE(Launch, SGSelector());
+}
+
 TEST(SGHotKey, BeginsEmptyWithTheClearCombination) {
     const SGHotKey hotKey;
     EXPECT_FALSE(hotKey.identifier());

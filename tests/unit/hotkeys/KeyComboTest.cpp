@@ -95,6 +95,17 @@ TEST(SGKeyCombo, EqualCodesAndModifiersAreEqualWhateverTheObject) {
     EXPECT_NE(SGKeyCombo(40, 768), SGKeyCombo(40, 256));
 }
 
+TEST(SGKeyCombo, EveryBitCountsForEquality) {
+    constexpr int Bits = 63; // without the sign
+    for (int bit = 0; bit < Bits; ++bit) {
+        const std::intptr_t flipped = std::intptr_t{1} << bit;
+        EXPECT_NE(SGKeyCombo(40, 768), SGKeyCombo(40, 768 ^ flipped)) << bit;
+        EXPECT_NE(SGKeyCombo(40, 768), SGKeyCombo(40 ^ flipped, 768)) << bit;
+    }
+    EXPECT_NE(SGKeyCombo(40, -1), SGKeyCombo(40, 0));
+    EXPECT_NE(SGKeyCombo(-1, 768), SGKeyCombo(0, 768));
+}
+
 TEST(SGKeyCombo, SettersChangeTheNumbers) {
     SGKeyCombo combo = SGKeyCombo::clearKeyCombo();
     combo.setKeyCode(3);

@@ -51,6 +51,17 @@ TEST(KeyNames, FixedNameComesBeforeTheKeypadAndTheLayout) {
     EXPECT_TRUE(desk.layouts.questions.empty());
 }
 
+TEST(KeyNames, EmptyNameIsANameInBothForms) {
+    KeyDesk desk;
+    desk.setKeyCodes(dict({{"version", number(1)}, {"unmappedKeys", dict({{"42", text("")}})}}));
+    desk.useLayout({{42, u"x"}});
+    EXPECT_EQ(SGKeyCombo(42, 0x100).keyCodeString(), "");
+    EXPECT_TRUE(desk.layouts.questions.empty());
+    KeyDesk legacy;
+    legacy.setKeyCodes(dict({{"42", text("")}}));
+    EXPECT_EQ(SGKeyCombo(42, 0x100).keyCodeString(), "");
+}
+
 TEST(KeyNames, KeypadCodesAreTextsInTheList) {
     KeyDesk desk;
     desk.setKeyCodes(dict({{"version", number(1)}, {"padKeys", list({number(83)})}, {"padKeyString", text("Pad")}}));
@@ -197,6 +208,33 @@ TEST(SGKeyCodeTranslator, WorksOnTheOldLayoutsDataWhenTheLayoutIsSet) {
     translator.setKeyboardLayout(desk.layouts.current);
     EXPECT_EQ(translator.keyboardLayout(), desk.layouts.current);
     EXPECT_EQ(translator.translateKeyCode(6), "z");
+}
+
+TEST(SGKeyCodeTranslator, KeepsItsDeadKeyStateWhenTheLayoutIsSet) {
+    KeyDesk desk;
+    desk.useLayout({{24, u"\u00B4"}});
+    SGKeyCodeTranslator translator(desk.layouts, desk.layouts.current);
+    desk.layouts.nextDeadKeyState = 77;
+    (void)translator.translateKeyCode(24);
+    desk.useLayout({{24, u"`"}});
+    translator.setKeyboardLayout(desk.layouts.current);
+    (void)translator.translateKeyCode(24);
+    ASSERT_EQ(desk.layouts.questions.size(), 2U);
+    EXPECT_EQ(desk.layouts.questions[1].deadKeyState, 77U);
+}
+
+TEST(SGKeyCodeTranslator, IsMadeAnewOverOtherLayoutsEvenForTheSameSource) {
+    KeyDesk desk;
+    desk.useLayout({{24, u"\u00B4"}});
+    desk.layouts.nextDeadKeyState = 77;
+    (void)SGKeyCodeTranslator::currentTranslator()->translateKeyCode(24);
+    FakeKeyboardLayouts others;
+    others.current = desk.layouts.current;
+    SGKeyCodeTranslator::setSharedLayouts(&others);
+    (void)SGKeyCodeTranslator::currentTranslator()->translateKeyCode(24);
+    EXPECT_EQ(desk.layouts.questions.size(), 1U);
+    ASSERT_EQ(others.questions.size(), 1U);
+    EXPECT_EQ(others.questions[0].deadKeyState, 0U);
 }
 
 TEST(SGKeyCodeTranslator, HasNoCharactersWithoutALayout) {

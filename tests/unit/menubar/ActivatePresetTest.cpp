@@ -149,6 +149,24 @@ TEST_F(ActivatePreset, CreatesWhatThePreferencesHoldAtThatMoment) {
     EXPECT_EQ(desk.in("/chosen"), Lines{"Fresh/"});
 }
 
+TEST_F(ActivatePreset, LeavesTheMenuAsItIsUntilAChangeIsAnnounced) {
+    const Lines before = desk.titles();
+    desk.setFile(list({labelled("Fresh")}), yes(false));
+    desk.click(0); // cancelled
+    desk.openPanel.filenames = Lines{"/chosen"};
+    desk.click(0);
+    desk.frontWindow.active = true;
+    desk.frontWindow.shown = "/front";
+    desk.click(0);
+    EXPECT_EQ(desk.in("/chosen"), Lines{"Fresh/"});
+    EXPECT_EQ(desk.in("/front"), Lines{"Fresh/"});
+    EXPECT_EQ(desk.titles(), before);
+    EXPECT_EQ(desk.statusBar.items.size(), 1U);
+    desk.desk.notifications.arrive(ORVPresetConfigurationChangedNotification);
+    EXPECT_EQ(desk.titles().at(0), "Fresh");
+    EXPECT_TRUE(desk.statusBar.items.empty());
+}
+
 TEST_F(ActivatePreset, OutlivesAMenuThatIsRebuiltWhileThePanelIsOpen) {
     desk.openPanel.filenames = Lines{"/chosen"};
     desk.openPanel.whileShown = [&] {

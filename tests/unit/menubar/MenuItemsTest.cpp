@@ -313,6 +313,18 @@ TEST(StatusItem, FollowsTheSwitch) {
     EXPECT_NE(desk.controller->statusItem(), first);
 }
 
+TEST(StatusItem, IsNotTouchedAgainWhileItIsShown) {
+    MenuDesk desk;
+    desk.setFile(list({labelled("a")}));
+    desk.controller->awakeFromNib();
+    desk.statusBar.journal.clear();
+    desk.controller->reloadPrefs();
+    desk.controller->setupStatusItem();
+    desk.desk.preferences.disk.reset(); // without file it is shown as well
+    desk.controller->reloadPrefs();
+    EXPECT_EQ(desk.statusBar.journal, Journal());
+}
+
 TEST(StatusItem, ReadsTheSwitchAsABooleanValue) {
     for (const PropertyList &on :
          {yes(), number(1), number(-7), real(0.5), text("YES"), text("true"), text("1"), text(" y"), text("007")}) {

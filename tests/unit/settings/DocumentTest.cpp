@@ -120,6 +120,34 @@ TEST_F(Document, AddsAPresetUnderALabelThatIsFree) {
     EXPECT_STREQ(history.undoName(), "Add Preset");
 }
 
+TEST_F(Document, ALabelThatIsClearedIsTakenAway) {
+    load({labelled("A")});
+    const ItemID preset = document.presetAt(0);
+    document.renamePreset(preset, "");
+    EXPECT_EQ(document.value(preset, "label"), nullptr);
+    EXPECT_EQ(document.record(preset).root().find("label"), nullptr) << "an empty one would be an empty item in menus";
+    history.undo();
+    EXPECT_EQ(document.label(preset), "A");
+    history.redo();
+    document.renamePreset(preset, "B");
+    EXPECT_EQ(document.label(preset), "B");
+}
+
+TEST_F(Document, WithoutALabelAPresetGoesByItsFoldersNameTemplate) {
+    load({labelled("A"), labelled(""), make.dictionary({{"directoryName", make.text("{Client}")}}), make.dictionary({})});
+    EXPECT_EQ(document.title(document.presetAt(0)), "A");
+    EXPECT_EQ(document.title(document.presetAt(1)), "{Name}");
+    EXPECT_EQ(document.title(document.presetAt(2)), "{Client}");
+    EXPECT_EQ(document.title(document.presetAt(3)), "");
+}
+
+TEST_F(Document, TheCopyOfAPresetWithoutALabelHasNone) {
+    load({labelled(""), make.dictionary({{"directoryName", make.text("{Client}")}})});
+    static_cast<void>(document.duplicatePresets(std::array{document.presetAt(0), document.presetAt(1)}));
+    EXPECT_EQ(labels(), (List{"", "", "", ""}));
+    EXPECT_EQ(document.value(document.presetAt(3), "label"), nullptr);
+}
+
 TEST_F(Document, DuplicatesPresetsBehindTheirOriginals) {
     load({make.preset("d", {make.folder("f", {make.file("x")})}), labelled("B")});
     const auto copies = document.duplicatePresets(std::array{document.presetAt(1), document.presetAt(0)});
