@@ -31,12 +31,13 @@ double QtContrast(const QColor &one, const QColor &other) {
 
 QColor QtHintColor(const QPalette &palette, QPalette::ColorRole text, QPalette::ColorRole background) {
     constexpr double Least = 4.5;
-    constexpr float Quietest = 0.6F; // of the text's colour
-    constexpr float Step = 0.05F;
+    constexpr int Quietest = 12; // twentieths of the text's colour
+    constexpr int Whole = 20;
     const QColor ofText = palette.color(text);
     const QColor ofBackground = palette.color(background);
-    for (float part = Quietest; part < 1; part += Step) {
-        if (const QColor hint = mixed(ofText, ofBackground, part); QtContrast(hint, ofBackground) >= Least) {
+    for (int part = Quietest; part < Whole; ++part) {
+        const QColor hint = mixed(ofText, ofBackground, static_cast<float>(part) / static_cast<float>(Whole));
+        if (QtContrast(hint, ofBackground) >= Least) {
             return hint;
         }
     }

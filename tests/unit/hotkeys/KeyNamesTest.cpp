@@ -165,8 +165,8 @@ TEST(SGKeyCodeTranslator, GivesExactlyTheFirstUnitWhateverTheLengthAndTheStatus)
     desk.layouts.nextStatus = -1;
     SGKeyCodeTranslator *translator = SGKeyCodeTranslator::currentTranslator();
     EXPECT_EQ(translator->translateKeyCode(1), "a");
-    EXPECT_EQ(translator->translateKeyCode(2), "\xED\xA0\x81");          // the first half of a pair
-    EXPECT_EQ(translator->translateKeyCode(3), std::string_view("", 1)); // no text: the unit 0
+    EXPECT_EQ(translator->translateKeyCode(2), "\xED\xA0\x81");       // the first half of a pair
+    EXPECT_EQ(translator->translateKeyCode(3), std::string(1, '\0')); // no text: the unit 0
 }
 
 TEST(SGKeyCodeTranslator, IsKeptWhileTheLayoutIsTheSame) {
@@ -239,7 +239,7 @@ TEST(SGKeyCodeTranslator, IsMadeAnewOverOtherLayoutsEvenForTheSameSource) {
 
 TEST(SGKeyCodeTranslator, HasNoCharactersWithoutALayout) {
     KeyDesk desk;
-    EXPECT_EQ(SGKeyCodeTranslator::currentTranslator()->translateKeyCode(6), std::string_view("", 1));
+    EXPECT_EQ(SGKeyCodeTranslator::currentTranslator()->translateKeyCode(6), std::string(1, '\0'));
     EXPECT_EQ(desk.layouts.questions.back().layout, nullptr);
 }
 
