@@ -120,6 +120,11 @@ std::string PresetDocument::text(ItemID item, std::string_view key) const {
     return ORVTextValue(value(item, key));
 }
 
+std::string PresetDocument::title(ItemID preset) const {
+    std::string label = this->label(preset);
+    return label.empty() ? text(preset, "directoryName") : label;
+}
+
 bool PresetDocument::isFolder(ItemID item) const {
     return _at(item).kind != Kind::Node || ORVBoolValue(value(item, "isFolder"));
 }

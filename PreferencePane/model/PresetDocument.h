@@ -108,6 +108,8 @@ public:
     /// The text under a key as the engine reads it; "" when absent or no text.
     [[nodiscard]] std::string text(ItemID item, std::string_view key) const;
     [[nodiscard]] std::string label(ItemID preset) const { return text(preset, "label"); }
+    /// What the preset goes by everywhere: its label, or without one the template of its top folder's name. May be empty.
+    [[nodiscard]] std::string title(ItemID preset) const;
     [[nodiscard]] std::string filename(ItemID node) const { return text(node, "filename"); }
     /// A tree and a list always are folders.
     [[nodiscard]] bool isFolder(ItemID item) const;
@@ -123,6 +125,7 @@ public:
     ItemID insertPreset(const PropertyList &record, std::size_t index, const char *name);
     /// Copies, each behind its original, under labels that no other preset has. Returns them in order.
     std::vector<ItemID> duplicatePresets(std::span<const ItemID> presets);
+    /// "" takes the label away: an empty one would be an empty item in menus.
     void renamePreset(ItemID preset, std::string_view label);
     void removePresets(std::span<const ItemID> presets);
     /// Moves presets together before the one at `index` (beyond the end: last), in their order.

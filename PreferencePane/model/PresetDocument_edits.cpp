@@ -68,7 +68,7 @@ std::vector<ItemID> PresetDocument::duplicatePresets(std::span<const ItemID> pre
     std::vector<ItemID> copies;
     for (const ItemID preset : outermost(presets)) {
         const ItemID copy = _copy(preset);
-        if (isEditable(copy)) {
+        if (isEditable(copy) && !label(preset).empty()) {
             _putText(copy, "label", freeLabel(label(preset)));
             _presets[copy].record.reset();
         }
@@ -80,7 +80,7 @@ std::vector<ItemID> PresetDocument::duplicatePresets(std::span<const ItemID> pre
 
 void PresetDocument::renamePreset(ItemID preset, std::string_view label) {
     const EditHistory::Step step(_history, "Rename Preset", keyOf("label", preset));
-    setText(preset, "label", label, false);
+    setText(preset, "label", label, true);
 }
 
 void PresetDocument::removePresets(std::span<const ItemID> presets) {

@@ -37,6 +37,12 @@ std::string labelOf(const PropertyList &record) {
     return ORVTextValue(record.root().find("label"));
 }
 
+/// What people know the preset by.
+std::string titleOf(const PropertyList &record) {
+    std::string label = labelOf(record);
+    return label.empty() ? ORVTextValue(record.root().find("directoryName")) : label;
+}
+
 /// Which of the base's records each of theirs is.
 class Matching {
 public:
@@ -137,12 +143,12 @@ private:
             _merged.push_back({_mergedRecord(_base[b], _mine[*mine].record, _theirs[*theirs]), mine, theirs});
         } else if (mine && !areEqual(_mine[*mine].record, _base[b])) {
             const PropertyList &record = _mine[*mine].record;
-            if (_ask({Kind::PresetDeletedThere, labelOf(record), "", record, {}}) == MergeSide::Mine) {
+            if (_ask({Kind::PresetDeletedThere, titleOf(record), "", record, {}}) == MergeSide::Mine) {
                 _merged.push_back({record, mine, std::nullopt});
             }
         } else if (theirs && !areEqual(_theirs[*theirs], _base[b])) {
             const PropertyList &record = _theirs[*theirs];
-            if (_ask({Kind::PresetDeletedHere, labelOf(record), "", {}, record}) == MergeSide::Theirs) {
+            if (_ask({Kind::PresetDeletedHere, titleOf(record), "", {}, record}) == MergeSide::Theirs) {
                 _merged.push_back({record, std::nullopt, theirs});
             }
         }
@@ -156,7 +162,7 @@ private:
             return mine;
         }
         if (!mine.root().isDictionary() || !theirs.root().isDictionary()) {
-            return _ask({Kind::PresetValue, labelOf(mine), "", mine, theirs}) == MergeSide::Mine ? mine : theirs;
+            return _ask({Kind::PresetValue, titleOf(mine), "", mine, theirs}) == MergeSide::Mine ? mine : theirs;
         }
         PropertyListBuilder builder;
         std::vector<PropertyListEntry> entries;
@@ -187,7 +193,7 @@ private:
         if (areEqual(there, before)) {
             return here;
         }
-        return _ask({Kind::PresetValue, labelOf(mine), std::string(key), here, there}) == MergeSide::Mine ? here : there;
+        return _ask({Kind::PresetValue, titleOf(mine), std::string(key), here, there}) == MergeSide::Mine ? here : there;
     }
 
     /// Presets that only one side has. Both may have got the same one, by adding one file, say.
@@ -254,7 +260,7 @@ private:
         std::vector<PropertyListValue> labels;
         labels.reserve(sequence.size());
         for (const std::size_t i : sequence) {
-            labels.push_back(builder.string(labelOf(_merged[i].record)));
+            labels.push_back(builder.string(titleOf(_merged[i].record)));
         }
         return builder.finish(builder.array(labels));
     }

@@ -82,7 +82,7 @@ QString CounterTableModel::_usersOf(const std::string &name) const {
     if (found != _variables.end()) {
         for (const VariableUse &use : found->uses) {
             if (_context.presets.contains(use.item)) {
-                const QString label = QtSingleLine(QtTextOf(_context.presets.label(_context.presets.presetOf(use.item))));
+                const QString label = QtSingleLine(QtTextOf(_context.presets.title(_context.presets.presetOf(use.item))));
                 labels.append(label.isEmpty() ? translated("(no label)") : QtIsolated(label));
             }
         }

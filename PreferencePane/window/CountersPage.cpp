@@ -20,9 +20,9 @@ namespace orvane {
 CountersPage::CountersPage(SettingsContext &context, QWidget *parent)
     : QWidget(parent), _context(context), _model(new CounterTableModel(context, this)), _ui_table(new QTreeView(this)),
       _ui_states(new QStackedWidget(this)), _ui_message(new InlineMessage(QStringLiteral("counterMessage"), this)),
-      _ui_reset(new QPushButton(translated("&Reset"), this)), _ui_delete(new QPushButton(translated("&Delete"), this)),
+      _ui_reset(new QPushButton(translated("&Reset"), this)), _ui_delete(new QPushButton(translated("De&lete"), this)),
       _edit(new QAction(translated("&Edit"), this)), _resetAction(new QAction(translated("&Reset"), this)),
-      _deleteAction(new QAction(translated("&Delete"), this)) {
+      _deleteAction(new QAction(translated("De&lete"), this)) {
     setObjectName(QStringLiteral("countersPage"));
     _makeTable();
     _ui_states->addWidget(_ui_table);

@@ -18,13 +18,13 @@ namespace orvane {
 namespace {
 
 const QString FilesMediaType = QStringLiteral("text/uri-list");
-/// Of a label in a file's name, so that even one of four bytes a character leaves room for a number and the suffix in 255 bytes.
+/// Of a title in a file's name, so that even one of four bytes a character leaves room for a number and the suffix in 255 bytes.
 constexpr qsizetype MostUnits = 56;
 
 } // namespace
 
-QString fileNameOfPreset(const QString &label) {
-    QString name = QtSingleLine(label).left(MostUnits).trimmed();
+QString fileNameOfPreset(const QString &title) {
+    QString name = QtSingleLine(title).left(MostUnits).trimmed();
     name.replace(u'/', u'-');
     if (name.startsWith(u'.')) {
         name.prepend(u'_');
@@ -79,13 +79,13 @@ QVariant DraggedPresets::retrieveData(const QString &mediaType, QMetaType /*type
     return _urls;
 }
 
-/// What cannot be written is left out, with a message. Presets of the same label get numbers.
+/// What cannot be written is left out, with a message. Presets of the same title get numbers.
 void DraggedPresets::_writeFiles() const {
     for (const ItemID preset : _presets) {
         if (!_context.presets.contains(preset)) {
             continue;
         }
-        const QFileInfo wanted(_place->filePath(fileNameOfPreset(QtTextOf(_context.presets.label(preset)))));
+        const QFileInfo wanted(_place->filePath(fileNameOfPreset(QtTextOf(_context.presets.title(preset)))));
         QString path = wanted.filePath();
         for (int number = 2; QFileInfo::exists(path); ++number) {
             path = wanted.path() + u'/' + wanted.completeBaseName() + u' ' + QString::number(number) + u'.' + wanted.suffix();

@@ -13,8 +13,8 @@ namespace orvane {
 /// What the drag of presets within one window is known by.
 inline constexpr const char *PresetsMediaType = "application/x-orvane-preset-ids";
 
-/// The name that a preset's file gets: its label, as far as that may stand in a file's name.
-[[nodiscard]] QString fileNameOfPreset(const QString &label);
+/// The name that a preset's file gets: its title, as far as that may stand in a file's name.
+[[nodiscard]] QString fileNameOfPreset(const QString &title);
 
 /// The process and the presets of a drag, as `PresetsMediaType`.
 [[nodiscard]] QByteArray bytesOfPresets(const std::vector<ItemID> &presets);

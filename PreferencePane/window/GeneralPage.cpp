@@ -33,7 +33,7 @@ GeneralPage::GeneralPage(SettingsContext &context, QWidget *parent)
 
 GeneralPage::GeneralPage(SettingsContext &context, HotKeyField::Way way, QWidget *parent)
     : QWidget(parent), _context(context), _ui_showInMenuBar(new QCheckBox(translated("Show in the &menu bar"), this)),
-      _ui_startAtLogin(new QCheckBox(translated("Start at &login"), this)),
+      _ui_startAtLogin(new QCheckBox(translated("Start &at login"), this)),
       _ui_menuBarHint(new InlineMessage(QStringLiteral("menuBarHint"), this)),
       _ui_loginProblem(new InlineMessage(QStringLiteral("loginProblem"), this)), _ui_hotKey(new HotKeyField(context, way, this)),
       _ui_placeProblem(new InlineMessage(QStringLiteral("placeProblem"), this)) {
@@ -120,7 +120,7 @@ void GeneralPage::_addLog(QFormLayout &form) {
     auto *const column = new QVBoxLayout;
     column->addWidget(view, 1);
     column->addWidget(open, 0, Qt::AlignLeft);
-    auto *const label = new QLabel(translated("Lo&g:"), this);
+    auto *const label = new QLabel(translated("&Log:"), this);
     label->setBuddy(view);
     form.addRow(label, column);
     connect(open, &QPushButton::clicked, this, [this, path] {

@@ -1,5 +1,6 @@
 #include "window/InlineMessage.h"
 
+#include "window/Hints.h"
 #include "window/Icons.h"
 
 #include <QAccessible>
@@ -63,7 +64,7 @@ void InlineMessage::_show() {
     _ui_icon->setFixedSize(size, std::max(size, _ui_text->fontMetrics().height())); // beside the first line
     _ui_icon->setPixmap(hasIcon ? iconFor(iconOf(_kind)).pixmap(QSize(size, size), devicePixelRatio()) : QPixmap());
     // A hint steps back behind what it is about.
-    _ui_text->setForegroundRole(_kind == Kind::Hint ? QPalette::PlaceholderText : QPalette::WindowText);
+    showAsHint(*_ui_text, _kind == Kind::Hint);
     _ui_text->setText(_text);
     setVisible(!_text.isEmpty());
 }

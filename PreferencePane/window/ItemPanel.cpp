@@ -4,6 +4,7 @@
 #include "window/LastFolder.h"
 #include "window/Page.h"
 #include "window/Sentences.h"
+#include "window/TemplateEdit.h"
 
 #include "model/Permissions.h"
 #include "platform/qt/QtText.h"
@@ -15,6 +16,7 @@
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -59,7 +61,7 @@ ItemPanel::ItemPanel(SettingsContext &context, QWidget *parent) : QWidget(parent
     column->addWidget(kind);
     column->addSpacing(8);
     QWidget *const labels = _makeLabels();
-    column->addWidget(makeTitle(QT_TRANSLATE_NOOP("Orvane", "La&bel colour:"), _ui_labels.front(), this));
+    column->addWidget(makeTitle(QT_TRANSLATE_NOOP("Orvane", "Label col&our:"), _ui_labels.front(), this));
     column->addWidget(labels);
     column->addSpacing(8);
     QWidget *const permissions = _makePermissions();
@@ -67,7 +69,7 @@ ItemPanel::ItemPanel(SettingsContext &context, QWidget *parent) : QWidget(parent
     column->addWidget(permissions);
     column->addSpacing(8);
     QWidget *const content = _makeContent();
-    _ui_contentTitle = makeTitle(QT_TRANSLATE_NOOP("Orvane", "Conten&t file:"), _ui_choose, this);
+    _ui_contentTitle = makeTitle(QT_TRANSLATE_NOOP("Orvane", "Content &file:"), _ui_choose, this);
     column->addWidget(_ui_contentTitle);
     column->addWidget(content);
     column->addStretch(1);
@@ -133,6 +135,8 @@ QWidget *ItemPanel::_makePermissions() {
         }
     });
     connect(_ui_octal, &QLineEdit::editingFinished, this, [this] { _showPermissions(); });
+    letDocumentUndo(*_ui_octal);
+    _ui_octal->installEventFilter(this);
     grid->addWidget(_ui_octal, 0, 0);
     for (int right = 0; right < 3; ++right) {
         auto *const title = new QLabel(translated(Rights.at(static_cast<std::size_t>(right))), box);
@@ -167,7 +171,7 @@ QWidget *ItemPanel::_makeContent() {
     _ui_content->setPlaceholderText(translated("empty file"));
     auto *const row = new QHBoxLayout;
     row->setSpacing(6);
-    _ui_choose = new QPushButton(translated("C&hoose…"), box);
+    _ui_choose = new QPushButton(translated("&Choose…"), box);
     _ui_choose->setObjectName(QStringLiteral("chooseContent"));
     _ui_choose->setToolTip(translated("Copies a file to Orvane's content files, from where each new file gets its contents"));
     const auto makeButton = [box](Icon icon, const char *title, const char *name) {
@@ -231,10 +235,29 @@ void ItemPanel::_showLabels() {
     }
 }
 
+/// Digits that no item has got yet.
+bool ItemPanel::_isHalfTyped() const {
+    return _ui_octal->isModified() && !_ui_octal->text().isEmpty() && _ui_octal->text().size() < 3;
+}
+
+/// Undoing in the field takes half-typed digits back, which no step knows of, before it takes steps back.
+bool ItemPanel::eventFilter(QObject *watched, QEvent *event) {
+    const bool isKey = event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress;
+    if (watched == _ui_octal && isKey && static_cast<const QKeyEvent &>(*event).matches(QKeySequence::Undo) && _isHalfTyped()) {
+        if (event->type() == QEvent::KeyPress) {
+            _ui_octal->setModified(false);
+            _showPermissions();
+        }
+        event->accept(); // as the field's own key, no shortcut
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
 void ItemPanel::_showPermissions() {
     const std::vector<std::string> texts = _texts("permissions");
     const QString octal = texts.size() == 1 ? QtTextOf(texts.front()) : QString();
-    if (_ui_octal->text() != octal && !(_ui_octal->hasFocus() && _ui_octal->isModified() && _ui_octal->text().size() < 3)) {
+    if (_ui_octal->text() != octal && !(_ui_octal->hasFocus() && _isHalfTyped())) {
         _ui_octal->setText(octal);
     }
     _ui_octal->setPlaceholderText(texts.size() > 1 ? translated("differ") : translated("as usual"));

@@ -28,6 +28,9 @@ public:
     /// Shows what the items have now.
     void refresh();
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     QWidget *_makeKind();
     QWidget *_makeLabels();
@@ -39,6 +42,7 @@ private:
     void _showLabels();
     void _showPermissions();
     void _showContent();
+    [[nodiscard]] bool _isHalfTyped() const;
     [[nodiscard]] std::vector<std::string> _texts(std::string_view key) const;
 
     SettingsContext &_context;

@@ -11,6 +11,7 @@
 #include "window/TemplateEdit.h"
 #include "window/VariablesPanel.h"
 
+#include "platform/qt/QtHintColor.h"
 #include "platform/qt/QtText.h"
 
 #include <QAction>
@@ -55,6 +56,7 @@ PresetEditor::PresetEditor(SettingsContext &context, QWidget *parent) : QWidget(
     _pause.setInterval(Pause);
     connect(&_pause, &QTimer::timeout, this, [this] { _refresh(); });
 
+    QWidget *const head = _makeHead();
     _ui_rows = new QSplitter(Qt::Vertical, this);
     _ui_rows->setChildrenCollapsible(false);
     _ui_columns = new QSplitter(Qt::Horizontal, _ui_rows);
@@ -82,10 +84,9 @@ PresetEditor::PresetEditor(SettingsContext &context, QWidget *parent) : QWidget(
     auto *const column = new QVBoxLayout(this);
     column->setContentsMargins(PageMargin, PageMargin, PageMargin, PageMargin);
     column->setSpacing(PageSpacing);
-    column->addWidget(_makeHead());
+    column->addWidget(head);
     column->addWidget(_ui_rows, 1);
-    QWidget::setTabOrder(_ui_label, _ui_directoryName);
-    QWidget::setTabOrder(_ui_directoryName, _ui_try);
+    _orderForTabKey(*toolBar);
 
     connect(_ui_tree, &PresetTreeView::nodesSelected, this,
             [this] { _ui_item->setItems(_preset == NoItem ? std::vector<ItemID>() : _ui_tree->selectedNodes()); });
@@ -120,7 +121,7 @@ QWidget *PresetEditor::_makeHead() {
         translated("What stands in braces, as in {Title}, is asked for each time; names that begin with Auto count on by themselves"));
     letDocumentUndo(*_ui_label);
     letDocumentUndo(*_ui_directoryName);
-    form->addRow(translated("La&bel:"), _ui_label);
+    form->addRow(translated("&Label:"), _ui_label);
     form->addRow(translated("&Top folder:"), _ui_directoryName);
     _ui_nameHint = new QLabel(head);
     _ui_nameHint->setObjectName(QStringLiteral("nameHint"));
@@ -168,6 +169,18 @@ QWidget *PresetEditor::_makeToolBar() {
     }
     row->addStretch(1);
     return bar;
+}
+
+/// As they were made, from the top to the bottom, but the tree's buttons before the tree.
+void PresetEditor::_orderForTabKey(const QWidget &toolBar) {
+    std::vector<QWidget *> order{_ui_try};
+    for (QToolButton *const button : toolBar.findChildren<QToolButton *>()) {
+        order.push_back(button);
+    }
+    order.insert(order.end(), {_ui_tree, _ui_tabs});
+    for (std::size_t i = 1; i < order.size(); ++i) {
+        QWidget::setTabOrder(order[i - 1], order[i]);
+    }
 }
 
 QWidget *PresetEditor::_makeTabs() {
@@ -234,7 +247,7 @@ void PresetEditor::_refreshFields() {
         hintPalette.setColor(QPalette::WindowText, isError ? errorColor(hintPalette) : warningColor(hintPalette));
         hint = textOfProblem(*worst);
     } else {
-        hintPalette.setColor(QPalette::WindowText, hintPalette.color(QPalette::PlaceholderText));
+        hintPalette.setColor(QPalette::WindowText, QtHintColor(hintPalette));
         const QString name = isShown ? QtSingleLine(QtTextOf(_context.preview.nameOf(_preset))) : QString();
         hint = name.isEmpty() ? QString() : translated("Gives: %1").arg(QtIsolated(name));
     }
@@ -242,6 +255,13 @@ void PresetEditor::_refreshFields() {
     _ui_nameHint->setToolTip(hint);
     _ui_nameHint->setAccessibleName(hint);
     _ui_nameHint->setPalette(hintPalette);
+}
+
+void PresetEditor::changeEvent(QEvent *event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && _ui_nameHint != nullptr) {
+        _refreshFields();
+    }
 }
 
 void PresetEditor::_directoryNameEdited(const QString &text) {

@@ -45,11 +45,15 @@ public:
     [[nodiscard]] QByteArray state() const;
     void restoreState(const QByteArray &state);
 
+protected:
+    void changeEvent(QEvent *event) override;
+
 private:
     void historyDidChange() override;
     QWidget *_makeHead();
     QWidget *_makeToolBar();
     QWidget *_makeTabs();
+    void _orderForTabKey(const QWidget &toolBar);
     void _refreshFields();
     void _refresh();
     void _goTo(ItemID item, const QString &key);

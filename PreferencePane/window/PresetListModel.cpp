@@ -40,13 +40,15 @@ QVariant PresetListModel::data(const QModelIndex &index, int role) const {
     if (preset == NoItem) {
         return {};
     }
-    const QString label = QtTextOf(_document.label(preset));
     switch (role) {
-    case Qt::DisplayRole:
-        return label.isEmpty() ? translated("(no name)") : QtSingleLine(label);
+    case Qt::DisplayRole: {
+        const QString title = QtTextOf(_document.title(preset));
+        return title.isEmpty() ? translated("(no name)") : QtSingleLine(title);
+    }
     case Qt::EditRole:
+        return QtTextOf(_document.label(preset));
     case Qt::ToolTipRole:
-        return label;
+        return QtTextOf(_document.title(preset));
     case Qt::DecorationRole: {
         static const QIcon folder = iconFor(Icon::Folder);
         return folder;
@@ -152,7 +154,7 @@ void PresetListModel::itemDidMove(ItemID /*oldParent*/, std::size_t /*from*/, It
 }
 
 void PresetListModel::itemDidChange(ItemID item, std::string_view key) {
-    if (key == "label" && _document.isPreset(item)) {
+    if ((key == "label" || key == "directoryName") && _document.isPreset(item)) {
         const QModelIndex changed = indexOfPreset(item);
         Q_EMIT dataChanged(changed, changed);
     }

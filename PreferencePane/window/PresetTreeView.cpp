@@ -5,6 +5,7 @@
 #include "window/NodeDelegate.h"
 #include "window/Page.h"
 
+#include "platform/qt/QtHintColor.h"
 #include "platform/qt/QtText.h"
 
 #include <QAction>
@@ -30,6 +31,8 @@ namespace orvane {
 namespace {
 
 constexpr std::size_t Last = SIZE_MAX;
+
+constexpr std::array<const char *, 7> LabelNames{"red", "orange", "yellow", "green", "blue", "purple", "gray"};
 
 /// Deeper and larger trees are opened by hand.
 constexpr std::size_t MostRowsOpened = 20000;
@@ -58,12 +61,7 @@ PresetTreeView::PresetTreeView(SettingsContext &context, QWidget *parent)
     header()->setFirstSectionMovable(false);
     header()->setMinimumSectionSize(48);
     header()->setSectionResizeMode(PresetTreeModel::Name, QHeaderView::Stretch);
-    for (const auto &[column, characters] :
-         {std::pair{PresetTreeModel::Label, 11}, std::pair{PresetTreeModel::Permissions, 5}, std::pair{PresetTreeModel::Content, 17}}) {
-        const int width = std::max(header()->sectionSizeHint(column) + 8, characters * fontMetrics().averageCharWidth());
-        header()->resizeSection(column, width);
-        _widths.at(column) = width;
-    }
+    _sizeColumns();
     _makeActions();
     _makeLabelMenu();
     _updateActions();
@@ -72,6 +70,32 @@ PresetTreeView::PresetTreeView(SettingsContext &context, QWidget *parent)
         _updateActions();
         Q_EMIT nodesSelected();
     });
+}
+
+/// The label's column holds the longest of the colours' names with its dot, whatever the language and the letters are.
+void PresetTreeView::_sizeColumns() {
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    option.features |= QStyleOptionViewItem::HasDisplay | QStyleOptionViewItem::HasDecoration;
+    option.decorationAlignment = Qt::AlignCenter;
+    int widest = 0;
+    for (const char *name : LabelNames) {
+        option.text = labelTitle(name);
+        widest = std::max(widest, style()->sizeFromContents(QStyle::CT_ItemViewItem, &option, QSize(), this).width());
+    }
+    const int character = fontMetrics().averageCharWidth();
+    for (const auto &[column, width] : {std::pair{PresetTreeModel::Label, widest}, std::pair{PresetTreeModel::Permissions, 5 * character},
+                                        std::pair{PresetTreeModel::Content, 17 * character}}) {
+        _widths.at(column) = std::max(header()->sectionSizeHint(column) + 8, width);
+        header()->resizeSection(column, _widths.at(column));
+    }
+}
+
+void PresetTreeView::changeEvent(QEvent *event) {
+    QTreeView::changeEvent(event);
+    if ((event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) && _labelMenu != nullptr) {
+        _sizeColumns();
+    }
 }
 
 void PresetTreeView::showPreset(ItemID preset) {
@@ -154,7 +178,7 @@ void PresetTreeView::_makeActions() {
     _actions.newFile = _makeAction(QT_TRANSLATE_NOOP("Orvane", "New F&ile"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F), "newFile",
                                    [this] { addNode(false, true); });
     _actions.addFiles = _makeAction(QT_TRANSLATE_NOOP("Orvane", "&Add Files…"), {}, "addFiles", [this] { _chooseFiles(); });
-    _actions.rename = _makeAction(QT_TRANSLATE_NOOP("Orvane", "&Rename"), QKeySequence(Qt::Key_F2), "renameNode", [this] {
+    _actions.rename = _makeAction(QT_TRANSLATE_NOOP("Orvane", "Rena&me"), QKeySequence(Qt::Key_F2), "renameNode", [this] {
         if (const QModelIndex index = currentIndex(); index.isValid()) {
             edit(index.siblingAtColumn(PresetTreeModel::Name));
         }
@@ -165,12 +189,12 @@ void PresetTreeView::_makeActions() {
     });
     _actions.copy = _makeAction(QT_TRANSLATE_NOOP("Orvane", "&Copy"), QKeySequence::Copy, "copyNodes", [this] { _copy(); });
     _actions.paste = _makeAction(QT_TRANSLATE_NOOP("Orvane", "&Paste"), QKeySequence::Paste, "pasteNodes", [this] { _paste(); });
-    _actions.duplicate = _makeAction(QT_TRANSLATE_NOOP("Orvane", "D&uplicate"), QKeySequence(Qt::CTRL | Qt::Key_D), "duplicateNodes",
+    _actions.duplicate = _makeAction(QT_TRANSLATE_NOOP("Orvane", "Duplicat&e"), QKeySequence(Qt::CTRL | Qt::Key_D), "duplicateNodes",
                                      [this] { _duplicate(); });
     _actions.remove = _makeAction(QT_TRANSLATE_NOOP("Orvane", "&Delete"), QKeySequence(Qt::Key_Delete), "deleteNodes",
                                   [this] { _remove("Delete Items"); });
     _actions.moveUp =
-        _makeAction(QT_TRANSLATE_NOOP("Orvane", "Move &Up"), QKeySequence(Qt::ALT | Qt::Key_Up), "moveUp", [this] { _move(-1); });
+        _makeAction(QT_TRANSLATE_NOOP("Orvane", "Mo&ve Up"), QKeySequence(Qt::ALT | Qt::Key_Up), "moveUp", [this] { _move(-1); });
     _actions.moveDown =
         _makeAction(QT_TRANSLATE_NOOP("Orvane", "Move Do&wn"), QKeySequence(Qt::ALT | Qt::Key_Down), "moveDown", [this] { _move(1); });
     _actions.moveOut = _makeAction(QT_TRANSLATE_NOOP("Orvane", "Move &Out of Its Folder"), QKeySequence(Qt::ALT | Qt::Key_Left), "moveOut",
@@ -186,10 +210,12 @@ void PresetTreeView::_makeActions() {
 
 void PresetTreeView::_makeLabelMenu() {
     _labelMenu = new QMenu(translated("&Label"), this);
-    for (const char *name : {"", "red", "orange", "yellow", "green", "blue", "purple", "gray"}) {
+    const auto add = [this](const char *name) {
         QAction *const action = _labelMenu->addAction(labelIcon(name), labelTitle(name));
         connect(action, &QAction::triggered, this, [this, name] { _context.presets.setColor(selectedNodes(), name); });
-    }
+    };
+    add("");
+    std::for_each(LabelNames.begin(), LabelNames.end(), add);
 }
 
 void PresetTreeView::_updateActions() {
@@ -366,7 +392,7 @@ void PresetTreeView::contextMenuEvent(QContextMenuEvent *event) {
     QAction *const kind = menu.addAction(QString());
     const std::vector<ItemID> nodes = selectedNodes();
     const bool becomesFile = !nodes.empty() && _context.presets.isFolder(nodes.front());
-    kind->setText(becomesFile ? translated("Change to &File") : translated("Change to F&older"));
+    kind->setText(becomesFile ? translated("Chan&ge to File") : translated("Chan&ge to Folder"));
     kind->setEnabled(!nodes.empty());
     connect(kind, &QAction::triggered, this, [this, nodes, becomesFile] { _context.presets.setFolder(nodes, !becomesFile); });
     menu.addActions({_actions.moveUp, _actions.moveDown, _actions.moveOut, _actions.moveIn});
@@ -406,7 +432,7 @@ void PresetTreeView::paintEvent(QPaintEvent *event) {
     const ItemID preset = _model->preset();
     if (preset != NoItem && _context.presets.numberOfChildren(_context.presets.treeOf(preset)) == 0) {
         QPainter painter(viewport());
-        painter.setPen(palette().color(QPalette::PlaceholderText));
+        painter.setPen(QtHintColor(palette(), QPalette::Text, QPalette::Base));
         QRect rect = viewport()->rect().adjusted(24, 40, -24, -12);
         painter.drawText(rect, Qt::AlignHCenter | Qt::AlignVCenter | Qt::TextWordWrap,
                          translated("Nothing in here yet.\nPress Return to add a folder, or drop files and folders here."));

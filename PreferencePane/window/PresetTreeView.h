@@ -63,9 +63,11 @@ protected:
     void startDrag(Qt::DropActions supportedActions) override;
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
     QAction *_makeAction(const char *text, const QKeySequence &shortcut, const char *name, std::function<void()> run);
+    void _sizeColumns();
     void _makeActions();
     void _makeLabelMenu();
     void _updateActions();

@@ -28,8 +28,8 @@ namespace orvane {
 
 PresetsPage::PresetsPage(SettingsContext &context, QWidget *parent)
     : QWidget(parent), _context(context), _model(new PresetListModel(context, this)),
-      _readyMadeMenu(new QMenu(translated("Add &From"), this)), _ui_splitter(new QSplitter(Qt::Horizontal, this)),
-      _ui_right(new QStackedWidget(this)), _ui_editor(new PresetEditor(context, this)) {
+      _readyMadeMenu(new QMenu(translated("Add Fro&m"), this)), _ui_splitter(new QSplitter(Qt::Horizontal, this)),
+      _ui_right(new QStackedWidget(this)) {
     setObjectName(QStringLiteral("presetsPage"));
     connect(_readyMadeMenu, &QMenu::aboutToShow, this, [this] { _fillReadyMadeMenu(); });
     _ui_splitter->setChildrenCollapsible(false);
@@ -38,6 +38,7 @@ PresetsPage::PresetsPage(SettingsContext &context, QWidget *parent)
     _makeActions();
     _ui_splitter->addWidget(_makeList());
     _ui_right->addWidget(_makeEmptyState());
+    _ui_editor = new PresetEditor(context, this); // behind the list, for those who go by the Tab key
     _ui_right->addWidget(_ui_editor);
     _ui_splitter->addWidget(_ui_right);
     _ui_splitter->setStretchFactor(0, 0);
@@ -54,7 +55,10 @@ PresetsPage::PresetsPage(SettingsContext &context, QWidget *parent)
     connect(_model, &QAbstractItemModel::modelReset, this,
             [this] { QMetaObject::invokeMethod(this, &PresetsPage::selectFirst, Qt::QueuedConnection); });
     connect(_model, &PresetListModel::presetsMoved, this, [this](const std::vector<ItemID> &presets) { _select(presets); });
-    connect(_model, &PresetListModel::filesDropped, this, [this](const QStringList &paths, int at) { addPaths(paths, at); });
+    // Later: a question may come up, and the program that the files come from waits until the drop is done.
+    connect(
+        _model, &PresetListModel::filesDropped, this, [this](const QStringList &paths, int at) { addPaths(paths, at); },
+        Qt::QueuedConnection);
     selectFirst();
 }
 
@@ -138,18 +142,19 @@ QWidget *PresetsPage::_makeEmptyState() {
     textRow->addStretch(1);
     textRow->addWidget(text, 100);
     textRow->addStretch(1);
-    auto *const add = new QPushButton(translated("&New Preset"), page);
-    add->setObjectName(QStringLiteral("emptyAdd"));
-    add->setDefault(true);
-    connect(add, &QPushButton::clicked, _actions.add, &QAction::trigger);
+    _ui_emptyAdd = new QPushButton(translated("Ne&w Preset"), page);
+    _ui_emptyAdd->setObjectName(QStringLiteral("emptyAdd"));
+    _ui_emptyAdd->setAutoDefault(true); // Return presses it
+    _ui_emptyAdd->setDefault(true);
+    connect(_ui_emptyAdd, &QPushButton::clicked, _actions.add, &QAction::trigger);
     auto *const from = new QPushButton(translated("&Ready-Made Presets"), page);
     from->setObjectName(QStringLiteral("emptyFrom"));
     from->setMenu(_readyMadeMenu);
-    auto *const folder = new QPushButton(translated("&Import Folder…"), page);
+    auto *const folder = new QPushButton(translated("I&mport Folder…"), page);
     connect(folder, &QPushButton::clicked, _actions.importFolder, &QAction::trigger);
     auto *const buttons = new QHBoxLayout;
     buttons->addStretch(1);
-    for (QPushButton *button : {add, from, folder}) {
+    for (QPushButton *button : {_ui_emptyAdd, from, folder}) {
         buttons->addWidget(button);
     }
     buttons->addStretch(1);
@@ -224,6 +229,7 @@ void PresetsPage::_showCurrent() {
     }
     const ItemID preset = currentPreset();
     _ui_editor->showPreset(preset);
+    _putKeyboard();
     _ui_right->setCurrentIndex(preset == NoItem ? 0 : 1);
     const bool isReadable = _context.store.state() == SettingsStore::State::Loaded;
     auto *const title = _ui_right->widget(0)->findChild<QLabel *>(QStringLiteral("emptyTitle"));
@@ -236,6 +242,18 @@ void PresetsPage::_showCurrent() {
                    : _selected().size() > 1  ? translated("%1 presets are chosen").arg(_selected().size())
                                              : translated("No preset is chosen"));
     _updateActions();
+}
+
+/// Without any preset there is one thing to begin with; once there are some, the keyboard leaves it for the list. To be called before
+/// the button goes out of sight, which would send the keyboard anywhere.
+void PresetsPage::_putKeyboard() {
+    const QWidget *const focused = window()->focusWidget();
+    const bool isInvited = _model->rowCount() == 0 && _context.store.state() == SettingsStore::State::Loaded;
+    if (isInvited && (focused == nullptr || isAncestorOf(focused))) {
+        _ui_emptyAdd->setFocus(Qt::OtherFocusReason);
+    } else if (!isInvited && (focused == nullptr || focused == _ui_emptyAdd)) {
+        _ui_list->setFocus(Qt::OtherFocusReason);
+    }
 }
 
 void PresetsPage::_updateActions() {

@@ -7,6 +7,7 @@
 class QAction;
 class QListView;
 class QMenu;
+class QPushButton;
 class QSplitter;
 class QStackedWidget;
 
@@ -72,6 +73,7 @@ private:
     void _addPath(const QString &path, std::size_t index);
     void _showCurrent();
     void _updateActions();
+    void _putKeyboard();
     [[nodiscard]] std::vector<ItemID> _selected() const;
     void _select(const std::vector<ItemID> &presets);
 
@@ -82,7 +84,8 @@ private:
     QListView *_ui_list = nullptr;
     QSplitter *_ui_splitter;
     QStackedWidget *_ui_right;
-    PresetEditor *_ui_editor;
+    PresetEditor *_ui_editor = nullptr;
+    QPushButton *_ui_emptyAdd = nullptr;
 };
 
 } // namespace orvane

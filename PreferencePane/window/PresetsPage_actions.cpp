@@ -1,6 +1,7 @@
 #include "window/PresetsPage.h"
 
 #include "window/DraggedPresets.h"
+#include "window/FolderContents.h"
 #include "window/Icons.h"
 #include "window/LastFolder.h"
 #include "window/Page.h"
@@ -136,9 +137,13 @@ void PresetsPage::_addPath(const QString &path, std::size_t index) {
     std::optional<IncomingPreset> incoming;
     const bool isFolder = QFileInfo(path).isDir();
     if (isFolder) {
+        const FolderTaking taking = takingOfFolder(path, this);
+        if (taking == FolderTaking::Nothing) {
+            return;
+        }
         FolderImportRequest request;
         request.folder = pathOf(path);
-        request.withContent = true;
+        request.withContent = taking == FolderTaking::WithContents;
         incoming = _context.contents.importFolder(request, problem);
     } else {
         incoming = _context.contents.readPresetFile(pathOf(path), problem);
@@ -154,7 +159,9 @@ void PresetsPage::_addPath(const QString &path, std::size_t index) {
         notes.append(QtSingleLine(translatedSentence(warning)));
     }
     if (!incoming->script.empty()) {
-        notes.append(translated("It brings a script along, “%1”, which will run after each creation.").arg(QtTextOf(incoming->script)));
+        const QString title = QtTextOf(_context.presets.title(made));
+        notes.append(translated("“%1” brings a script along, “%2”, which will run after each creation.")
+                         .arg(QtIsolated(QtSingleLine(title)), QtIsolated(QtSingleLine(QtTextOf(incoming->script)))));
     }
     if (!notes.isEmpty()) {
         _context.showMessage(notes.mid(0, 4).join(u'\n'), !incoming->warnings.empty());
@@ -176,7 +183,7 @@ void PresetsPage::_exportFile() {
         return;
     }
     QString path = QFileDialog::getSaveFileName(this, translated("Export Preset"),
-                                                LastFolder::path() + u'/' + fileNameOfPreset(QtTextOf(_context.presets.label(preset))),
+                                                LastFolder::path() + u'/' + fileNameOfPreset(QtTextOf(_context.presets.title(preset))),
                                                 translated("Orvane presets (*.orvpreset)"));
     LastFolder::note(path);
     if (path.isEmpty()) {

@@ -69,7 +69,8 @@ QString ProblemsPanel::_place(const DocumentProblem &problem) const {
     }
     QStringList names;
     for (ItemID item = problem.item; document.isNode(item) && names.size() < 4; item = document.parentOf(item)) {
-        names.prepend(QtSingleLine(QtTextOf(document.filename(item))));
+        const QString name = QtSingleLine(QtTextOf(document.filename(item)));
+        names.prepend(name.isEmpty() ? translated("(no name)") : name);
     }
     return names.join(QStringLiteral(" › "));
 }

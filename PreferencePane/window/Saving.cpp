@@ -196,7 +196,7 @@ void Saving::_show(Task task, SettingsStore::Outcome outcome) {
     case Outcome::Failed:
         _bars.file.say(MessageBar::Kind::Error,
                        translated("Your changes are not saved. %1").arg(translatedSentence(_context.store.problem())),
-                       {{translated("&Try Again"), [this] { static_cast<void>(saveNow()); }, "trySavingAgain"}}, false);
+                       {{translated("Try Aga&in"), [this] { static_cast<void>(saveNow()); }, "trySavingAgain"}}, false);
         break;
     }
     if (isReadable() != _wasReadable) {
@@ -221,7 +221,7 @@ void Saving::_showUnreadable() {
     };
     _bars.file.say(
         MessageBar::Kind::Error, text,
-        {{translated("Show in &Folder"), openFolder, "showUnreadable"}, {translated("&Read Again"), [this] { lookAgain(); }, "readAgain"}},
+        {{translated("Show in &Folder"), openFolder, "showUnreadable"}, {translated("Read A&gain"), [this] { lookAgain(); }, "readAgain"}},
         false);
 }
 
@@ -259,8 +259,8 @@ void Saving::_askConflict(std::size_t number) {
         return;
     }
     std::vector<MessageBar::Choice> choices{
-        {translated("Keep &Mine"), [this, number] { _decide(number, MergeSide::Mine, false); }, "keepMine"},
-        {translated("Take &Theirs"), [this, number] { _decide(number, MergeSide::Theirs, false); }, "takeTheirs"}};
+        {translated("Keep Mi&ne"), [this, number] { _decide(number, MergeSide::Mine, false); }, "keepMine"},
+        {translated("Take T&heirs"), [this, number] { _decide(number, MergeSide::Theirs, false); }, "takeTheirs"}};
     if (conflicts.size() - number > 1) {
         choices.push_back({translated("Keep All Mine"), [this, number] { _decide(number, MergeSide::Mine, true); }, "keepAllMine"});
     }
@@ -297,7 +297,7 @@ void Saving::_offerRecovery() {
         _offerRecovery();
     };
     _bars.recovery.say(MessageBar::Kind::Note, translated("The program ended before it could save your last changes."),
-                       {{translated("&Restore Changes"), restore, "restoreEdits"}, {translated("&Discard Them"), discard, "discardEdits"}},
+                       {{translated("Restore Chan&ges"), restore, "restoreEdits"}, {translated("&Discard Them"), discard, "discardEdits"}},
                        false);
 }
 

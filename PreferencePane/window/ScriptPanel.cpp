@@ -1,6 +1,7 @@
 #include "window/ScriptPanel.h"
 
 #include "window/ElidedLabel.h"
+#include "window/Hints.h"
 #include "window/Icons.h"
 #include "window/Page.h"
 #include "window/ProblemText.h"
@@ -47,9 +48,9 @@ QString draggedFile(const QMimeData &data) {
 ScriptPanel::ScriptPanel(SettingsContext &context, QWidget *parent)
     : QWidget(parent), _context(context), _trial(this), _ui_name(new ElidedLabel(this)),
       _ui_choose(new QPushButton(translated("&Choose…"), this)), _ui_open(new QPushButton(translated("&Open"), this)),
-      _ui_remove(new QPushButton(translated("&Remove from Preset"), this)),
+      _ui_remove(new QPushButton(translated("Re&move from Preset"), this)),
       _ui_problem(new InlineMessage(QStringLiteral("scriptProblem"), this)),
-      _ui_makeExecutable(new QPushButton(translated("Make &Executable"), this)), _ui_test(new QPushButton(this)),
+      _ui_makeExecutable(new QPushButton(translated("Make E&xecutable"), this)), _ui_test(new QPushButton(this)),
       _ui_showFolder(new QPushButton(translated("Show &Folder"), this)),
       _ui_result(new InlineMessage(QStringLiteral("scriptResult"), this)), _ui_output(new QPlainTextEdit(this)) {
     setObjectName(QStringLiteral("scriptPanel"));
@@ -203,7 +204,7 @@ void ScriptPanel::_refresh() {
     const bool isThere = hasScript && file.isFile();
     const bool isExecutable = isThere && file.isExecutable();
     _ui_name->setText(hasScript ? QtSingleLine(QtTextOf(script)) : translated("None"));
-    _ui_name->setForegroundRole(hasScript ? QPalette::WindowText : QPalette::PlaceholderText);
+    showAsHint(*_ui_name, !hasScript);
     _ui_name->setToolTip(hasScript ? file.filePath() : QString());
     _ui_choose->setEnabled(_isEditable());
     _ui_open->setEnabled(isThere);
@@ -281,6 +282,7 @@ void ScriptPanel::_startTest() {
     }
     _ui_output->clear();
     _ui_result->clear();
+    _tested = _preset;
     TrialRequest request;
     request.preset = _context.presets.record(_preset);
     request.rows = _context.preview.rowsOfPreset(_preset);
@@ -289,6 +291,9 @@ void ScriptPanel::_startTest() {
 }
 
 void ScriptPanel::_append(const QString &text, bool isError) {
+    if (_tested != _preset) {
+        return; // another preset's last words
+    }
     _ui_output->show();
     QTextCursor end(_ui_output->document());
     end.movePosition(QTextCursor::End);
@@ -301,6 +306,9 @@ void ScriptPanel::_append(const QString &text, bool isError) {
 }
 
 void ScriptPanel::_testEnded(const ScriptTrial::Result &result) {
+    if (_tested != _preset) {
+        return;
+    }
     const QString seconds = QLocale().toString(static_cast<double>(result.duration.count()) / 1000.0, 'f', 2);
     using Kind = InlineMessage::Kind;
     switch (result.end) {
@@ -336,10 +344,12 @@ void ScriptPanel::_testEnded(const ScriptTrial::Result &result) {
 void ScriptPanel::_refreshTest() {
     const bool tests = isTesting();
     const QFileInfo file(_path());
-    _ui_test->setText(tests ? translated("S&top") : translated("&Test Run"));
+    _ui_test->setText(tests ? translated("&Stop") : translated("Te&st Run"));
     _ui_test->setEnabled(tests || (!_script().empty() && file.isFile() && file.isExecutable()));
-    _ui_showFolder->setVisible(!tests && !_trial.folder().isEmpty());
-    if (_trial.state() == ScriptTrial::State::Making) {
+    _ui_showFolder->setVisible(!tests && _tested == _preset && !_trial.folder().isEmpty());
+    if (_tested != _preset) {
+        // nothing to say of another preset's
+    } else if (_trial.state() == ScriptTrial::State::Making) {
         _ui_result->say(InlineMessage::Kind::Hint, translated("Making a folder for the test…"));
     } else if (tests) {
         const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(_trial.elapsed()).count();

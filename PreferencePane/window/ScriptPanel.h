@@ -63,6 +63,7 @@ private:
 
     SettingsContext &_context;
     ItemID _preset = NoItem;
+    ItemID _tested = NoItem; ///< the preset that the last test was of
     ScriptTrial _trial;
     QTimer _seconds;
     class ElidedLabel *_ui_name;

@@ -2,6 +2,7 @@
 
 #include "window/CountersPage.h"
 #include "window/GeneralPage.h"
+#include "window/Hints.h"
 #include "window/Icons.h"
 #include "window/MessageBar.h"
 #include "window/Page.h"
@@ -30,6 +31,9 @@
 #include <QVBoxLayout>
 
 #include <array>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace orvane {
 
@@ -43,6 +47,9 @@ QScrollArea *scrolled(QWidget *page, QWidget *parent) {
     area->setWidget(page);
     return area;
 }
+
+/// What the store calls the step in which it takes over what another program has changed.
+constexpr std::string_view ByOthers = QT_TRANSLATE_NOOP("Orvane", "Changes by Another Program");
 
 /// Files and folders of this computer.
 QStringList localPaths(const QMimeData &data) {
@@ -61,6 +68,7 @@ SettingsWindow::SettingsWindow(SettingsContext &context, QWidget *parent)
     : QMainWindow(parent), _context(context), _ui_sections(new QToolBar(this)), _sections(new QActionGroup(this)),
       _ui_pages(new QStackedWidget), _ui_fileBar(new MessageBar(this)), _ui_conflictBar(new MessageBar(this)),
       _ui_recoveryBar(new MessageBar(this)), _ui_messageBar(new MessageBar(this)) {
+    new ReadablePlaceholders(this);
     _context.showMessage = [this](const QString &text, bool isProblem) { _say(text, isProblem); };
     _context.resourcesDidChange = [this] { _ui_presets->editor().checkAgain(); };
     setObjectName(QStringLiteral("settingsWindow"));
@@ -153,17 +161,11 @@ void SettingsWindow::_makeActions() {
     _undo = new QAction(iconFor(Icon::Undo), translated("&Undo"), this);
     _undo->setObjectName(QStringLiteral("undo"));
     _undo->setShortcut(QKeySequence::Undo);
-    connect(_undo, &QAction::triggered, this, [this] {
-        _finishEditing();
-        _context.history.undo();
-    });
+    connect(_undo, &QAction::triggered, this, [this] { _undoStep(); });
     _redo = new QAction(iconFor(Icon::Redo), translated("&Redo"), this);
     _redo->setObjectName(QStringLiteral("redo"));
     _redo->setShortcuts({QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});
-    connect(_redo, &QAction::triggered, this, [this] {
-        _finishEditing();
-        _context.history.redo();
-    });
+    connect(_redo, &QAction::triggered, this, [this] { _redoStep(); });
 }
 
 void SettingsWindow::_makeMenus() {
@@ -241,6 +243,37 @@ void SettingsWindow::historyDidChange() {
     _mayLoseEdits = false;
 }
 
+/// What another program has changed is no edit of the user's, and goes from the disk with the next saving: never without a word.
+void SettingsWindow::_undoStep() {
+    _finishEditing();
+    const bool isOfOthers = _context.history.undoName() == ByOthers;
+    std::vector<std::pair<ItemID, QString>> presets;
+    for (std::size_t i = 0; isOfOthers && i < _context.presets.numberOfPresets(); ++i) {
+        const ItemID preset = _context.presets.presetAt(i);
+        presets.emplace_back(preset, QtIsolated(QtSingleLine(QtTextOf(_context.presets.title(preset)))));
+    }
+    _context.history.undo();
+    if (!isOfOthers) {
+        return;
+    }
+    std::erase_if(presets, [this](const auto &each) { return _context.presets.contains(each.first); });
+    QString text = translated("What another program had changed is undone, too. Redo brings it back.");
+    if (presets.size() == 1) {
+        text = translated("“%1” was added by another program and is taken away again. Redo brings it back.").arg(presets.front().second);
+    } else if (presets.size() > 1) {
+        text = translated("%1 presets were added by another program and are taken away again. Redo brings them back.").arg(presets.size());
+    }
+    _say(text, true);
+}
+
+void SettingsWindow::_redoStep() {
+    _finishEditing();
+    if (_context.history.redoName() == ByOthers) {
+        _ui_messageBar->clear(); // which says that this would help
+    }
+    _context.history.redo();
+}
+
 /// What is being typed into a cell counts as typed.
 void SettingsWindow::_finishEditing() {
     if (QWidget *const field = QApplication::focusWidget(); field != nullptr && field->objectName() == u"cellEditor") {
@@ -310,7 +343,9 @@ void SettingsWindow::dragEnterEvent(QDragEnterEvent *event) {
 void SettingsWindow::dropEvent(QDropEvent *event) {
     event->setDropAction(Qt::CopyAction);
     event->accept();
-    openPaths(localPaths(*event->mimeData()));
+    // Later: a question may come up, and the program that the files come from waits until the drop is done.
+    QMetaObject::invokeMethod(
+        this, [this, paths = localPaths(*event->mimeData())] { openPaths(paths); }, Qt::QueuedConnection);
 }
 
 } // namespace orvane

@@ -49,6 +49,8 @@ private:
     void _restoreGeometry();
     void _storeGeometry() const;
     void _finishEditing();
+    void _undoStep();
+    void _redoStep();
     [[nodiscard]] QString _stateFile() const;
 
     SettingsContext &_context;

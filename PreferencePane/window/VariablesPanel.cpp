@@ -1,5 +1,6 @@
 #include "window/VariablesPanel.h"
 
+#include "window/Hints.h"
 #include "window/Icons.h"
 #include "window/Page.h"
 
@@ -60,8 +61,9 @@ VariablesPanel::VariablesPanel(SettingsContext &context, QWidget *parent)
     options->setContentsMargins(PageMargin, 4, PageMargin, 8);
     options->addWidget(_ui_all);
     auto *const hint = new QLabel(translated("F2 or a double click renames a variable wherever it is used."), this);
+    hint->setObjectName(QStringLiteral("renamingHint"));
     hint->setWordWrap(true);
-    hint->setForegroundRole(QPalette::PlaceholderText);
+    showAsHint(*hint);
     options->addWidget(hint);
     column->addWidget(_ui_tree, 1);
     options->addLayout(_makeFieldsForNewOne());
@@ -91,7 +93,7 @@ QLayout *VariablesPanel::_makeFieldsForNewOne() {
     _ui_name->setObjectName(QStringLiteral("nameOfVariable"));
     _ui_make->setObjectName(QStringLiteral("makeVariable"));
     form->addRow(translated("Te&xt in names:"), _ui_text);
-    form->addRow(translated("B&ecomes:"), _ui_name);
+    form->addRow(translated("&Becomes:"), _ui_name);
     form->addRow(_ui_make);
     for (QLineEdit *const field : {_ui_text, _ui_name}) {
         connect(field, &QLineEdit::textChanged, this, &VariablesPanel::_enableMaking);
@@ -165,7 +167,7 @@ void VariablesPanel::showPreset(ItemID preset) {
 
 QString VariablesPanel::_nameOfUse(ItemID item) const {
     const PresetDocument &document = _context.presets;
-    const QString label = QtTextOf(document.label(document.presetOf(item)));
+    const QString label = QtSingleLine(QtTextOf(document.title(document.presetOf(item))));
     if (document.isPreset(item)) {
         return _ui_all->isChecked() ? translated("%1: top folder").arg(label) : translated("Top folder");
     }

@@ -55,7 +55,7 @@
     </message>
     <message>
         <location filename="../../PreferencePane/window/CountersPage.cpp"/>
-        <source>&amp;Delete</source>
+        <source>De&amp;lete</source>
         <translation>&amp;Löschen</translation>
     </message>
     <message>
@@ -109,19 +109,44 @@
         <translation>Die Vorlage kann nicht exportiert werden: %1</translation>
     </message>
     <message>
-        <location filename="../../PreferencePane/window/GeneralPage.cpp"/>
-        <source>Show in the &amp;menu bar</source>
-        <translation>In der &amp;Menüleiste anzeigen</translation>
+        <location filename="../../PreferencePane/window/FolderContents.cpp"/>
+        <source>Import Folder</source>
+        <translation>Ordner importieren</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/FolderContents.cpp"/>
+        <source>Files in “%1”: %2, with %3 MB in all.</source>
+        <translation>Dateien in „%1“: %2, zusammen %3 MB.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/FolderContents.cpp"/>
+        <source>Their contents can be copied, so that new folders get them, too. With the names only, new files are empty.</source>
+        <translation>Ihre Inhalte können kopiert werden, sodass auch neue Ordner sie bekommen. Nur mit den Namen sind neue Dateien leer.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/FolderContents.cpp"/>
+        <source>Copy C&amp;ontents</source>
+        <translation>Inhalte &amp;kopieren</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/FolderContents.cpp"/>
+        <source>&amp;Names Only</source>
+        <translation>Nur &amp;Namen</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/GeneralPage.cpp"/>
-        <source>Start at &amp;login</source>
-        <translation>Beim Anme&amp;lden starten</translation>
+        <source>Show in the &amp;menu bar</source>
+        <translation>In der Menü&amp;leiste anzeigen</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/GeneralPage.cpp"/>
+        <source>Start &amp;at login</source>
+        <translation>Beim Anmel&amp;den starten</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/GeneralPage.cpp"/>
         <source>&amp;Shortcut:</source>
-        <translation>Ta&amp;stenkürzel:</translation>
+        <translation>Tas&amp;tenkürzel:</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/GeneralPage.cpp"/>
@@ -180,7 +205,7 @@
     </message>
     <message>
         <location filename="../../PreferencePane/window/GeneralPage.cpp"/>
-        <source>Lo&amp;g:</source>
+        <source>&amp;Log:</source>
         <translation>P&amp;rotokoll:</translation>
     </message>
     <message>
@@ -370,8 +395,8 @@
     </message>
     <message>
         <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
-        <source>C&amp;hoose…</source>
-        <translation>&amp;Wählen …</translation>
+        <source>&amp;Choose…</source>
+        <translation>&amp;Wählen …</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
@@ -431,21 +456,21 @@
     <message>
         <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
         <source>&amp;Kind:</source>
-        <translation>&amp;Art:</translation>
+        <translation>Ar&amp;t:</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
-        <source>La&amp;bel colour:</source>
+        <source>Label col&amp;our:</source>
         <translation>&amp;Etikettfarbe:</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
         <source>Per&amp;missions:</source>
-        <translation>&amp;Rechte:</translation>
+        <translation>Re&amp;chte:</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
-        <source>Conten&amp;t file:</source>
+        <source>Content &amp;file:</source>
         <translation>&amp;Inhaltsdatei:</translation>
     </message>
     <message>
@@ -510,8 +535,8 @@
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetEditor.cpp"/>
-        <source>La&amp;bel:</source>
-        <translation>&amp;Bezeichnung:</translation>
+        <source>&amp;Label:</source>
+        <translation>Be&amp;zeichnung:</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetEditor.cpp"/>
@@ -611,7 +636,7 @@
     <message>
         <location filename="../../PreferencePane/window/PresetTreeView.cpp"/>
         <source>&amp;Label</source>
-        <translation>&amp;Etikett</translation>
+        <translation>Et&amp;ikett</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetTreeView.cpp"/>
@@ -630,13 +655,13 @@
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetTreeView.cpp"/>
-        <source>Change to &amp;File</source>
-        <translation>In &amp;Datei umwandeln</translation>
+        <source>Chan&amp;ge to File</source>
+        <translation>In Datei um&amp;wandeln</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetTreeView.cpp"/>
-        <source>Change to F&amp;older</source>
-        <translation>In &amp;Ordner umwandeln</translation>
+        <source>Chan&amp;ge to Folder</source>
+        <translation>In Ordner um&amp;wandeln</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetTreeView.cpp"/>
@@ -662,7 +687,7 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetTreeView.cpp"/>
-        <source>&amp;Rename</source>
+        <source>Rena&amp;me</source>
         <translation>&amp;Umbenennen</translation>
     </message>
     <message>
@@ -677,23 +702,28 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetTreeView.cpp"/>
-        <source>D&amp;uplicate</source>
+        <source>Duplicat&amp;e</source>
         <translation>Du&amp;plizieren</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetTreeView.cpp"/>
-        <source>Move &amp;Up</source>
-        <translation>Nach &amp;oben</translation>
+        <source>&amp;Delete</source>
+        <translation>&amp;Löschen</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/PresetTreeView.cpp"/>
+        <source>Mo&amp;ve Up</source>
+        <translation>Nach o&amp;ben</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetTreeView.cpp"/>
         <source>Move Do&amp;wn</source>
-        <translation>Nach &amp;unten</translation>
+        <translation>Nach un&amp;ten</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetTreeView.cpp"/>
         <source>Move &amp;Out of Its Folder</source>
-        <translation>Aus dem Ordner he&amp;raus</translation>
+        <translation>Aus dem Ordner herau&amp;s</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetTreeView.cpp"/>
@@ -702,7 +732,7 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetsPage.cpp"/>
-        <source>Add &amp;From</source>
+        <source>Add Fro&amp;m</source>
         <translation>Hinzufügen &amp;aus</translation>
     </message>
     <message>
@@ -727,8 +757,8 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetsPage.cpp"/>
-        <source>&amp;New Preset</source>
-        <translation>&amp;Neue Vorlage</translation>
+        <source>Ne&amp;w Preset</source>
+        <translation>Neue Vorla&amp;ge</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetsPage.cpp"/>
@@ -737,8 +767,8 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetsPage.cpp"/>
-        <source>&amp;Import Folder…</source>
-        <translation>Ordner &amp;importieren …</translation>
+        <source>I&amp;mport Folder…</source>
+        <translation>Ordner &amp;importieren …</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetsPage.cpp"/>
@@ -767,11 +797,6 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetsPage_actions.cpp"/>
-        <source>Import Folder</source>
-        <translation>Ordner importieren</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/PresetsPage_actions.cpp"/>
         <source>Add Preset File</source>
         <translation>Vorlagendatei hinzufügen</translation>
     </message>
@@ -782,8 +807,8 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetsPage_actions.cpp"/>
-        <source>It brings a script along, “%1”, which will run after each creation.</source>
-        <translation>Sie bringt ein Skript mit, „%1“, das nach jedem Anlegen ausgeführt wird.</translation>
+        <source>“%1” brings a script along, “%2”, which will run after each creation.</source>
+        <translation>„%1“ bringt ein Skript mit, „%2“, das nach jedem Anlegen läuft.</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetsPage_actions.cpp"/>
@@ -802,13 +827,28 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetsPage_actions.cpp"/>
-        <source>&amp;Duplicate</source>
-        <translation>&amp;Duplizieren</translation>
+        <source>&amp;New Preset</source>
+        <translation>&amp;Neue Vorlage</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetsPage_actions.cpp"/>
-        <source>De&amp;lete</source>
-        <translation>Lö&amp;schen</translation>
+        <source>&amp;Rename</source>
+        <translation>&amp;Umbenennen</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/PresetsPage_actions.cpp"/>
+        <source>&amp;Duplicate</source>
+        <translation>Du&amp;plizieren</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/PresetsPage_actions.cpp"/>
+        <source>Move &amp;Up</source>
+        <translation>Nach &amp;oben</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/PresetsPage_actions.cpp"/>
+        <source>&amp;Import Folder…</source>
+        <translation>Ordner &amp;importieren …</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetsPage_actions.cpp"/>
@@ -818,12 +858,12 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
     <message>
         <location filename="../../PreferencePane/window/PresetsPage_actions.cpp"/>
         <source>&amp;Export…</source>
-        <translation>&amp;Exportieren …</translation>
+        <translation>&amp;Exportieren …</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetsPage_actions.cpp"/>
         <source>&amp;Try It</source>
-        <translation>&amp;Ausprobieren</translation>
+        <translation>Ausp&amp;robieren</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PreviewPanel.cpp"/>
@@ -907,8 +947,8 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
     </message>
     <message>
         <location filename="../../PreferencePane/window/Saving.cpp"/>
-        <source>&amp;Try Again</source>
-        <translation>&amp;Erneut versuchen</translation>
+        <source>Try Aga&amp;in</source>
+        <translation>Erne&amp;ut versuchen</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Saving.cpp"/>
@@ -917,7 +957,7 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
     </message>
     <message>
         <location filename="../../PreferencePane/window/Saving.cpp"/>
-        <source>&amp;Read Again</source>
+        <source>Read A&amp;gain</source>
         <translation>&amp;Neu einlesen</translation>
     </message>
     <message>
@@ -952,13 +992,13 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
     </message>
     <message>
         <location filename="../../PreferencePane/window/Saving.cpp"/>
-        <source>Keep &amp;Mine</source>
+        <source>Keep Mi&amp;ne</source>
         <translation>&amp;Meine behalten</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Saving.cpp"/>
-        <source>Take &amp;Theirs</source>
-        <translation>&amp;Fremde übernehmen</translation>
+        <source>Take T&amp;heirs</source>
+        <translation>Fremde überne&amp;hmen</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Saving.cpp"/>
@@ -977,18 +1017,13 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
     </message>
     <message>
         <location filename="../../PreferencePane/window/Saving.cpp"/>
-        <source>&amp;Restore Changes</source>
-        <translation>Änderungen &amp;wiederherstellen</translation>
+        <source>Restore Chan&amp;ges</source>
+        <translation>Änderungen wiederher&amp;stellen</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Saving.cpp"/>
         <source>&amp;Discard Them</source>
-        <translation>&amp;Verwerfen</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/ScriptPanel.cpp"/>
-        <source>&amp;Choose…</source>
-        <translation>&amp;Wählen …</translation>
+        <translation>Verwerfe&amp;n</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/ScriptPanel.cpp"/>
@@ -997,18 +1032,18 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
     </message>
     <message>
         <location filename="../../PreferencePane/window/ScriptPanel.cpp"/>
-        <source>&amp;Remove from Preset</source>
+        <source>Re&amp;move from Preset</source>
         <translation>Aus der Vorlage &amp;entfernen</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/ScriptPanel.cpp"/>
-        <source>Make &amp;Executable</source>
-        <translation>Aus&amp;führbar machen</translation>
+        <source>Make E&amp;xecutable</source>
+        <translation>Ausführbar ma&amp;chen</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/ScriptPanel.cpp"/>
         <source>Show &amp;Folder</source>
-        <translation>O&amp;rdner anzeigen</translation>
+        <translation>Or&amp;dner anzeigen</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/ScriptPanel.cpp"/>
@@ -1107,12 +1142,12 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
     </message>
     <message>
         <location filename="../../PreferencePane/window/ScriptPanel.cpp"/>
-        <source>S&amp;top</source>
-        <translation>An&amp;halten</translation>
+        <source>&amp;Stop</source>
+        <translation>Anhal&amp;ten</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/ScriptPanel.cpp"/>
-        <source>&amp;Test Run</source>
+        <source>Te&amp;st Run</source>
         <translation>&amp;Testlauf</translation>
     </message>
     <message>
@@ -1428,7 +1463,7 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
     <message>
         <location filename="../../PreferencePane/window/SettingsWindow.cpp"/>
         <source>&amp;Close</source>
-        <translation>&amp;Schließen</translation>
+        <translation>S&amp;chließen</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/SettingsWindow.cpp"/>
@@ -1442,6 +1477,21 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
     </message>
     <message>
         <location filename="../../PreferencePane/window/SettingsWindow.cpp"/>
+        <source>What another program had changed is undone, too. Redo brings it back.</source>
+        <translation>Was ein anderes Programm geändert hatte, ist jetzt auch rückgängig gemacht. „Wiederholen“ bringt es zurück.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/SettingsWindow.cpp"/>
+        <source>“%1” was added by another program and is taken away again. Redo brings it back.</source>
+        <translation>„%1“, von einem anderen Programm hinzugefügt, ist jetzt wieder entfernt. „Wiederholen“ bringt die Vorlage zurück.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/SettingsWindow.cpp"/>
+        <source>%1 presets were added by another program and are taken away again. Redo brings them back.</source>
+        <translation>%1 Vorlagen, von einem anderen Programm hinzugefügt, sind jetzt wieder entfernt. „Wiederholen“ bringt sie zurück.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/SettingsWindow.cpp"/>
         <source>Another program holds the preferences. This window closes as soon as your changes are saved. Close it once more to be offered them at the next start.</source>
         <translation>Ein anderes Programm hält die Einstellungen fest. Dieses Fenster schließt sich, sobald Ihre Änderungen gespeichert sind. Schließen Sie es noch einmal, um sie beim nächsten Start angeboten zu bekommen.</translation>
     </message>
@@ -1449,6 +1499,11 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
         <location filename="../../PreferencePane/window/SettingsWindow.cpp"/>
         <source>Your last changes can be stored nowhere. Close once more to give them up.</source>
         <translation>Ihre letzten Änderungen können nirgends gesichert werden. Schließen Sie noch einmal, um sie aufzugeben.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/SettingsWindow.cpp"/>
+        <source>Changes by Another Program</source>
+        <translation>Änderungen eines anderen Programms</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/SettingsWindow.cpp"/>
@@ -1468,12 +1523,12 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
     <message>
         <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
         <source>Variables of &amp;all presets</source>
-        <translation>Variablen &amp;aller Vorlagen</translation>
+        <translation>Variablen a&amp;ller Vorlagen</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
         <source>&amp;Make Variable</source>
-        <translation>Variable &amp;anlegen</translation>
+        <translation>Variable anle&amp;gen</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
@@ -1507,7 +1562,7 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
     </message>
     <message>
         <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
-        <source>B&amp;ecomes:</source>
+        <source>&amp;Becomes:</source>
         <translation>&amp;Wird zu:</translation>
     </message>
     <message>
@@ -1694,6 +1749,11 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
         <location filename="../../HelperSource/platform/qt/QtAlerts.cpp"/>
         <source>OK</source>
         <translation>OK</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtFolderNameView.cpp"/>
+        <source>in %1</source>
+        <translation>in %1</translation>
     </message>
     <message>
         <location filename="../../HelperSource/platform/qt/QtFolderNameView.cpp"/>

@@ -55,13 +55,13 @@
     </message>
     <message>
         <location filename="../../PreferencePane/window/CountersPage.cpp"/>
-        <source>&amp;Delete</source>
-        <translation>&amp;Supprimer</translation>
+        <source>De&amp;lete</source>
+        <translation>Su&amp;pprimer</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/CountersPage.cpp"/>
         <source>&amp;Edit</source>
-        <translation>&amp;Modifier</translation>
+        <translation>Mod&amp;ifier</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/CountersPage.cpp"/>
@@ -109,19 +109,44 @@
         <translation>Le modèle ne peut pas être exporté : %1</translation>
     </message>
     <message>
-        <location filename="../../PreferencePane/window/GeneralPage.cpp"/>
-        <source>Show in the &amp;menu bar</source>
-        <translation>Afficher dans la barre de &amp;menus</translation>
+        <location filename="../../PreferencePane/window/FolderContents.cpp"/>
+        <source>Import Folder</source>
+        <translation>Importer un dossier</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/FolderContents.cpp"/>
+        <source>Files in “%1”: %2, with %3 MB in all.</source>
+        <translation>Fichiers dans « %1 » : %2, en tout %3 Mo.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/FolderContents.cpp"/>
+        <source>Their contents can be copied, so that new folders get them, too. With the names only, new files are empty.</source>
+        <translation>Leur contenu peut être copié pour que les nouveaux dossiers l’obtiennent aussi. Avec les noms seuls, les nouveaux fichiers sont vides.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/FolderContents.cpp"/>
+        <source>Copy C&amp;ontents</source>
+        <translation>Copier le c&amp;ontenu</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/FolderContents.cpp"/>
+        <source>&amp;Names Only</source>
+        <translation>Noms &amp;seulement</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/GeneralPage.cpp"/>
-        <source>Start at &amp;login</source>
+        <source>Show in the &amp;menu bar</source>
+        <translation>Afficher dans la barre de men&amp;us</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/GeneralPage.cpp"/>
+        <source>Start &amp;at login</source>
         <translation>&amp;Lancer à l’ouverture de session</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/GeneralPage.cpp"/>
         <source>&amp;Shortcut:</source>
-        <translation>&amp;Raccourci :</translation>
+        <translation>&amp;Raccourci :</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/GeneralPage.cpp"/>
@@ -180,8 +205,8 @@
     </message>
     <message>
         <location filename="../../PreferencePane/window/GeneralPage.cpp"/>
-        <source>Lo&amp;g:</source>
-        <translation>&amp;Journal :</translation>
+        <source>&amp;Log:</source>
+        <translation>&amp;Journal :</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/GeneralPage.cpp"/>
@@ -370,7 +395,7 @@
     </message>
     <message>
         <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
-        <source>C&amp;hoose…</source>
+        <source>&amp;Choose…</source>
         <translation>C&amp;hoisir…</translation>
     </message>
     <message>
@@ -431,22 +456,22 @@
     <message>
         <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
         <source>&amp;Kind:</source>
-        <translation>T&amp;ype :</translation>
+        <translation>&amp;Type :</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
-        <source>La&amp;bel colour:</source>
-        <translation>Couleur d’&amp;étiquette :</translation>
+        <source>Label col&amp;our:</source>
+        <translation>&amp;Couleur d’étiquette :</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
         <source>Per&amp;missions:</source>
-        <translation>&amp;Droits :</translation>
+        <translation>&amp;Droits :</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
-        <source>Conten&amp;t file:</source>
-        <translation>Fichier de conten&amp;u :</translation>
+        <source>Content &amp;file:</source>
+        <translation>Fichier de conten&amp;u :</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/ItemPanel.cpp"/>
@@ -510,8 +535,8 @@
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetEditor.cpp"/>
-        <source>La&amp;bel:</source>
-        <translation>&amp;Libellé :</translation>
+        <source>&amp;Label:</source>
+        <translation>&amp;Libellé :</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetEditor.cpp"/>
@@ -611,7 +636,7 @@
     <message>
         <location filename="../../PreferencePane/window/PresetTreeView.cpp"/>
         <source>&amp;Label</source>
-        <translation>&amp;Étiquette</translation>
+        <translation>É&amp;tiquette</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetTreeView.cpp"/>
@@ -630,13 +655,13 @@
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetTreeView.cpp"/>
-        <source>Change to &amp;File</source>
-        <translation>Changer en &amp;fichier</translation>
+        <source>Chan&amp;ge to File</source>
+        <translation>Chan&amp;ger en fichier</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetTreeView.cpp"/>
-        <source>Change to F&amp;older</source>
-        <translation>Changer en d&amp;ossier</translation>
+        <source>Chan&amp;ge to Folder</source>
+        <translation>Chan&amp;ger en dossier</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetTreeView.cpp"/>
@@ -662,8 +687,8 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetTreeView.cpp"/>
-        <source>&amp;Rename</source>
-        <translation>&amp;Renommer</translation>
+        <source>Rena&amp;me</source>
+        <translation>Reno&amp;mmer</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetTreeView.cpp"/>
@@ -677,33 +702,38 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetTreeView.cpp"/>
-        <source>D&amp;uplicate</source>
-        <translation>D&amp;upliquer</translation>
+        <source>Duplicat&amp;e</source>
+        <translation>Dupli&amp;quer</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetTreeView.cpp"/>
-        <source>Move &amp;Up</source>
-        <translation>&amp;Monter</translation>
+        <source>&amp;Delete</source>
+        <translation>Su&amp;pprimer</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/PresetTreeView.cpp"/>
+        <source>Mo&amp;ve Up</source>
+        <translation>M&amp;onter</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetTreeView.cpp"/>
         <source>Move Do&amp;wn</source>
-        <translation>Des&amp;cendre</translation>
+        <translation>De&amp;scendre</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetTreeView.cpp"/>
         <source>Move &amp;Out of Its Folder</source>
-        <translation>&amp;Sortir de son dossier</translation>
+        <translation>Sort&amp;ir de son dossier</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetTreeView.cpp"/>
         <source>Move I&amp;nto the Folder Above</source>
-        <translation>E&amp;ntrer dans le dossier au-dessus</translation>
+        <translation>&amp;Entrer dans le dossier au-dessus</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetsPage.cpp"/>
-        <source>Add &amp;From</source>
-        <translation>Ajouter à &amp;partir de</translation>
+        <source>Add Fro&amp;m</source>
+        <translation>Ajouter à p&amp;artir de</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetsPage.cpp"/>
@@ -727,8 +757,8 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetsPage.cpp"/>
-        <source>&amp;New Preset</source>
-        <translation>&amp;Nouveau modèle</translation>
+        <source>Ne&amp;w Preset</source>
+        <translation>Nou&amp;veau modèle</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetsPage.cpp"/>
@@ -737,8 +767,8 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetsPage.cpp"/>
-        <source>&amp;Import Folder…</source>
-        <translation>&amp;Importer un dossier…</translation>
+        <source>I&amp;mport Folder…</source>
+        <translation>Impor&amp;ter un dossier…</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetsPage.cpp"/>
@@ -767,11 +797,6 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetsPage_actions.cpp"/>
-        <source>Import Folder</source>
-        <translation>Importer un dossier</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/PresetsPage_actions.cpp"/>
         <source>Add Preset File</source>
         <translation>Ajouter un fichier de modèle</translation>
     </message>
@@ -782,8 +807,8 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetsPage_actions.cpp"/>
-        <source>It brings a script along, “%1”, which will run after each creation.</source>
-        <translation>Il apporte un script, « %1 », qui sera exécuté après chaque création.</translation>
+        <source>“%1” brings a script along, “%2”, which will run after each creation.</source>
+        <translation>« %1 » apporte un script, « %2 », qui sera exécuté après chaque création.</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetsPage_actions.cpp"/>
@@ -802,13 +827,28 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetsPage_actions.cpp"/>
+        <source>&amp;New Preset</source>
+        <translation>&amp;Nouveau modèle</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/PresetsPage_actions.cpp"/>
+        <source>&amp;Rename</source>
+        <translation>&amp;Renommer</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/PresetsPage_actions.cpp"/>
         <source>&amp;Duplicate</source>
         <translation>&amp;Dupliquer</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetsPage_actions.cpp"/>
-        <source>De&amp;lete</source>
-        <translation>Suppri&amp;mer</translation>
+        <source>Move &amp;Up</source>
+        <translation>&amp;Monter</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/PresetsPage_actions.cpp"/>
+        <source>&amp;Import Folder…</source>
+        <translation>&amp;Importer un dossier…</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetsPage_actions.cpp"/>
@@ -818,12 +858,12 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     <message>
         <location filename="../../PreferencePane/window/PresetsPage_actions.cpp"/>
         <source>&amp;Export…</source>
-        <translation>&amp;Exporter…</translation>
+        <translation>E&amp;xporter…</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetsPage_actions.cpp"/>
         <source>&amp;Try It</source>
-        <translation>&amp;Essayer</translation>
+        <translation>Essa&amp;yer</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/PreviewPanel.cpp"/>
@@ -907,8 +947,8 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     </message>
     <message>
         <location filename="../../PreferencePane/window/Saving.cpp"/>
-        <source>&amp;Try Again</source>
-        <translation>&amp;Réessayer</translation>
+        <source>Try Aga&amp;in</source>
+        <translation>Rées&amp;sayer</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Saving.cpp"/>
@@ -917,8 +957,8 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     </message>
     <message>
         <location filename="../../PreferencePane/window/Saving.cpp"/>
-        <source>&amp;Read Again</source>
-        <translation>&amp;Relire</translation>
+        <source>Read A&amp;gain</source>
+        <translation>R&amp;elire</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Saving.cpp"/>
@@ -952,13 +992,13 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     </message>
     <message>
         <location filename="../../PreferencePane/window/Saving.cpp"/>
-        <source>Keep &amp;Mine</source>
-        <translation>Garder les &amp;miens</translation>
+        <source>Keep Mi&amp;ne</source>
+        <translation>&amp;Garder les miens</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Saving.cpp"/>
-        <source>Take &amp;Theirs</source>
-        <translation>Prendre les &amp;leurs</translation>
+        <source>Take T&amp;heirs</source>
+        <translation>Pre&amp;ndre les leurs</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Saving.cpp"/>
@@ -977,18 +1017,13 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     </message>
     <message>
         <location filename="../../PreferencePane/window/Saving.cpp"/>
-        <source>&amp;Restore Changes</source>
-        <translation>&amp;Restaurer les modifications</translation>
+        <source>Restore Chan&amp;ges</source>
+        <translation>Restaurer les modi&amp;fications</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Saving.cpp"/>
         <source>&amp;Discard Them</source>
-        <translation>&amp;Abandonner</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/ScriptPanel.cpp"/>
-        <source>&amp;Choose…</source>
-        <translation>&amp;Choisir…</translation>
+        <translation>A&amp;bandonner</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/ScriptPanel.cpp"/>
@@ -997,13 +1032,13 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     </message>
     <message>
         <location filename="../../PreferencePane/window/ScriptPanel.cpp"/>
-        <source>&amp;Remove from Preset</source>
-        <translation>&amp;Retirer du modèle</translation>
+        <source>Re&amp;move from Preset</source>
+        <translation>R&amp;etirer du modèle</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/ScriptPanel.cpp"/>
-        <source>Make &amp;Executable</source>
-        <translation>Rendre &amp;exécutable</translation>
+        <source>Make E&amp;xecutable</source>
+        <translation>Rendre e&amp;xécutable</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/ScriptPanel.cpp"/>
@@ -1107,12 +1142,12 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     </message>
     <message>
         <location filename="../../PreferencePane/window/ScriptPanel.cpp"/>
-        <source>S&amp;top</source>
-        <translation>A&amp;rrêter</translation>
+        <source>&amp;Stop</source>
+        <translation>Arrê&amp;ter</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/ScriptPanel.cpp"/>
-        <source>&amp;Test Run</source>
+        <source>Te&amp;st Run</source>
         <translation>&amp;Tester</translation>
     </message>
     <message>
@@ -1428,7 +1463,7 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     <message>
         <location filename="../../PreferencePane/window/SettingsWindow.cpp"/>
         <source>&amp;Close</source>
-        <translation>&amp;Fermer</translation>
+        <translation>F&amp;ermer</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/SettingsWindow.cpp"/>
@@ -1442,6 +1477,21 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     </message>
     <message>
         <location filename="../../PreferencePane/window/SettingsWindow.cpp"/>
+        <source>What another program had changed is undone, too. Redo brings it back.</source>
+        <translation>Ce qu’un autre programme avait modifié est annulé aussi. « Rétablir » le ramène.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/SettingsWindow.cpp"/>
+        <source>“%1” was added by another program and is taken away again. Redo brings it back.</source>
+        <translation>« %1 », ajouté par un autre programme, est retiré. « Rétablir » le ramène.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/SettingsWindow.cpp"/>
+        <source>%1 presets were added by another program and are taken away again. Redo brings them back.</source>
+        <translation>%1 modèles ajoutés par un autre programme sont retirés. « Rétablir » les ramène.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/SettingsWindow.cpp"/>
         <source>Another program holds the preferences. This window closes as soon as your changes are saved. Close it once more to be offered them at the next start.</source>
         <translation>Un autre programme retient les préférences. Cette fenêtre se ferme dès que vos modifications sont enregistrées. Fermez-la encore une fois pour qu’elles vous soient proposées au prochain démarrage.</translation>
     </message>
@@ -1449,6 +1499,11 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
         <location filename="../../PreferencePane/window/SettingsWindow.cpp"/>
         <source>Your last changes can be stored nowhere. Close once more to give them up.</source>
         <translation>Vos dernières modifications ne peuvent être enregistrées nulle part. Fermez encore une fois pour y renoncer.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/SettingsWindow.cpp"/>
+        <source>Changes by Another Program</source>
+        <translation>Modifications par un autre programme</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/SettingsWindow.cpp"/>
@@ -1507,8 +1562,8 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     </message>
     <message>
         <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
-        <source>B&amp;ecomes:</source>
-        <translation>D&amp;evient :</translation>
+        <source>&amp;Becomes:</source>
+        <translation>D&amp;evient :</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/VariablesPanel.cpp"/>
@@ -1694,6 +1749,11 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
         <location filename="../../HelperSource/platform/qt/QtAlerts.cpp"/>
         <source>OK</source>
         <translation>OK</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/platform/qt/QtFolderNameView.cpp"/>
+        <source>in %1</source>
+        <translation>dans %1</translation>
     </message>
     <message>
         <location filename="../../HelperSource/platform/qt/QtFolderNameView.cpp"/>

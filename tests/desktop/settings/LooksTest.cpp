@@ -2,14 +2,22 @@
 
 #include "SettingsWindowDesk.h"
 
+#include "platform/qt/QtHintColor.h"
+#include "window/InlineMessage.h"
+
 #include <QAbstractButton>
 #include <QApplication>
 #include <QComboBox>
+#include <QImage>
 #include <QLabel>
 #include <QListWidget>
 #include <QPalette>
 #include <QTabWidget>
 #include <QToolButton>
+
+#include <algorithm>
+#include <array>
+#include <string_view>
 
 namespace orvane::test {
 namespace {
@@ -99,6 +107,85 @@ TEST_F(SettingsLooks, Dark) {
     widget<QTabWidget>("presetTabs")->setCurrentIndex(2);
     picture("film-variables-dark");
 }
+
+/// A dark theme that leaves placeholders as dark as what they stand on.
+QPalette darkPaletteWithoutPlaceholders() {
+    QPalette dark = darkPalette();
+    dark.setColor(QPalette::PlaceholderText, dark.color(QPalette::Base));
+    return dark;
+}
+
+class Hints : public SettingsLooks, public testing::WithParamInterface<const char *> {
+protected:
+    static QPalette given() {
+        const std::string_view name(GetParam());
+        return name == "light" ? QPalette() : name == "dark" ? darkPalette() : darkPaletteWithoutPlaceholders();
+    }
+    void expectLabel(const char *name) {
+        const auto *const label = widget<QLabel>(name);
+        const QWidget *const behind = label->parentWidget();
+        EXPECT_FALSE(label->text().isEmpty()) << name;
+        EXPECT_EQ(label->foregroundRole(), QPalette::WindowText) << name;
+        EXPECT_GE(QtContrast(label->palette().color(QPalette::WindowText), behind->palette().color(QPalette::Window)), 4.5) << name;
+        EXPECT_NE(label->palette().color(QPalette::WindowText), behind->palette().color(QPalette::WindowText)) << name;
+    }
+    void expectAll() {
+        for (const char *label : {"nameHint", "scriptName", "renamingHint"}) {
+            expectLabel(label);
+        }
+        InlineMessage message(QStringLiteral("hint"), window.get());
+        message.say(InlineMessage::Kind::Hint, QStringLiteral("A hint"));
+        const QLabel *text = nullptr;
+        for (const QLabel *label : message.findChildren<QLabel *>()) {
+            text = label->text().isEmpty() ? text : label;
+        }
+        ASSERT_NE(text, nullptr);
+        EXPECT_GE(QtContrast(text->palette().color(QPalette::WindowText), window->palette().color(QPalette::Window)), 4.5);
+        message.say(InlineMessage::Kind::Note, QStringLiteral("A note"));
+        EXPECT_EQ(text->palette().color(QPalette::WindowText), window->palette().color(QPalette::WindowText));
+        const QPalette field = widget<QLineEdit>("itemPermissions")->palette();
+        const auto color = [&](QPalette::ColorRole role) { return field.color(QPalette::Active, role); };
+        EXPECT_GE(QtContrast(color(QPalette::PlaceholderText), color(QPalette::Base)), 4.5);
+        EXPECT_NE(color(QPalette::PlaceholderText), color(QPalette::Text));
+        // What the tree says without anything in it is drawn: some dots of it have the colour that is meant.
+        const QImage drawn = tree().viewport()->grab().toImage();
+        const QColor base = tree().palette().color(QPalette::Base);
+        double most = 1;
+        for (int y = drawn.height() / 3; y < drawn.height(); ++y) {
+            for (int x = 0; x < drawn.width(); ++x) {
+                most = std::max(most, QtContrast(drawn.pixelColor(x, y), base));
+            }
+        }
+        EXPECT_GE(most, 4.0) << "letters that are smoothed hardly have all of it";
+    }
+};
+
+TEST_P(Hints, CanBeRead) {
+    QApplication::setPalette(given());
+    writePresets({"One"});
+    start();
+    context().presets.removeNodes(std::array{item("A"), item("B"), item("c.txt")});
+    QApplication::processEvents();
+    expectAll();
+    picture(std::string("hints-") + GetParam());
+    widget<QTabWidget>("presetTabs")->setCurrentIndex(2);
+    picture(std::string("hints-variables-") + GetParam());
+}
+
+TEST_P(Hints, CanBeReadAfterTheThemeHasBecomeAnother) {
+    QApplication::setPalette(QPalette());
+    writePresets({"One"});
+    start();
+    context().presets.removeNodes(std::array{item("A"), item("B"), item("c.txt")});
+    for (const bool isGiven : {true, false, true}) {
+        QApplication::setPalette(isGiven ? given() : QPalette());
+        QApplication::processEvents();
+        expectAll();
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Themes, Hints, testing::Values("light", "dark", "without"),
+                         [](const auto &instance) { return std::string(instance.param); });
 
 TEST_F(SettingsLooks, SmallWindowsAndLongNames) {
     writePresets({"One", "A label that is so long that nobody would think of it as a label any more, but somebody did"});

@@ -29,6 +29,39 @@ TEST_F(SettingsWindowTest, WhatAnotherProgramAddsIsTakenOverBesideWhatWasEdited)
     EXPECT_TRUE(bar("conflictBar").isHidden());
 }
 
+TEST_F(SettingsWindowTest, UndoingWhatAnotherProgramAddedIsSaidAndRedoBringsItBack) {
+    writePresets({"One"});
+    start();
+    context().presets.renamePreset(context().presets.presetAt(0), "Eins");
+    ASSERT_TRUE(waitUntil([this] { return diskLabels() == Labels{"Eins"}; }));
+    changeOnDisk("<array>", "<array><dict><key>label</key><string>Added</string><key>directoryName</key><string>x</string></dict>");
+    ASSERT_TRUE(waitUntil([this] { return context().presets.numberOfPresets() == 2; }));
+    EXPECT_TRUE(bar("messageBar").isHidden());
+    QTest::keyClick(window.get(), Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(context().presets.numberOfPresets(), 1U);
+    ASSERT_TRUE(bar("messageBar").isVisible());
+    const QString text = bar("messageBar").text();
+    EXPECT_TRUE(text.contains(QStringLiteral("Added")) && text.contains(QStringLiteral("Redo"))) << text.toStdString();
+    ASSERT_TRUE(waitUntil([this] { return diskLabels() == Labels{"Eins"}; }));
+    QTest::keyClick(window.get(), Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_TRUE(waitUntil([this] { return diskLabels() == Labels{"Added", "Eins"}; }));
+    EXPECT_TRUE(bar("messageBar").isHidden());
+}
+
+TEST_F(SettingsWindowTest, UndoingWhatAnotherProgramChangedIsSaidToo) {
+    writePresets({"One", "Two"});
+    start();
+    changeOnDisk(">Two<", ">Zwei<");
+    ASSERT_TRUE(waitUntil([this] { return context().presets.label(context().presets.presetAt(1)) == "Zwei"; }));
+    QTest::keyClick(window.get(), Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(context().presets.label(context().presets.presetAt(1)), "Two");
+    EXPECT_EQ(bar("messageBar").text(), u"What another program had changed is undone, too. Redo brings it back.");
+    bar("messageBar").clear();
+    context().presets.renamePreset(context().presets.presetAt(0), "Eins");
+    QTest::keyClick(window.get(), Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_TRUE(bar("messageBar").isHidden()) << "of the user's own steps nothing needs to be said";
+}
+
 TEST_F(SettingsWindowTest, TheSameChangedTwiceIsAskedAboutAndNothingIsWrittenUntilThen) {
     writePresets({"One"});
     start();

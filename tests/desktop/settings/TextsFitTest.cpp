@@ -1,4 +1,5 @@
-// German and French texts in letters of twice the size: none is cut off or left out on any page, and none is left in English.
+// German and French texts in letters of twice the size: none is cut off or left out on any page, and none is left in English. And the
+// letters that are pressed with Alt: none leads to two places.
 
 #include "SettingsWindowDesk.h"
 
@@ -6,18 +7,24 @@
 #include "window/CountersPage.h"
 #include "window/GeneralPage.h"
 #include "window/HotKeyField.h"
+#include "window/Icons.h"
 
 #include <QAbstractButton>
 #include <QAbstractScrollArea>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QFont>
 #include <QHeaderView>
+#include <QKeySequence>
 #include <QLabel>
+#include <QListWidget>
 #include <QLocale>
+#include <QMap>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMessageBox>
 #include <QRegularExpression>
 #include <QStyle>
 #include <QStyleOptionFrame>
@@ -27,11 +34,56 @@
 #include <QTranslator>
 #include <QTreeWidget>
 
+#include <array>
 #include <cmath>
 #include <filesystem>
 
 namespace orvane::test {
 namespace {
+
+/// Letters that are pressed with Alt, with what has each of them.
+class AccessKeys {
+public:
+    void take(const QString &text) {
+        if (const QKeySequence key = QKeySequence::mnemonic(text); !key.isEmpty()) {
+            _owners[key.toString()].append(text);
+        }
+    }
+    /// Whatever can be seen there, whether it can be used at the moment or not.
+    void takeVisible(const QWidget &shown) {
+        for (const QWidget *each : shown.findChildren<QWidget *>()) {
+            if (!each->isVisible() || each->window() != &shown) {
+                continue;
+            }
+            if (const auto *label = qobject_cast<const QLabel *>(each); label != nullptr && label->buddy() != nullptr) {
+                take(label->text());
+            } else if (const auto *button = qobject_cast<const QAbstractButton *>(each)) {
+                take(button->text());
+            } else if (const auto *tabs = qobject_cast<const QTabBar *>(each)) {
+                for (int i = 0; i < tabs->count(); ++i) {
+                    take(tabs->tabText(i));
+                }
+            } else if (const auto *menus = qobject_cast<const QMenuBar *>(each)) {
+                takeActions(menus->actions());
+            }
+        }
+    }
+    void takeActions(const QList<QAction *> &actions) {
+        for (const QAction *action : actions) {
+            take(action->text());
+        }
+    }
+    void expectNoneTwice(const std::string &where) const {
+        EXPECT_FALSE(_owners.isEmpty()) << where << " has no access keys at all";
+        for (auto owners = _owners.begin(); owners != _owners.end(); ++owners) {
+            EXPECT_EQ(owners.value().size(), 1)
+                << where << ", " << owners.key().toStdString() << ": " << owners.value().join(u", ").toStdString();
+        }
+    }
+
+private:
+    QMap<QString, QStringList> _owners;
+};
 
 struct Letters {
     const char *language; ///< null for English
@@ -211,12 +263,194 @@ TEST_P(TextsFit, WhereTheDesktopGivesNoHotKeys) {
         ASSERT_TRUE(waitUntil([&] { return page.windowHandle()->isExposed(); }));
         context().general.setShowsMenubar(false);
         QApplication::processEvents();
+        AccessKeys keys;
+        keys.takeVisible(page);
+        keys.takeActions(window->menuBar()->actions());
+        keys.expectNoneTwice(desktop);
         EXPECT_TRUE(takePicture(page, std::string("fit-no-hot-keys-") + desktop + "-" +
                                           (GetParam().language == nullptr ? "en" : GetParam().language) + "-" +
                                           std::to_string(std::lround(GetParam().size * 100))));
         checkWindow(page, desktop);
     }
 }
+
+/// At the size that the window has from the start, and beside the longest names of colours.
+TEST_P(TextsFit, TheNamesOfLabelsStandWholeInTheTree) {
+    showFilm();
+    const ItemID folder = context().presets.childAt(item(""), 0);
+    tree().setColumnHidden(PresetTreeModel::Label, false);
+    for (const char *name : {"red", "orange", "yellow", "green", "blue", "purple", "gray"}) {
+        context().presets.setColor(std::array{folder}, name);
+        const QModelIndex index = tree().presetModel().indexOfItem(folder, PresetTreeModel::Label);
+        QStyleOptionViewItem option;
+        option.initFrom(&tree());
+        option.widget = &tree();
+        option.font = tree().font();
+        option.rect = tree().visualRect(index);
+        option.features = QStyleOptionViewItem::HasDisplay | QStyleOptionViewItem::HasDecoration;
+        option.text = index.data().toString();
+        option.icon = labelIcon(name);
+        const int side = tree().style()->pixelMetric(QStyle::PM_SmallIconSize);
+        option.decorationSize = {side, side};
+        const int margin = tree().style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &tree()) + 1;
+        const int room = tree().style()->subElementRect(QStyle::SE_ItemViewItemText, &option, &tree()).width() - 2 * margin;
+        EXPECT_FALSE(option.text.isEmpty());
+        EXPECT_GE(room, option.fontMetrics.horizontalAdvance(option.text)) << option.text.toStdString();
+    }
+    check("labels");
+}
+
+// Access keys ---------------------------------------------------------------------------------------------------------------
+
+class AccessKeysDiffer : public TextsFit {
+protected:
+    /// With the window's bars of messages, as they are now, beside every page and tab.
+    void expectOnEveryPage(const std::string &when) {
+        auto *const tabs = widget<QTabWidget>("presetTabs");
+        for (const auto page : {SettingsWindow::Presets, SettingsWindow::Counters, SettingsWindow::General}) {
+            window->showPage(page);
+            for (int tab = 0; tab < (page == SettingsWindow::Presets ? tabs->count() : 1); ++tab) {
+                tabs->setCurrentIndex(tab);
+                QApplication::processEvents();
+                AccessKeys keys;
+                keys.takeVisible(*window);
+                keys.expectNoneTwice(when + ", page " + std::to_string(page) + ", tab " + std::to_string(tab));
+            }
+        }
+        window->showPage(SettingsWindow::Presets);
+    }
+};
+
+TEST_P(AccessKeysDiffer, WithoutPresets) {
+    start();
+    expectOnEveryPage("without presets");
+}
+
+TEST_P(AccessKeysDiffer, BesideAPresetWithProblemsAndAScript) {
+    writePresets({"One"});
+    writeFile(paths.supportFolder + "/Scripts/idle.sh", "#!/bin/sh\nread line\n"); // not executable, which there is a button for
+    start();
+    context().counters.setValue("AutoProduction", "41");
+    const ItemID preset = context().presets.presetAt(0);
+    context().presets.setScript(preset, "idle.sh");
+    context().presets.renameNode(item("B"), "A");
+    tree().selectItems({item("c.txt")});
+    ASSERT_TRUE(waitUntil([this] { return widget<QListWidget>("problemList")->count() > 1; }));
+    expectOnEveryPage("a preset");
+    widget<QTabWidget>("presetTabs")->setCurrentIndex(3);
+    EXPECT_TRUE(widget<QPushButton>("makeScriptExecutable")->isVisible());
+    // While a test runs there is another text on its button, and afterwards another button.
+    std::filesystem::permissions(paths.supportFolder + "/Scripts/idle.sh", std::filesystem::perms::owner_all);
+    writeFile(paths.supportFolder + "/Scripts/idle.sh", "#!/bin/sh\nsleep 60\n");
+    QTest::mouseClick(widget<QPushButton>("makeScriptExecutable"), Qt::LeftButton);
+    auto *const test = widget<QPushButton>("testScript");
+    const QString idle = test->text();
+    ASSERT_TRUE(waitUntil([&] { return test->isEnabled(); }));
+    QTest::mouseClick(test, Qt::LeftButton);
+    EXPECT_NE(test->text(), idle);
+    AccessKeys running;
+    running.takeVisible(*window);
+    running.expectNoneTwice("while a test runs");
+    QTest::mouseClick(test, Qt::LeftButton);
+    ASSERT_TRUE(waitUntil([this] { return widget<QPushButton>("showTestFolder")->isVisible(); }));
+    AccessKeys after;
+    after.takeVisible(*window);
+    after.expectNoneTwice("after a test");
+}
+
+TEST_P(AccessKeysDiffer, BesideEveryMessageThatAsks) {
+    writePresets({"One", "Two"});
+    start();
+    context().presets.renamePreset(context().presets.presetAt(0), "Mine");
+    changeOnDisk(">One<", ">Theirs<");
+    ASSERT_TRUE(waitUntil([this] { return bar("conflictBar").isVisible(); }));
+    ASSERT_TRUE(waitUntil([this] { return std::filesystem::exists(paths.stateFolder + "/unsaved"); }));
+    expectOnEveryPage("a conflict");
+    crash();
+    start();
+    ASSERT_TRUE(bar("recoveryBar").isVisible());
+    context().presets.setDirectoryName(context().presets.presetAt(1), "\x01"); // which no preferences can hold
+    ASSERT_TRUE(waitUntil([this] { return bar("fileBar").isVisible(); }));
+    context().presets.renameNode(item("B"), "A");
+    ASSERT_TRUE(waitUntil([this] { return widget<QListWidget>("problemList")->isVisible(); }));
+    expectOnEveryPage("unsaved edits");
+    context().presets.removePresets(std::array{context().presets.presetAt(0), context().presets.presetAt(1)});
+    QApplication::processEvents();
+    expectOnEveryPage("unsaved edits without presets");
+    // Questions about the same preset come while edits of an earlier run are offered, too.
+    QTest::mouseClick(widget<QPushButton>("restoreEdits"), Qt::LeftButton);
+    EXPECT_TRUE(waitUntil([this] { return bar("conflictBar").isVisible(); }));
+    expectOnEveryPage("all of them");
+    crash();
+    writeFile(preferencesFile(), "damaged");
+    start();
+    ASSERT_TRUE(bar("fileBar").isVisible());
+    expectOnEveryPage("an unreadable file");
+}
+
+TEST_P(AccessKeysDiffer, InEveryMenu) {
+    writePresets({"One"});
+    start();
+    context().presets.renameNode(item("A"), "Alpha"); // so that there is something to undo
+    int menus = 0;
+    for (QMenu *const menu : window->findChildren<QMenu *>()) {
+        Q_EMIT menu->aboutToShow();
+        AccessKeys keys;
+        keys.takeActions(menu->actions());
+        if (menu != tree().labelMenu()) { // colours have none
+            keys.expectNoneTwice("menu " + menu->title().toStdString());
+            ++menus;
+        }
+    }
+    EXPECT_GE(menus, 4);
+    AccessKeys ofList;
+    ofList.takeActions(list().actions());
+    ofList.expectNoneTwice("the list's menu");
+    AccessKeys ofCounters;
+    ofCounters.takeActions(widget<QWidget>("counters")->actions());
+    ofCounters.expectNoneTwice("the counters' menu");
+    for (const char *chosen : {"Alpha", "c.txt"}) {
+        tree().selectItems({item(chosen)});
+        const auto opened = [] { return qobject_cast<QMenu *>(QApplication::activePopupWidget()); };
+        User user;
+        user.when([&] { return opened() != nullptr; },
+                  [&] {
+                      AccessKeys keys;
+                      keys.takeActions(opened()->actions());
+                      keys.expectNoneTwice("the tree's menu");
+                      opened()->close();
+                  },
+                  "the tree's menu");
+        QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(20, 20), tree().viewport()->mapToGlobal(QPoint(20, 20)));
+        QApplication::sendEvent(tree().viewport(), &event);
+        EXPECT_TRUE(user.hasFinished());
+    }
+}
+
+TEST_P(AccessKeysDiffer, InTheQuestionAboutALargeFolder) {
+    writeFile(path("/in/Shoot/clip.mov"), "");
+    std::filesystem::resize_file(path("/in/Shoot/clip.mov"), 21'000'000);
+    start();
+    User user;
+    user.when([] { return isActive("folderQuestion"); },
+              [] {
+                  auto *const box = qobject_cast<QMessageBox *>(shownWindow("folderQuestion"));
+                  AccessKeys keys;
+                  keys.takeVisible(*box);
+                  keys.expectNoneTwice("the question");
+                  EXPECT_TRUE(
+                      takePicture(*box, std::string("fit-folder-") + (GetParam().language == nullptr ? "en" : GetParam().language)));
+                  box->reject();
+              },
+              "the question");
+    window->openPaths({QtTextOf(path("/in/Shoot"))});
+    EXPECT_TRUE(user.hasFinished());
+}
+
+INSTANTIATE_TEST_SUITE_P(Languages, AccessKeysDiffer, testing::Values(Letters{nullptr, 1}, Letters{"de", 1}, Letters{"fr", 1}),
+                         [](const auto &instance) {
+                             return std::string(instance.param.language == nullptr ? "English" : instance.param.language);
+                         });
 
 INSTANTIATE_TEST_SUITE_P(Languages, TextsFit,
                          testing::Values(Letters{nullptr, 1}, Letters{nullptr, 2}, Letters{"de", 1}, Letters{"de", 2}, Letters{"fr", 1},

@@ -11,9 +11,14 @@
 #include <QDropEvent>
 #include <QLabel>
 #include <QListWidget>
+#include <QMessageBox>
 #include <QMimeData>
+#include <QTabWidget>
+#include <QToolButton>
 #include <QTreeWidget>
 #include <QUrl>
+
+#include <filesystem>
 
 namespace orvane::test {
 namespace {
@@ -102,6 +107,122 @@ TEST_F(SettingsWindowTest, UndoInATextFieldTakesTheDocumentsStepBack) {
     EXPECT_EQ(context().presets.label(context().presets.presetAt(0)), "One");
     EXPECT_EQ(label->text(), u"One");
 }
+
+TEST_F(SettingsWindowTest, UndoInThePermissionsTakesTheDocumentsStepsBack) {
+    writePresets({"One"});
+    start();
+    const ItemID folder = item("A");
+    const auto permissions = [&] { return context().presets.text(folder, "permissions"); };
+    tree().selectItems({folder});
+    context().presets.renameNode(folder, "Alpha");
+    auto *const octal = widget<QLineEdit>("itemPermissions");
+    octal->setFocus();
+    keys(QStringLiteral("750"));
+    key(Qt::Key_A, Qt::ControlModifier);
+    keys(QStringLiteral("640"));
+    EXPECT_EQ(permissions(), "640");
+    for (const char *after : {"750", ""}) {
+        key(Qt::Key_Z, Qt::ControlModifier);
+        EXPECT_EQ(permissions(), after);
+        EXPECT_EQ(octal->text(), QString::fromLatin1(after));
+    }
+    for (const char *after : {"750", "640"}) {
+        key(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+        EXPECT_EQ(permissions(), after);
+        EXPECT_EQ(octal->text(), QString::fromLatin1(after));
+    }
+    for (int step = 0; step < 3; ++step) {
+        key(Qt::Key_Z, Qt::ControlModifier);
+    }
+    EXPECT_EQ(context().presets.filename(folder), "A") << "one history for all";
+}
+
+TEST_F(SettingsWindowTest, UndoTakesHalfTypedPermissionsBackBeforeAnyStep) {
+    writePresets({"One"});
+    start();
+    const ItemID folder = item("A");
+    tree().selectItems({folder});
+    context().presets.renameNode(folder, "Alpha");
+    auto *const octal = widget<QLineEdit>("itemPermissions");
+    octal->setFocus();
+    keys(QStringLiteral("75"));
+    key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(octal->text(), QString());
+    EXPECT_EQ(context().presets.filename(folder), "Alpha");
+    key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(context().presets.filename(folder), "A");
+}
+
+// Going by keys -------------------------------------------------------------------------------------------------------------
+
+/// What has the keyboard: a button by what it does.
+QString focused() {
+    const QWidget *const widget = QApplication::focusWidget();
+    const auto *const button = qobject_cast<const QToolButton *>(widget);
+    return widget == nullptr                                         ? QString()
+           : button != nullptr && button->defaultAction() != nullptr ? button->defaultAction()->objectName()
+                                                                     : widget->objectName();
+}
+
+TEST_F(SettingsWindowTest, ReturnMakesTheFirstPreset) {
+    start();
+    ASSERT_TRUE(waitUntil([] { return focused() == u"emptyAdd"; })) << focused().toStdString();
+    xdotool("key Return");
+    ASSERT_TRUE(waitUntil([this] { return context().presets.numberOfPresets() == 1; }));
+    EXPECT_TRUE(waitUntil([] { return focused() == u"presetLabel"; })) << focused().toStdString();
+}
+
+TEST_F(SettingsWindowTest, TheKeyboardGoesToTheInvitationWithTheLastPresetAndBackToTheListWithTheFirst) {
+    writePresets({"One"});
+    start();
+    ASSERT_TRUE(waitUntil([] { return focused() == u"presetList"; })) << focused().toStdString();
+    xdotool("key Delete");
+    ASSERT_TRUE(waitUntil([this] { return context().presets.numberOfPresets() == 0; }));
+    EXPECT_TRUE(waitUntil([] { return focused() == u"emptyAdd"; })) << focused().toStdString();
+    xdotool("key ctrl+z");
+    ASSERT_TRUE(waitUntil([this] { return context().presets.numberOfPresets() == 1; }));
+    EXPECT_TRUE(waitUntil([] { return focused() == u"presetList"; })) << focused().toStdString();
+}
+
+TEST_F(SettingsWindowTest, TheKeyboardGoesToTheListWithAFileThatIsOpened) {
+    start();
+    ASSERT_TRUE(waitUntil([] { return focused() == u"emptyAdd"; })) << focused().toStdString();
+    window->openPaths({QtTextOf(paths.resourceFolder + "/presets/film-production/film-production.orvpreset")});
+    ASSERT_EQ(context().presets.numberOfPresets(), 1U);
+    QApplication::processEvents();
+    EXPECT_EQ(focused(), u"presetList");
+}
+
+TEST_F(SettingsWindowTest, TheTabKeyGoesFromTheListToTheFieldsAndTheTreeAndWhatStandsBesideIt) {
+    writePresets({"One"});
+    start();
+    context().presets.renameNode(item("B"), "A");
+    ASSERT_TRUE(waitUntil([this] { return widget<QListWidget>("problemList")->isVisible(); }));
+    tree().selectItems({item("c.txt")});
+    list().setFocus();
+    QStringList order{focused()};
+    while (order.back() != u"problemList" && order.size() < 60) {
+        const QWidget *const before = QApplication::focusWidget();
+        xdotool("key Tab");
+        ASSERT_TRUE(waitUntil([&] { return QApplication::focusWidget() != before; })) << order.back().toStdString();
+        order.append(focused());
+    }
+    QStringList expected;
+    for (const char *name : {"presetList",  "newPreset",      "addFrom",      "duplicatePreset", "deletePreset",
+                             "presetLabel", "directoryName",  "tryIt",        "newFolder",       "newFile",
+                             "addFiles",    "duplicateNodes", "deleteNodes",  "presetTree",      "qt_tabwidget_tabbar",
+                             "itemKind",    "label-none",     "label-red",    "label-orange",    "label-yellow",
+                             "label-green", "label-blue",     "label-purple", "label-gray",      "itemPermissions"}) {
+        expected.append(QString::fromLatin1(name));
+    }
+    for (int box = 0; box < 9; ++box) {
+        expected.append(QStringLiteral("permission%1").arg(box));
+    }
+    expected.append({QStringLiteral("itemContent"), QStringLiteral("chooseContent"), QStringLiteral("problemList")});
+    EXPECT_EQ(order.join(u' ').toStdString(), expected.join(u' ').toStdString());
+}
+
+// -------------------------------------------------------------------------------------------------------------------------
 
 TEST_F(SettingsWindowTest, CutAndPasteMoveThroughTheClipboardAsText) {
     writePresets({"One"});
@@ -230,6 +351,105 @@ TEST_F(SettingsWindowTest, AnExportedPresetComesBackWithItsContents) {
     EXPECT_EQ(readFile(paths.supportFolder + "/File Content/text"), "inside");
 }
 
+TEST_F(SettingsWindowTest, APresetWithoutALabelGoesByItsFoldersNameInTheListAndOnDisk) {
+    writePresets({"One"});
+    start();
+    auto *const label = widget<QLineEdit>("presetLabel");
+    const auto shown = [this] { return list().model()->index(0, 0).data().toString(); };
+    label->setFocus();
+    key(Qt::Key_A, Qt::ControlModifier);
+    key(Qt::Key_Delete);
+    EXPECT_EQ(shown(), u"{Name}");
+    EXPECT_TRUE(waitUntil([this] { return diskLabels() == Labels{"?"}; })) << "an empty label is an empty item in the helper's menu";
+    context().presets.setDirectoryName(context().presets.presetAt(0), "{Client}");
+    EXPECT_EQ(shown(), u"{Client}");
+    context().presets.setDirectoryName(context().presets.presetAt(0), "");
+    EXPECT_EQ(shown(), u"(no name)");
+}
+
+TEST_F(SettingsWindowTest, AnAddedPresetThatBringsAScriptIsNamed) {
+    writePresets({"Tidy job"});
+    writeFile(paths.supportFolder + "/Scripts/tidy.sh", "#!/bin/sh\n");
+    start();
+    const ItemID preset = context().presets.presetAt(0);
+    context().presets.setScript(preset, "tidy.sh");
+    std::string problem;
+    std::vector<std::string> warnings;
+    ASSERT_TRUE(context().contents.writePresetFile(context().presets.record(preset), path("/one.orvpreset"), false, warnings, problem))
+        << problem;
+    window->openPaths({QtTextOf(path("/one.orvpreset"))});
+    const QString text = bar("messageBar").text();
+    EXPECT_TRUE(text.contains(QStringLiteral("Tidy job"))) << text.toStdString();
+    EXPECT_TRUE(text.contains(QStringLiteral("tidy 2.sh"))) << text.toStdString(); // the other one is not executable
+}
+
+class LargeFolder : public SettingsWindowTest {
+protected:
+    LargeFolder() {
+        writeFile(path("/in/Shoot/notes.txt"), "few");
+        writeFile(path("/in/Shoot/raw/clip.mov"), "");
+        std::filesystem::resize_file(path("/in/Shoot/raw/clip.mov"), 21'000'000); // takes no room
+    }
+    /// Opens the folder and presses that button of the question.
+    void open(const char *button) {
+        User user;
+        user.when([] { return isActive("folderQuestion"); },
+                  [&] {
+                      auto *const box = qobject_cast<QMessageBox *>(shownWindow("folderQuestion"));
+                      said = box->text();
+                      const auto *const named = box->findChild<QPushButton *>(QString::fromLatin1(button));
+                      QTest::mouseClick(named == nullptr ? box->button(QMessageBox::Cancel)
+                                                         : box->findChild<QPushButton *>(QString::fromLatin1(button)),
+                                        Qt::LeftButton);
+                  },
+                  "the question");
+        window->openPaths({QtTextOf(path("/in/Shoot"))});
+        EXPECT_TRUE(user.hasFinished());
+    }
+    [[nodiscard]] std::size_t contents() const {
+        const std::filesystem::path folder = paths.supportFolder + "/File Content";
+        return std::filesystem::exists(folder) ? static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder),
+                                                                                        std::filesystem::directory_iterator()))
+                                               : 0;
+    }
+
+    QString said;
+};
+
+TEST_F(LargeFolder, IsNotCopiedWithoutAQuestion) {
+    start();
+    open("cancel");
+    EXPECT_TRUE(said.contains(QStringLiteral("Shoot"))) << said.toStdString();
+    EXPECT_TRUE(said.contains(QStringLiteral(": 2, with 21 MB"))) << said.toStdString();
+    EXPECT_EQ(context().presets.numberOfPresets(), 0U);
+    EXPECT_EQ(contents(), 0U);
+}
+
+TEST_F(LargeFolder, BecomesAPresetWithEmptyFilesByItsNamesOnly) {
+    start();
+    open("namesOnly");
+    ASSERT_EQ(context().presets.numberOfPresets(), 1U);
+    EXPECT_EQ(shownTree(), "notes.txt raw(clip.mov)");
+    EXPECT_EQ(context().presets.text(item("raw/clip.mov"), "contentFilename"), "");
+    EXPECT_EQ(contents(), 0U);
+}
+
+TEST_F(LargeFolder, BringsItsContentsAlongWhereThatIsWanted) {
+    start();
+    open("copyContents");
+    ASSERT_EQ(context().presets.numberOfPresets(), 1U);
+    EXPECT_EQ(context().presets.text(item("raw/clip.mov"), "contentFilename"), "clip.mov");
+    EXPECT_EQ(contents(), 2U);
+}
+
+TEST_F(SettingsWindowTest, ASmallFolderIsTakenWithItsContentsAtOnce) {
+    writeFile(path("/in/Kit/tool.sh"), "#!/bin/sh\n");
+    start();
+    window->openPaths({QtTextOf(path("/in/Kit"))});
+    ASSERT_EQ(context().presets.numberOfPresets(), 1U);
+    EXPECT_EQ(context().presets.text(item("tool.sh"), "contentFilename"), "tool.sh");
+}
+
 // Problems, variables, preview ----------------------------------------------------------------------------------------------
 
 TEST_F(SettingsWindowTest, AProblemIsListedAndChoosingItGoesToItsPlace) {
@@ -244,6 +464,26 @@ TEST_F(SettingsWindowTest, AProblemIsListedAndChoosingItGoesToItsPlace) {
     QTest::mouseClick(problems->viewport(), Qt::LeftButton, Qt::NoModifier, problems->visualItemRect(problems->item(0)).center());
     EXPECT_EQ(tree().currentItem(), second);
     EXPECT_TRUE(tree().presetModel().indexOfItem(second).data(PresetTreeModel::SeverityRole).isValid());
+}
+
+TEST_F(SettingsWindowTest, TheWayToAProblemHasAWordForAFolderWithoutAName) {
+    writePresets({"One"});
+    start();
+    const ItemID folder = item("A");
+    context().presets.addNode(folder, 0, "a/b", false);
+    context().presets.renameNode(folder, "");
+    auto *const problems = widget<QListWidget>("problemList");
+    const auto lines = [&] {
+        QStringList said;
+        for (int row = 0; row < problems->count(); ++row) {
+            said.append(problems->item(row)->text());
+        }
+        return said;
+    };
+    ASSERT_TRUE(waitUntil([&] { return !lines().filter(QStringLiteral("a/b — ")).isEmpty(); })) << lines().join(u'\n').toStdString();
+    for (const QString &line : lines().filter(QStringLiteral("a/b — "))) {
+        EXPECT_TRUE(line.startsWith(QStringLiteral("(no name) › a/b — "))) << line.toStdString();
+    }
 }
 
 TEST_F(SettingsWindowTest, AVariableGetsAnotherNameWhereverItIsUsed) {

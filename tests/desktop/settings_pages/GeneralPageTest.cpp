@@ -38,7 +38,7 @@ TEST_F(GeneralPageTest, TheMenuBarItemIsSwitchedWithItsAccessKeyAndUndone) {
 
 TEST_F(GeneralPageTest, StartAtLoginIsStoredAtOnce) {
     open();
-    xdotool("key alt+l");
+    xdotool("key alt+a");
     ASSERT_TRUE(waitUntil([&] { return loginItem.enabled; }));
     EXPECT_TRUE(child<QCheckBox>("startAtLogin")->isChecked());
     EXPECT_FALSE(run->store.isModified());

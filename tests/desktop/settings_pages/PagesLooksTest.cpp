@@ -42,8 +42,9 @@ protected:
         ASSERT_TRUE(waitUntil([&] { return isPainted(); }));
         expectNothingIsCut(*window);
         const int percent = static_cast<int>(std::lround(QGuiApplication::primaryScreen()->devicePixelRatio() * 100));
-        EXPECT_TRUE(takePicture(*window, "settings-" + what + (GetParam() ? "-dark" : "-light") +
-                                             (percent == 100 ? "" : "-" + std::to_string(percent))));
+        const std::string name =
+            "settings-" + what + (GetParam() ? "-dark" : "-light") + (percent == 100 ? "" : "-" + std::to_string(percent));
+        EXPECT_TRUE(waitUntil([&] { return takePicture(*window, name); }));
     }
     /// What is on the screen along the window's left and lower edge is what the window paints there.
     [[nodiscard]] bool isPainted() const {

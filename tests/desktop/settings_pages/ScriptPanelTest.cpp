@@ -43,6 +43,30 @@ protected:
     ScriptPanel *panel = nullptr;
 };
 
+TEST_F(ScriptPanelTest, TheFolderOfATestIsOfferedWithItsPresetOnly) {
+    scriptInStore("ok.sh", "exit 0\n");
+    open("ok.sh");
+    startTest();
+    ASSERT_TRUE(testEnds());
+    EXPECT_TRUE(child<QPushButton>("showTestFolder")->isVisible());
+    const ItemID other = run->presets.addPreset(1, "Other", "{Name}");
+    panel->setPreset(other);
+    EXPECT_FALSE(child<QPushButton>("showTestFolder")->isVisible());
+    panel->setPreset(run->preset(0));
+    EXPECT_TRUE(child<QPushButton>("showTestFolder")->isVisible());
+}
+
+TEST_F(ScriptPanelTest, ATestThatIsStoppedByGoingToAnotherPresetSaysNothingThere) {
+    scriptInStore("slow.sh", "echo begun\nsleep 60\n");
+    open("slow.sh");
+    startTest();
+    ASSERT_TRUE(waitUntil([this] { return output().find("begun") != std::string::npos; }));
+    panel->setPreset(run->presets.addPreset(1, "Other", "{Name}"));
+    ASSERT_TRUE(waitUntil([this] { return !panel->isTesting(); }));
+    EXPECT_EQ(result(), "");
+    EXPECT_FALSE(child<QPlainTextEdit>("scriptOutput")->isVisible());
+}
+
 TEST_F(ScriptPanelTest, AChosenScriptIsCopiedAndMadeExecutable) {
     writeFile(folder("/Downloads/tidy.sh"), "#!/bin/sh\n");
     open();
@@ -179,7 +203,7 @@ TEST_F(ScriptPanelTest, ALongRunShowsItsOutputLeavesTheWindowFreeAndIsStoppedWit
     startTest();
     ASSERT_TRUE(waitUntil([&] { return output() == "started\n"; })) << output();
     EXPECT_TRUE(panel->isTesting());
-    EXPECT_EQ(child<QPushButton>("testScript")->text(), QStringLiteral("S&top"));
+    EXPECT_EQ(child<QPushButton>("testScript")->text(), QStringLiteral("&Stop"));
     int sleeper = 0;
     std::ifstream(pidFile) >> sleeper;
     ASSERT_GT(sleeper, 1);

@@ -99,7 +99,7 @@ class Safety(SettingsDesktop):
         wait(lambda: self.found("label", "was changed here and by another program"), "the question")
         picture("safety-asked")
         self.assertTrue(holds(lambda: self.labels() == ["Theirs"], 1.5), "nothing is overwritten until it is answered")
-        keys("alt+m")
+        keys("alt+n")
         self.wait_for_labels("Mine")
         self.end_settings()
 
