@@ -37,6 +37,7 @@ public:
     void awakeFromNib(PromptWindow &window, TableView &) override { _window = &window; }
     [[nodiscard]] std::span<PromptValueRow> promptRows() override { return _rows; }
     [[nodiscard]] const std::string &promptDirectoryName() const override { return _directoryName; }
+    [[nodiscard]] const std::string &promptParentFolder() const override { return _parentFolder; }
     [[nodiscard]] std::string directoryNameForRows(std::span<const PromptValueRow>) const override { return {}; }
     [[nodiscard]] PromptProblem problemForRows(std::span<const PromptValueRow>) const override { return PromptProblem::None; }
     void finishPrompt() override { ++completions; }
@@ -59,6 +60,7 @@ public:
 private:
     Rows &_rows;
     std::string _directoryName;
+    std::string _parentFolder;
     PromptWindow *_window = nullptr;
 };
 
