@@ -45,7 +45,7 @@ private:
 } // namespace
 
 void showAsHint(QLabel &label, bool isHint) {
-    QObject *const keeper = label.findChild<QObject *>(KeeperName, Qt::FindDirectChildrenOnly);
+    auto *const keeper = label.findChild<QObject *>(KeeperName, Qt::FindDirectChildrenOnly);
     if (isHint && keeper == nullptr) {
         new HintKeeper(label); // owned by the label
     } else if (!isHint && keeper != nullptr) {
