@@ -29,8 +29,8 @@ struct PosixItemProperties {
     PosixExtendedAttributes attributes;
 };
 
-/// The mode that a copy of an item gets. Set-ID bits are for the owner and group that they were given to: they stay only where the copy
-/// will have both (as POSIX has it for `cp -p`). Asks the system for the process's own only where there are such bits.
+/// The mode that a copy of an item gets. Set-ID bits are for the owner and group that they were given to: they stay only where both are
+/// the process's own, as what it makes has them (much as POSIX has it for `cp -p`). Asks the system only where there are such bits.
 [[nodiscard]] mode_t modeOfCopy(const struct stat &status);
 
 /// An opened content file, or a folder of contents.

@@ -120,8 +120,8 @@ void PosixSystemLog::_appendToFile(const std::string &line) const {
 
 void PosixSystemLog::_makeDirectory() const {
     for (std::size_t slash = _directory.find('/', 1);; slash = _directory.find('/', slash + 1)) {
-        static_cast<void>(
-            makePrivateFolder(_directory.substr(0, slash))); // most exist already; the last one's failure shows in the opening
+        // Most exist already; the last one's failure shows in the opening.
+        static_cast<void>(makePrivateFolder(_directory.substr(0, slash)));
         if (slash == std::string::npos) {
             return;
         }
