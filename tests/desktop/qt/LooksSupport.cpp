@@ -128,7 +128,7 @@ QColor over(const QColor &below, const QColor &tint, int alpha) {
 }
 
 void expectNothingIsCut(const QWidget &window) {
-    EXPECT_TRUE(window.screen()->availableGeometry().contains(window.frameGeometry())) << describe(window);
+    EXPECT_TRUE(window.screen()->availableGeometry().contains(frameOf(window))) << describe(window);
     EXPECT_LE(window.minimumSizeHint().width(), window.width()) << describe(window);
     EXPECT_LE(window.minimumSizeHint().height(), window.height()) << describe(window);
     const QList<const QWidget *> all = controls(window);

@@ -72,7 +72,7 @@ protected:
     /// Shown, and where the window manager puts it.
     static bool isPainted(const char *window) {
         return isActive(window) && shownWindow(window)->windowHandle()->isExposed() &&
-               shownWindow(window)->screen()->availableGeometry().contains(shownWindow(window)->frameGeometry());
+               shownWindow(window)->screen()->availableGeometry().contains(frameOf(*shownWindow(window)));
     }
     static bool saysProblem(const char *part) {
         return child<QLabel>(PromptWindowName, "problem")->text().contains(QString::fromUtf8(part));

@@ -1,12 +1,15 @@
 #include "QtTestSupport.h"
 
 #include "platform/qt/QtProgressWindow.h"
+#include "platform/qt/QtX11Events.h"
 
 #include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <map>
+#include <memory>
+#include <utility>
 
 #include <csignal>
 #include <fcntl.h>
@@ -26,6 +29,8 @@
 #include <QStyleFactory>
 #include <QWidget>
 
+#include <xcb/xcb.h>
+
 namespace orvane::test {
 
 namespace {
@@ -38,6 +43,15 @@ QtApplication *theApplication = nullptr;
 std::map<std::string, int (*)(QtApplication &)> &programs() {
     static std::map<std::string, int (*)(QtApplication &)> all;
     return all;
+}
+
+/// In device pixels; asked of the server, which has had all of this program's requests by then.
+QSize sizeOnServer(const QWidget &window) {
+    xcb_connection_t *const connection = QtX11Events::connection();
+    const auto request = xcb_get_geometry(connection, static_cast<xcb_drawable_t>(window.winId()));
+    const std::unique_ptr<xcb_get_geometry_reply_t, decltype(&std::free)> answer(
+        xcb_get_geometry_reply(connection, request, nullptr), &std::free);
+    return answer == nullptr ? QSize() : QSize(answer->width, answer->height);
 }
 
 } // namespace
@@ -63,6 +77,16 @@ bool waitUntil(const std::function<bool()> &holds) {
         QEventLoop().processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
     }
     return true;
+}
+
+bool waitUntilSettled(const QWidget &widget) {
+    QRect last;
+    return waitUntil([&] {
+        QApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest); // what came up or went has its place now
+        const QRect place(widget.mapTo(widget.window(), QPoint()), widget.size());
+        const bool isKept = std::exchange(last, place) == place;
+        return isKept && sizeOnServer(*widget.window()) == widget.window()->size() * widget.devicePixelRatio();
+    });
 }
 
 User::User() {
@@ -154,9 +178,13 @@ bool isActive(const char *objectName) {
     return window != nullptr && window->isActiveWindow() && activeWindow() == window->winId();
 }
 
+QRect frameOf(const QWidget &window) {
+    return window.frameGeometry().united(window.geometry());
+}
+
 bool takePicture(const QWidget &window, const std::string &name) {
     const QString folder = QString::fromStdString(environment("ORVANE_TEST_SCREENSHOTS"));
-    const QRect frame = window.frameGeometry();
+    const QRect frame = frameOf(window);
     const QImage image = window.screen()->grabWindow(0, frame.x(), frame.y(), frame.width(), frame.height()).toImage();
     if (image.isNull() || !QDir().mkpath(folder)) {
         return false;

@@ -25,6 +25,10 @@ std::string environment(const char *name);
 
 /// Handles events until the condition holds; false when it does not within 20 s.
 bool waitUntil(const std::function<bool()> &holds);
+/// Handles events until a widget's window has the size that the X server says it has, and the widget has kept its place since the last
+/// look; false when that does not come within 20 s. For whoever wants to click it: a window manager may still answer an earlier size.
+/// Not for the steps of a `User`, whose next one would begin meanwhile.
+bool waitUntilSettled(const QWidget &widget);
 
 /// What a user does while a call blocks: each step waits for its condition and then acts. Begins with the next event. When a condition
 /// does not come to hold within 20 s, the test fails and every window is closed, so that the call returns.
@@ -70,6 +74,9 @@ template <typename Kind> Kind *child(const char *window, const char *name) {
     return shown == nullptr ? nullptr : shown->findChild<Kind *>(QString::fromLatin1(name));
 }
 
+/// Where the window is on the screen with its frame. A window manager that makes a frame of one pixel first and sizes it later can leave
+/// Qt (6.4) with that pixel for good; then the window without its frame counts.
+QRect frameOf(const QWidget &window);
 /// A picture of the window with its frame, as PNG in the folder of pictures. False when it could not be taken or is of one colour.
 bool takePicture(const QWidget &window, const std::string &name);
 

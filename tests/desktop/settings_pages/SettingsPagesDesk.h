@@ -106,7 +106,7 @@ protected:
     /// screen is left to the X server: a window manager may have moved it, which the program hears of later.
     static void click(const QWidget &widget) {
         constexpr int FromTheLeft = 12;
-        QApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest); // what came up or went has its place now
+        ASSERT_TRUE(waitUntilSettled(widget));
         const QPoint place(std::min(FromTheLeft, widget.width() / 2), widget.height() / 2);
         const QPoint inWindow = widget.mapTo(widget.window(), place) * widget.devicePixelRatio();
         xdotool("mousemove --window " + std::to_string(widget.window()->winId()) + " " + std::to_string(inWindow.x()) + " " +
