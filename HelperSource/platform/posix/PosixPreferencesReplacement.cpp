@@ -3,7 +3,6 @@
 #include "platform/posix/PosixPreferencesLock.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -23,14 +22,15 @@ constexpr int MostTemporaryNames = 100;
 
 /// The names of a file's extended attributes; nothing with `errno`.
 std::optional<std::vector<std::string>> attributeNames(int file) {
-    std::array<char, 65536> names{}; // the kernel's limit (Linux, XATTR_LIST_MAX)
-    const ssize_t size = ::flistxattr(file, names.data(), names.size());
+    constexpr std::size_t Longest = 65536; // the kernel's limit (Linux, XATTR_LIST_MAX)
+    const auto names = std::make_unique_for_overwrite<char[]>(Longest); // only what is written to costs memory
+    const ssize_t size = ::flistxattr(file, names.get(), Longest);
     if (size < 0) {
         return errno == ENOTSUP ? std::optional(std::vector<std::string>()) : std::nullopt;
     }
     std::vector<std::string> result;
     for (std::size_t at = 0; at < static_cast<std::size_t>(size); at += result.back().size() + 1) {
-        result.emplace_back(names.data() + at);
+        result.emplace_back(names.get() + at);
     }
     return result;
 }
