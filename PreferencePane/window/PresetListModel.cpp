@@ -2,12 +2,12 @@
 
 #include "window/DraggedPresets.h"
 #include "window/Icons.h"
+#include "window/LocalFiles.h"
 #include "window/Page.h"
 
 #include "platform/qt/QtText.h"
 
 #include <QMimeData>
-#include <QUrl>
 
 #include <algorithm>
 
@@ -106,12 +106,7 @@ bool PresetListModel::dropMimeData(const QMimeData *data, Qt::DropAction action,
         Q_EMIT presetsMoved(presets);
         return true;
     }
-    QStringList paths;
-    for (const QUrl &url : data->urls()) {
-        if (url.isLocalFile()) {
-            paths.append(url.toLocalFile());
-        }
-    }
+    const QStringList paths = localPaths(*data);
     if (!paths.isEmpty()) {
         Q_EMIT filesDropped(paths, at);
     }

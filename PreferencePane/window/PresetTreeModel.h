@@ -36,9 +36,20 @@ public:
     /// `NoItem` for an index that is not valid.
     [[nodiscard]] static ItemID itemOfIndex(const QModelIndex &index);
 
-    /// Copies what the mime data holds (nodes of ours, files and folders of a file manager) to before the child at `row`; a
-    /// negative row means behind all. `move`: our own items are moved. Returns the items that are new or moved.
+    /// A file or folder on disk that is to become an item.
+    struct FileToInsert {
+        QString path;
+        bool withContent; ///< of a folder: whether what is in its files is copied, too
+    };
+
+    /// Copies the nodes that the mime data holds to before the child at `row`; a negative row means behind all. `move`: our own items
+    /// are moved. Returns the items that are new or moved.
     std::vector<ItemID> insertMimeData(const QMimeData &data, ItemID parent, int row, bool move);
+    /// Copies files to there, contents into the support folder; those that cannot be read are told of and left out. Nothing happens
+    /// when the parent is gone. Returns the new items.
+    std::vector<ItemID> insertFiles(const std::vector<FileToInsert> &files, ItemID parent, int row);
+    /// Whether what `canInsertMimeData` accepts are files of a file manager rather than nodes.
+    [[nodiscard]] static bool holdsFiles(const QMimeData &data, PropertyListTextForm &form);
     [[nodiscard]] bool canInsertMimeData(const QMimeData &data, ItemID parent, bool move) const;
     [[nodiscard]] QMimeData *mimeDataOfItems(const std::vector<ItemID> &items, bool isDrag) const;
 
@@ -62,6 +73,8 @@ Q_SIGNALS:
     void presetVanished();
     /// Something was dropped, and these items are it.
     void itemsDropped(const std::vector<orvane::ItemID> &items);
+    /// Files were dropped, for `insertFiles`.
+    void filesDropped(const QStringList &paths, orvane::ItemID parent, int row);
 
 private:
     void documentWillBeReplaced() override;
@@ -83,8 +96,9 @@ private:
     [[nodiscard]] QVariant _toolTip(ItemID item) const;
     [[nodiscard]] QVariant _severity(ItemID item) const;
     [[nodiscard]] QString _description(ItemID item, int column) const;
-    std::vector<ItemID> _insertFiles(const QMimeData &data, ItemID parent, std::size_t at);
-    [[nodiscard]] std::optional<PropertyList> _nodeOfPath(const std::string &path);
+    [[nodiscard]] std::optional<PropertyList> _nodeOfFolder(const std::string &path, bool withContent);
+    [[nodiscard]] std::optional<PropertyList> _nodeOfFile(const std::string &path);
+    void _sayWhyNot(const std::string &path, const std::string &problem);
 
     SettingsContext &_context;
     PresetDocument &_document;

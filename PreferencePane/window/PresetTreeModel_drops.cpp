@@ -1,6 +1,7 @@
 #include "window/PresetTreeModel.h"
 
 #include "window/DraggedPresets.h"
+#include "window/LocalFiles.h"
 #include "window/Page.h"
 #include "window/Sentences.h"
 
@@ -12,8 +13,8 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QMimeData>
-#include <QUrl>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -100,12 +101,11 @@ bool PresetTreeModel::canInsertMimeData(const QMimeData &data, ItemID parent, bo
     if (data.hasFormat(NodesMediaType)) {
         return true;
     }
-    for (const QUrl &url : data.urls()) {
-        if (url.isLocalFile()) {
-            return true;
-        }
-    }
-    return nodesOfMimeData(data, _context.form).has_value();
+    return !localPaths(data).isEmpty() || nodesOfMimeData(data, _context.form).has_value();
+}
+
+bool PresetTreeModel::holdsFiles(const QMimeData &data, PropertyListTextForm &form) {
+    return !localPaths(data).isEmpty() && !nodesOfMimeData(data, form);
 }
 
 std::vector<ItemID> PresetTreeModel::insertMimeData(const QMimeData &data, ItemID parent, int row, bool move) {
@@ -117,10 +117,8 @@ std::vector<ItemID> PresetTreeModel::insertMimeData(const QMimeData &data, ItemI
         _document.moveNodes(items, parent, at);
         return items;
     }
-    if (const auto nodes = nodesOfMimeData(data, _context.form)) {
-        return _document.insertNodes(*nodes, parent, at, "Paste");
-    }
-    return _insertFiles(data, parent, at);
+    const auto nodes = nodesOfMimeData(data, _context.form);
+    return nodes ? _document.insertNodes(*nodes, parent, at, "Paste") : std::vector<ItemID>();
 }
 
 bool PresetTreeModel::canDropMimeData(const QMimeData *data, Qt::DropAction action, int row, int /*column*/,
@@ -136,48 +134,59 @@ bool PresetTreeModel::dropMimeData(const QMimeData *data, Qt::DropAction action,
         return false;
     }
     const ItemID folder = parent.isValid() ? itemOfIndex(parent) : _document.treeOf(_preset);
-    const auto items = insertMimeData(*data, folder, parent.isValid() ? row : -1, action == Qt::MoveAction);
+    const int at = parent.isValid() ? row : -1;
+    if (itemsOfMimeData(*data, _document).empty() && holdsFiles(*data, _context.form)) {
+        Q_EMIT filesDropped(localPaths(*data), folder, at);
+        return true;
+    }
+    const auto items = insertMimeData(*data, folder, at, action == Qt::MoveAction);
     if (!items.empty()) {
         Q_EMIT itemsDropped(items);
     }
     return !items.empty();
 }
 
-/// One node for a file or folder on disk, its contents stored; nothing, after a message, when that is impossible.
-std::optional<PropertyList> PresetTreeModel::_nodeOfPath(const std::string &path) {
+void PresetTreeModel::_sayWhyNot(const std::string &path, const std::string &problem) {
+    _context.showMessage(translated("%1 cannot be added: %2").arg(QtTextOf(path), translatedSentence(problem)), true);
+}
+
+/// An array of one node for a folder on disk with all that is in it; nothing, after a message, when that is impossible.
+std::optional<PropertyList> PresetTreeModel::_nodeOfFolder(const std::string &path, bool withContent) {
     std::string problem;
-    const QString shown = QtTextOf(path);
-    if (QFileInfo(QFile::decodeName(path.c_str())).isDir()) {
-        FolderImportRequest request;
-        request.folder = path;
-        request.withContent = true;
-        const auto imported = _context.contents.importFolder(request, problem);
-        if (!imported) {
-            _context.showMessage(translated("%1 cannot be added: %2").arg(shown, translatedSentence(problem)), true);
-            return std::nullopt;
-        }
-        if (!imported->warnings.empty()) {
-            _context.showMessage(translatedSentence(imported->warnings.front()), true);
-        }
-        const PropertyListValue *name = imported->preset.root().find("directoryName");
-        const PropertyListValue *tree = imported->preset.root().find("fileHierarchy");
-        PropertyListBuilder builder;
-        static_cast<void>(builder.adopt(imported->preset));
-        std::vector<PropertyListEntry> entries{{"filename", name == nullptr ? builder.string({}) : *name},
-                                               {"isFolder", PropertyListValue::ofBoolean(true)}};
-        if (tree != nullptr) {
-            for (const PropertyListEntry &entry : tree->dictionary()) {
-                if (entry.key != "filename" && entry.key != "isFolder") {
-                    entries.push_back(entry);
-                }
+    FolderImportRequest request;
+    request.folder = path;
+    request.withContent = withContent;
+    const auto imported = _context.contents.importFolder(request, problem);
+    if (!imported) {
+        _sayWhyNot(path, problem);
+        return std::nullopt;
+    }
+    if (!imported->warnings.empty()) {
+        _context.showMessage(translatedSentence(imported->warnings.front()), true);
+    }
+    const PropertyListValue *name = imported->preset.root().find("directoryName");
+    const PropertyListValue *tree = imported->preset.root().find("fileHierarchy");
+    PropertyListBuilder builder;
+    static_cast<void>(builder.adopt(imported->preset));
+    std::vector<PropertyListEntry> entries{{"filename", name == nullptr ? builder.string({}) : *name},
+                                           {"isFolder", PropertyListValue::ofBoolean(true)}};
+    if (tree != nullptr) {
+        for (const PropertyListEntry &entry : tree->dictionary()) {
+            if (entry.key != "filename" && entry.key != "isFolder") {
+                entries.push_back(entry);
             }
         }
-        const std::array<PropertyListValue, 1> node{builder.dictionary(entries)};
-        return builder.finish(builder.array(node));
     }
+    const std::array<PropertyListValue, 1> node{builder.dictionary(entries)};
+    return builder.finish(builder.array(node));
+}
+
+/// The same for a file, which becomes a content file.
+std::optional<PropertyList> PresetTreeModel::_nodeOfFile(const std::string &path) {
+    std::string problem;
     const auto stored = _context.contents.addContent(path, problem);
     if (!stored) {
-        _context.showMessage(translated("%1 cannot be added: %2").arg(shown, translatedSentence(problem)), true);
+        _sayWhyNot(path, problem);
         return std::nullopt;
     }
     PropertyListBuilder builder;
@@ -190,14 +199,15 @@ std::optional<PropertyList> PresetTreeModel::_nodeOfPath(const std::string &path
     return builder.finish(builder.array(node));
 }
 
-std::vector<ItemID> PresetTreeModel::_insertFiles(const QMimeData &data, ItemID parent, std::size_t at) {
+std::vector<ItemID> PresetTreeModel::insertFiles(const std::vector<FileToInsert> &files, ItemID parent, int row) {
+    if (!_document.contains(parent) || !_document.canInsert(parent)) {
+        return {};
+    }
     std::vector<PropertyList> nodes;
-    for (const QUrl &url : data.urls()) {
-        if (url.isLocalFile()) {
-            const QString path = QFileInfo(url.toLocalFile()).absoluteFilePath();
-            if (auto node = _nodeOfPath(QFile::encodeName(path).toStdString())) {
-                nodes.push_back(std::move(*node));
-            }
+    for (const FileToInsert &file : files) {
+        const std::string path = QFile::encodeName(file.path).toStdString();
+        if (auto node = QFileInfo(file.path).isDir() ? _nodeOfFolder(path, file.withContent) : _nodeOfFile(path)) {
+            nodes.push_back(std::move(*node));
         }
     }
     std::vector<ItemID> made;
@@ -205,10 +215,12 @@ std::vector<ItemID> PresetTreeModel::_insertFiles(const QMimeData &data, ItemID 
         return made;
     }
     const EditHistory::Step step(_context.history, "Add Files");
+    const std::size_t end = _document.numberOfChildren(parent);
+    std::size_t at = row < 0 ? end : std::min(static_cast<std::size_t>(row), end);
     for (const PropertyList &node : nodes) {
         for (const ItemID item : _document.insertNodes(node, parent, at, "Add Files")) {
             made.push_back(item);
-            at = at == Last ? Last : at + 1;
+            ++at;
         }
     }
     _context.resourcesDidChange();

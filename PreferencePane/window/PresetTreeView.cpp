@@ -1,7 +1,7 @@
 #include "window/PresetTreeView.h"
 
 #include "window/Icons.h"
-#include "window/LastFolder.h"
+#include "window/LocalFiles.h"
 #include "window/NodeDelegate.h"
 #include "window/Page.h"
 
@@ -13,14 +13,12 @@
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QDrag>
-#include <QFileDialog>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMimeData>
 #include <QPainter>
 #include <QResizeEvent>
-#include <QUrl>
 
 #include <algorithm>
 #include <array>
@@ -40,7 +38,7 @@ constexpr std::size_t MostRowsOpened = 20000;
 } // namespace
 
 PresetTreeView::PresetTreeView(SettingsContext &context, QWidget *parent)
-    : QTreeView(parent), _context(context), _model(new PresetTreeModel(context, this)) {
+    : FileDropView(parent), _context(context), _model(new PresetTreeModel(context, this)) {
     setObjectName(QStringLiteral("presetTree"));
     setAccessibleName(translated("Folders and files of the preset"));
     setModel(_model);
@@ -66,6 +64,8 @@ PresetTreeView::PresetTreeView(SettingsContext &context, QWidget *parent)
     _makeLabelMenu();
     _updateActions();
     connect(_model, &PresetTreeModel::itemsDropped, this, [this](const std::vector<ItemID> &items) { selectItems(items); });
+    // Later: a question may come up, and the program that the files come from waits until the drop is done.
+    connect(_model, &PresetTreeModel::filesDropped, this, &PresetTreeView::_addFiles, Qt::QueuedConnection);
     connect(_model, &QAbstractItemModel::modelReset, this, [this] {
         _updateActions();
         Q_EMIT nodesSelected();
@@ -278,7 +278,11 @@ void PresetTreeView::_paste() {
         _context.showMessage(translated("The clipboard holds nothing that can be pasted here."), true);
         return;
     }
-    selectItems(_model->insertMimeData(*held, parent, row, false));
+    if (PresetTreeModel::holdsFiles(*held, _context.form)) {
+        _addFiles(localPaths(*held), parent, row);
+    } else {
+        selectItems(_model->insertMimeData(*held, parent, row, false));
+    }
 }
 
 void PresetTreeView::_remove(const char *stepName) {
@@ -340,27 +344,6 @@ void PresetTreeView::_moveIn() {
     if (document.isFolder(above) && document.canMove(items, above)) {
         _context.presets.moveNodes(items, above, Last);
         selectItems(items);
-    }
-}
-
-void PresetTreeView::addFilesAtPaths(const QStringList &paths) {
-    QMimeData files;
-    QList<QUrl> urls;
-    for (const QString &path : paths) {
-        urls.append(QUrl::fromLocalFile(path));
-    }
-    files.setUrls(urls);
-    const PresetDocument &document = _context.presets;
-    const ItemID current = currentItem() == NoItem ? document.treeOf(_model->preset()) : currentItem();
-    const bool goesInside = document.isFolder(current) && document.canInsert(current);
-    selectItems(_model->insertMimeData(files, goesInside ? current : document.parentOf(current), -1, false));
-}
-
-void PresetTreeView::_chooseFiles() {
-    const QStringList paths = QFileDialog::getOpenFileNames(this, translated("Add Files"), LastFolder::path());
-    if (!paths.isEmpty()) {
-        LastFolder::note(paths.front());
-        addFilesAtPaths(paths);
     }
 }
 

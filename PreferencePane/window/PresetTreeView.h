@@ -1,5 +1,6 @@
 #pragma once
 
+#include "window/LocalFiles.h"
 #include "window/PresetTreeModel.h"
 
 #include <QTreeView>
@@ -15,7 +16,7 @@ namespace orvane {
 
 /// A preset's tree, to be edited with keys and mouse as people know it from file managers: F2 renames, Return adds a sibling, Shift+Return
 /// an item inside, Del deletes, Alt with the arrow keys moves, Ctrl+X/C/V and Ctrl+D do what they do everywhere.
-class PresetTreeView final : public QTreeView {
+class PresetTreeView final : public FileDropView<QTreeView> {
     Q_OBJECT
 
 public:
@@ -51,6 +52,7 @@ public:
     /// Goes to the item and opens its editor in that column.
     void editItem(ItemID item, int column = PresetTreeModel::Name);
     void addNode(bool isFolder, bool isInside);
+    /// Adds files and folders where the current item is. The user is asked before large folders are copied.
     void addFilesAtPaths(const QStringList &paths);
 
 Q_SIGNALS:
@@ -79,6 +81,7 @@ private:
     void _moveOut();
     void _moveIn();
     void _chooseFiles();
+    void _addFiles(const QStringList &paths, ItemID parent, int row);
 
     SettingsContext &_context;
     PresetTreeModel *_model;

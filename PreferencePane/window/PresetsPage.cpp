@@ -1,6 +1,7 @@
 #include "window/PresetsPage.h"
 
 #include "window/Icons.h"
+#include "window/LocalFiles.h"
 #include "window/Page.h"
 #include "window/PresetEditor.h"
 #include "window/PresetListModel.h"
@@ -34,7 +35,7 @@ PresetsPage::PresetsPage(SettingsContext &context, QWidget *parent)
     connect(_readyMadeMenu, &QMenu::aboutToShow, this, [this] { _fillReadyMadeMenu(); });
     _ui_splitter->setChildrenCollapsible(false);
     _ui_splitter->setHandleWidth(1);
-    _ui_list = new QListView(this);
+    _ui_list = new FileDropView<QListView>(this);
     _makeActions();
     _ui_splitter->addWidget(_makeList());
     _ui_right->addWidget(_makeEmptyState());

@@ -4,6 +4,7 @@
 #include "window/GeneralPage.h"
 #include "window/Hints.h"
 #include "window/Icons.h"
+#include "window/LocalFiles.h"
 #include "window/MessageBar.h"
 #include "window/Page.h"
 #include "window/PresetEditor.h"
@@ -27,7 +28,6 @@
 #include <QStackedWidget>
 #include <QToolBar>
 #include <QToolButton>
-#include <QUrl>
 #include <QVBoxLayout>
 
 #include <array>
@@ -50,17 +50,6 @@ QScrollArea *scrolled(QWidget *page, QWidget *parent) {
 
 /// What the store calls the step in which it takes over what another program has changed.
 constexpr std::string_view ByOthers = QT_TRANSLATE_NOOP("Orvane", "Changes by Another Program");
-
-/// Files and folders of this computer.
-QStringList localPaths(const QMimeData &data) {
-    QStringList paths;
-    for (const QUrl &url : data.urls()) {
-        if (url.isLocalFile()) {
-            paths.append(url.toLocalFile());
-        }
-    }
-    return paths;
-}
 
 } // namespace
 

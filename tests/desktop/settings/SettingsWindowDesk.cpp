@@ -6,10 +6,14 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QDropEvent>
 #include <QFile>
 #include <QFileInfo>
+#include <QMimeData>
+#include <QUrl>
 
 #include <fstream>
+#include <initializer_list>
 #include <sstream>
 
 namespace orvane::test {
@@ -172,6 +176,27 @@ void SettingsWindowTest::key(Qt::Key key, Qt::KeyboardModifiers modifiers) {
     ASSERT_NE(QApplication::focusWidget(), nullptr);
     QTest::keyClick(QApplication::focusWidget(), key, modifiers);
     QCoreApplication::processEvents();
+}
+
+Qt::DropAction SettingsWindowTest::dropOn(const std::string &target, const std::vector<std::string> &files) {
+    QMimeData data;
+    QList<QUrl> urls;
+    for (const std::string &file : files) {
+        urls.append(QUrl::fromLocalFile(QtTextOf(path(file))));
+    }
+    data.setUrls(urls);
+    constexpr Qt::DropActions Possible = Qt::MoveAction | Qt::CopyAction;
+    const QPoint place = tree().visualRect(tree().presetModel().indexOfItem(item(target))).center();
+    QDragEnterEvent enter(place, Possible, &data, Qt::LeftButton, Qt::ShiftModifier); // which asks for moving
+    QDragMoveEvent move(place, Possible, &data, Qt::LeftButton, Qt::ShiftModifier);
+    QDropEvent drop(place, Possible, &data, Qt::LeftButton, Qt::ShiftModifier);
+    for (QDropEvent *const event : std::initializer_list<QDropEvent *>{&enter, &move, &drop}) {
+        EXPECT_EQ(event->proposedAction(), Qt::MoveAction);
+        QApplication::sendEvent(tree().viewport(), event);
+        EXPECT_TRUE(event->isAccepted());
+    }
+    EXPECT_EQ(move.dropAction(), drop.dropAction());
+    return drop.dropAction();
 }
 
 QPoint SettingsWindowTest::placeOf(ItemID item) {

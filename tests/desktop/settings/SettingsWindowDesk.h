@@ -77,6 +77,8 @@ protected:
     static void drag(QPoint from, QPoint to);
     /// Its text as the tree of a preset in the document, in the form of `diskTree`.
     [[nodiscard]] std::string shownTree();
+    /// Drops files of a file manager, which proposes to move them, on an item of the tree. Returns what is said to be done with them.
+    Qt::DropAction dropOn(const std::string &item, const std::vector<std::string> &paths);
 
     QTemporaryDir home{QStringLiteral("/dev/shm/orvane-settings-XXXXXX")};
     SettingsPaths paths;

@@ -8,15 +8,12 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QDir>
-#include <QDropEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QMessageBox>
-#include <QMimeData>
 #include <QTabWidget>
 #include <QToolButton>
 #include <QTreeWidget>
-#include <QUrl>
 
 #include <filesystem>
 
@@ -267,17 +264,8 @@ TEST_F(SettingsWindowTest, FilesOfAFileManagerBecomeContentFilesAndFoldersTrees)
     writeFile(path("/in/letter {1}.txt"), "Dear …");
     writeFile(path("/in/Kit/sub/tool.sh"), "#!/bin/sh\n");
     start();
-    QMimeData data;
-    data.setUrls({QUrl::fromLocalFile(QtTextOf(path("/in/letter {1}.txt"))), QUrl::fromLocalFile(QtTextOf(path("/in/Kit")))});
-    QWidget &viewport = *tree().viewport();
-    const QPoint place = tree().visualRect(tree().presetModel().indexOfItem(item("B"))).center();
-    QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&viewport, &enter);
-    QDragMoveEvent move(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&viewport, &move);
-    ASSERT_TRUE(move.isAccepted());
-    QDropEvent drop(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&viewport, &drop);
+    EXPECT_EQ(dropOn("B", {"/in/letter {1}.txt", "/in/Kit"}), Qt::CopyAction) << "whatever the file manager proposes";
+    ASSERT_TRUE(waitUntil([this] { return shownTree() != "A B c.txt"; }));
     EXPECT_EQ(shownTree(), "A B(letter \\{1\\}.txt Kit(sub(tool.sh))) c.txt");
     const std::string content = context().presets.text(item("B/Kit/sub/tool.sh"), "contentFilename");
     EXPECT_EQ(readFile(paths.supportFolder + "/File Content/" + content), "#!/bin/sh\n");
@@ -383,6 +371,17 @@ TEST_F(SettingsWindowTest, AnAddedPresetThatBringsAScriptIsNamed) {
     EXPECT_TRUE(text.contains(QStringLiteral("tidy 2.sh"))) << text.toStdString(); // the other one is not executable
 }
 
+TEST_F(SettingsWindowTest, AFileDroppedOnAnItemThatIsGoneByThenIsNotAdded) {
+    writePresets({"One"});
+    writeFile(path("/in/letter.txt"), "Dear …");
+    start();
+    static_cast<void>(dropOn("B", {"/in/letter.txt"}));
+    context().presets.removeNodes({{item("B")}}, "Delete");
+    QCoreApplication::sendPostedEvents();
+    EXPECT_EQ(shownTree(), "A c.txt");
+    EXPECT_FALSE(std::filesystem::exists(paths.supportFolder + "/File Content"));
+}
+
 class LargeFolder : public SettingsWindowTest {
 protected:
     LargeFolder() {
@@ -392,6 +391,9 @@ protected:
     }
     /// Opens the folder and presses that button of the question.
     void open(const char *button) {
+        answer(button, [this] { window->openPaths({QtTextOf(path("/in/Shoot"))}); });
+    }
+    void answer(const char *button, const std::function<void()> &act) {
         User user;
         user.when([] { return isActive("folderQuestion"); },
                   [&] {
@@ -403,8 +405,8 @@ protected:
                                         Qt::LeftButton);
                   },
                   "the question");
-        window->openPaths({QtTextOf(path("/in/Shoot"))});
-        EXPECT_TRUE(user.hasFinished());
+        act();
+        EXPECT_TRUE(waitUntil([&] { return user.hasFinished(); }));
     }
     [[nodiscard]] std::size_t contents() const {
         const std::filesystem::path folder = paths.supportFolder + "/File Content";
@@ -423,6 +425,22 @@ TEST_F(LargeFolder, IsNotCopiedWithoutAQuestion) {
     EXPECT_TRUE(said.contains(QStringLiteral(": 2, with 21 MB"))) << said.toStdString();
     EXPECT_EQ(context().presets.numberOfPresets(), 0U);
     EXPECT_EQ(contents(), 0U);
+}
+
+TEST_F(LargeFolder, IsNotCopiedIntoATreeWithoutAQuestionEither) {
+    writePresets({"One"});
+    start();
+    answer("cancel", [this] { static_cast<void>(dropOn("B", {"/in/Shoot"})); });
+    EXPECT_TRUE(said.contains(QStringLiteral(": 2, with 21 MB"))) << said.toStdString();
+    ASSERT_TRUE(waitUntil([] { return shownWindow("folderQuestion") == nullptr; }));
+    EXPECT_EQ(shownTree(), "A B c.txt");
+    answer("namesOnly", [this] { tree().addFilesAtPaths({QtTextOf(path("/in/Shoot"))}); });
+    ASSERT_TRUE(waitUntil([this] { return shownTree().find("Shoot") != std::string::npos; }));
+    EXPECT_EQ(contents(), 0U);
+    context().history.undo();
+    answer("copyContents", [this] { static_cast<void>(dropOn("B", {"/in/Shoot"})); });
+    ASSERT_TRUE(waitUntil([this] { return shownTree() == "A B(Shoot(notes.txt raw(clip.mov))) c.txt"; })) << shownTree();
+    EXPECT_EQ(contents(), 2U);
 }
 
 TEST_F(LargeFolder, BecomesAPresetWithEmptyFilesByItsNamesOnly) {
