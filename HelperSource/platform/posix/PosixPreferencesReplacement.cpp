@@ -22,7 +22,7 @@ constexpr int MostTemporaryNames = 100;
 
 /// The names of a file's extended attributes; nothing with `errno`.
 std::optional<std::vector<std::string>> attributeNames(int file) {
-    constexpr std::size_t Longest = 65536; // the kernel's limit (Linux, XATTR_LIST_MAX)
+    constexpr std::size_t Longest = 65536;                              // the kernel's limit (Linux, XATTR_LIST_MAX)
     const auto names = std::make_unique_for_overwrite<char[]>(Longest); // only what is written to costs memory
     const ssize_t size = ::flistxattr(file, names.get(), Longest);
     if (size < 0) {

@@ -49,8 +49,8 @@ std::map<std::string, int (*)(QtApplication &)> &programs() {
 QSize sizeOnServer(const QWidget &window) {
     xcb_connection_t *const connection = QtX11Events::connection();
     const auto request = xcb_get_geometry(connection, static_cast<xcb_drawable_t>(window.winId()));
-    const std::unique_ptr<xcb_get_geometry_reply_t, decltype(&std::free)> answer(
-        xcb_get_geometry_reply(connection, request, nullptr), &std::free);
+    const std::unique_ptr<xcb_get_geometry_reply_t, decltype(&std::free)> answer(xcb_get_geometry_reply(connection, request, nullptr),
+                                                                                 &std::free);
     return answer == nullptr ? QSize() : QSize(answer->width, answer->height);
 }
 
