@@ -14,3 +14,15 @@ remove_scratch() {
     done
     printf 'left behind: %s\n' "$1" >&2
 }
+
+# end_program PID: asks a child to end, and ends it when it has not done so within five seconds: compositors can hang in their own end.
+end_program() {
+    local i
+    kill "$1" 2>/dev/null || true
+    for ((i = 0; i < 100; i++)); do
+        kill -0 "$1" 2>/dev/null || break
+        sleep 0.05
+    done
+    kill -KILL "$1" 2>/dev/null || true
+    wait "$1" 2>/dev/null || true
+}

@@ -101,8 +101,7 @@ scratch=$(mktemp -d "${TMPDIR:-/tmp}/orvane-desktop.XXXXXX")
 server=
 # shellcheck disable=SC2317 # called by the trap
 cleanup() {
-    [ -z "$server" ] || kill "$server" 2>/dev/null || true
-    [ -z "$server" ] || wait "$server" 2>/dev/null || true
+    [ -z "$server" ] || end_program "$server"
     remove_scratch "$scratch"
 }
 trap cleanup EXIT

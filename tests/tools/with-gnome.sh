@@ -33,12 +33,7 @@ if [ "${ORVANE_DESKTOP_STAGE-}" = 2 ]; then
     shell=$!
     # shellcheck disable=SC2317 # called by the trap
     stop() {
-        kill "$shell" 2>/dev/null || true
-        for ((i = 0; i < 100; i++)); do
-            kill -0 "$shell" 2>/dev/null || return 0
-            sleep 0.05
-        done
-        kill -KILL "$shell" 2>/dev/null || true
+        end_program "$shell"
     }
     trap stop EXIT
     # It starts with an overview of all windows, in which new windows do not get the keyboard.

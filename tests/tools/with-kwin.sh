@@ -31,8 +31,7 @@ if [ "${ORVANE_DESKTOP_STAGE-}" = 2 ]; then
     kwin=$!
     # shellcheck disable=SC2317 # called by the trap
     stop() {
-        kill "$kwin" 2>/dev/null || true
-        wait "$kwin" 2>/dev/null || true
+        end_program "$kwin"
     }
     trap stop EXIT
     for ((i = 0; i < 400; i++)); do

@@ -38,8 +38,7 @@ if [ "${ORVANE_DESKTOP_STAGE-}" = 2 ]; then
     sway=$!
     # shellcheck disable=SC2317 # called by the trap
     stop() {
-        kill "$sway" 2>/dev/null || true
-        wait "$sway" 2>/dev/null || true
+        end_program "$sway"
     }
     trap stop EXIT
     for ((i = 0; i < 400; i++)); do

@@ -7,6 +7,8 @@
 #
 # The command finds what with-desktop.sh gives, and WAYLAND_DISPLAY. DISPLAY is the X server that weston is on: for input by XTest.
 set -euo pipefail
+# shellcheck source=tests/tools/scratch.sh
+. "$(dirname "${BASH_SOURCE[0]}")/scratch.sh"
 
 size=1280x800
 while [ $# -gt 0 ]; do
@@ -28,8 +30,7 @@ if [ -n "${ORVANE_TEST_ON_X-}" ]; then
     weston=$!
     # shellcheck disable=SC2317 # called by the trap
     stop() {
-        kill "$weston" 2>/dev/null || true
-        wait "$weston" 2>/dev/null || true
+        end_program "$weston"
     }
     trap stop EXIT
     for ((i = 0; i < 400; i++)); do

@@ -140,7 +140,8 @@ class Ending(States):
             manager.stdin.flush()
             self.assertEqual(manager.stdout.readline(), "saved\n")
             self.assert_ends(state)
-            self.assertEqual(manager.communicate(timeout=LIMIT)[0], "closed\n")
+            self.assertEqual(manager.stdout.readline(), "closed\n")  # which may have come together with the line before
+            manager.wait(LIMIT)
 
         self.in_each_state(act)
 
