@@ -17,6 +17,8 @@
 #include "presets/ORVPresetManager.h"
 #include "presets/ORVPropertyListReading.h"
 
+#include <csignal>
+
 #include <unistd.h>
 
 // `orvane create`: the same road as in the helper, from the preset to the open folder, over adapters that answer from the
@@ -27,6 +29,23 @@ namespace orvane {
 namespace {
 
 constexpr const char *Name = "create";
+
+/// A reader who has gone ends a program at its next word. As long as this lives that has to wait: what was made is to be completed.
+class DeferredBrokenPipe {
+public:
+    DeferredBrokenPipe() {
+        sigset_t pipe;
+        sigemptyset(&pipe);
+        sigaddset(&pipe, SIGPIPE);
+        ::pthread_sigmask(SIG_BLOCK, &pipe, &_before);
+    }
+    DeferredBrokenPipe(const DeferredBrokenPipe &) = delete;
+    DeferredBrokenPipe &operator=(const DeferredBrokenPipe &) = delete;
+    ~DeferredBrokenPipe() { ::pthread_sigmask(SIG_SETMASK, &_before, nullptr); } // and what has come meanwhile comes now
+
+private:
+    sigset_t _before{};
+};
 
 /// One run of the command.
 class Creation {
@@ -117,6 +136,7 @@ private:
         if (_observed.wasStopped()) {
             return _noteStop();
         }
+        const DeferredBrokenPipe deferred;
         _warnOfDroppedValues(survey);
         _interruptionIsOpen = Interruption::wasRequested();
         _noteScript(manager, preset);

@@ -1,5 +1,6 @@
 #include "presets/ORVJournaledFileSystem.h"
 
+#include <array>
 #include <atomic>
 #include <string>
 #include <utility>
@@ -17,8 +18,9 @@ using Worker = CreationJournal::Worker;
 /// Notes each item and hands it on. `_way` holds the numbers of the folders that the writer is in, the base first.
 class NotingWriter final : public HierarchyWriter {
 public:
-    NotingWriter(HierarchyWriter &writer, Entry &entry, FolderNumber folder, Worker worker)
-        : _writer(writer), _entry(entry), _worker(worker), _way{folder} {}
+    /// `way` ends with the folder that the writer is in.
+    NotingWriter(HierarchyWriter &writer, Entry &entry, std::vector<FolderNumber> way, Worker worker)
+        : _writer(writer), _entry(entry), _worker(worker), _way(std::move(way)) {}
 
     [[nodiscard]] bool enterFolder(std::string_view name) override {
         const FolderNumber folder = _entry.aboutToMake(Kind::Folder, _way.back(), name, _worker);
@@ -57,10 +59,12 @@ public:
             const FolderNumber parent = each.parent == FolderAhead::InCurrent ? _way.back() : numbers[each.parent];
             numbers.push_back(_entry.aboutToMake(Kind::Folder, parent, each.name, _worker));
         }
-        const FolderNumber folder = _way.back();
+        // Made here: on the other thread nobody could be told that there is no memory for them.
+        std::array<std::vector<FolderNumber>, 2> ways{std::vector(1, _way.back()), std::vector(1, _way.back())};
         std::atomic<Worker> workers = 0;
         const TwoThreads result = _writer.makeOnTwoThreads(ahead, [&](HierarchyWriter &writer) {
-            NotingWriter noting(writer, _entry, folder, workers++);
+            const Worker worker = workers++;
+            NotingWriter noting(writer, _entry, std::move(ways.at(worker)), worker);
             work(noting);
         });
         _entry.isDone(_worker);
@@ -95,7 +99,7 @@ private:
 class NotedHierarchy final : public HierarchyWriter {
 public:
     NotedHierarchy(std::unique_ptr<HierarchyWriter> writer, std::unique_ptr<Entry> entry)
-        : _writer(std::move(writer)), _entry(std::move(entry)), _noting(*_writer, *_entry, CreationJournal::Base, 0) {}
+        : _writer(std::move(writer)), _entry(std::move(entry)), _noting(*_writer, *_entry, {CreationJournal::Base}, 0) {}
 
     [[nodiscard]] bool enterFolder(std::string_view name) override {
         const bool entered = _target().enterFolder(name);

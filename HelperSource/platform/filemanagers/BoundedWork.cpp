@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <exception>
-#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -22,7 +21,7 @@ std::optional<std::string> BoundedWork::run(const Deadline &deadline, Work work)
     }
     _state->busy = true;
     _state->result.reset();
-    const auto whole = [state = _state, work = std::move(work)]() mutable {
+    auto whole = [state = _state, work = std::move(work)]() mutable {
         std::optional<std::string> result;
         try {
             result = work();
@@ -36,8 +35,8 @@ std::optional<std::string> BoundedWork::run(const Deadline &deadline, Work work)
         state->changed.notify_all();
     };
     try {
-        std::thread(whole).detach();
-    } catch (const std::system_error &) {
+        std::thread(std::move(whole)).detach(); // so that nobody else has what it owns
+    } catch (const std::exception &) {          // no thread, or no memory for one
         _state->busy = false;
         return std::nullopt;
     }

@@ -217,7 +217,12 @@ PosixContent::Opened PosixContentStore::_opened(const PosixContent &content) {
     const std::lock_guard lock(_mutex);
     if (!content._descriptor) {
         FileDescriptor item = openForReading(content._path);
-        if (!item) {
+        struct stat status {};
+        if (!item || ::fstat(item.get(), &status) != 0) {
+            return nullptr;
+        }
+        if (status.st_dev != content._status.st_dev || status.st_ino != content._status.st_ino) {
+            errno = ESTALE; // it was replaced since: its bytes would go with the other one's size, mode and attributes
             return nullptr;
         }
         content._descriptor = std::make_shared<const FileDescriptor>(std::move(item));

@@ -62,6 +62,15 @@ bool isInMemory(int file) {
     return ::fstatfs(file, &about) == 0 && about.f_type == TMPFS_MAGIC;
 }
 
+/// Space for so many bytes. A signal ends the call early (Linux, shmem_fallocate).
+bool reserve(int file, std::size_t size) {
+    int error = 0;
+    do {
+        error = ::posix_fallocate(file, 0, static_cast<off_t>(size));
+    } while (error == EINTR);
+    return error == 0;
+}
+
 bool makeFolder(const std::string &path) {
     if (makePrivateFolder(path) || errno == EEXIST) {
         return true;
@@ -144,7 +153,7 @@ private:
             return true;
         }
         const std::size_t size = std::max(_size * 2, (wanted + SmallestFile - 1) / SmallestFile * SmallestFile);
-        if (size > LargestFile || ::posix_fallocate(_file.get(), 0, static_cast<off_t>(size)) != 0) {
+        if (size > LargestFile || !reserve(_file.get(), size)) {
             return false;
         }
         void *const moved = ::mremap(_memory, _size, size, MREMAP_MAYMOVE);
@@ -187,7 +196,7 @@ std::unique_ptr<CreationJournal::Entry> PosixCreationJournal::begin(std::string_
         }
         auto size = static_cast<std::size_t>(status.st_size);
         if (size < SmallestFile) {
-            if (!isInMemory(file.get()) || ::posix_fallocate(file.get(), 0, SmallestFile) != 0) {
+            if (!isInMemory(file.get()) || !reserve(file.get(), SmallestFile)) {
                 return nullptr;
             }
             size = SmallestFile;

@@ -145,9 +145,12 @@ void PosixFolderCursor::_reopenLast(int below, std::size_t levels) {
     for (std::size_t i = 0; i < levels; ++i) {
         up += "../";
     }
-    FileDescriptor folder(::openat(below, up.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const auto open = [&](int access) {
+        return FileDescriptor(uninterrupted([&] { return ::openat(below, up.c_str(), access | O_DIRECTORY | O_CLOEXEC); }));
+    };
+    FileDescriptor folder = open(O_RDONLY);
     if (!folder && errno == EACCES) {
-        folder = FileDescriptor(::openat(below, up.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+        folder = open(O_PATH);
     }
     if (folder && identityOf(folder.get()) == _anchors.back().identity) {
         _anchors.back().folder = std::move(folder);

@@ -63,42 +63,64 @@ void PosixHierarchyWriter::_removeFrom(Index first, Omissions &left) {
 }
 
 void PosixHierarchyWriter::_removeShared(const SharedWork &shared, Omissions &left) {
-    FileDescriptor folder;
-    std::string path;
-    if (shared.end - shared.middle >= LeastForSecondThread && _goTo(_cursor, shared.folder)) {
-        const Place at = _cursor.place(".");
-        folder = FileDescriptor(::openat(at.folder, at.path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-        path = _pathForTelling();
-    }
-    if (folder) {
-        PosixFolderCursor other(std::move(folder), shared.folder, _cursor.options());
-        Omissions leftByOther;
-        PosixSecondThread second;
-        if (second.start([&] { _removeRange(other, path, shared.middle, shared.end, leftByOther); })) {
-            _removeRange(_cursor, _pathOfRoot, shared.begin, shared.middle, left);
-            second.join();
-            left.add(std::move(leftByOther));
+    try {
+        if (shared.end - shared.middle >= LeastForSecondThread && _removeOnTwoThreads(shared, left)) {
             return;
         }
+    } catch (const std::bad_alloc &) { // one thread needs less
+        errno = ENOMEM;
     }
     _removeRange(_cursor, _pathOfRoot, shared.begin, shared.end, left);
 }
 
-void PosixHierarchyWriter::_removeRange(PosixFolderCursor &cursor, std::string_view root, Index first, Index end, Omissions &left) const {
+/// False with nothing done when that cannot be.
+bool PosixHierarchyWriter::_removeOnTwoThreads(const SharedWork &shared, Omissions &left) {
+    if (!_goTo(_cursor, shared.folder)) {
+        return false;
+    }
+    const Place at = _cursor.place(".");
+    FileDescriptor folder(uninterrupted([&] { return ::openat(at.folder, at.path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC); }));
+    if (!folder) {
+        return false;
+    }
+    const std::string path = _pathForTelling();
+    PosixFolderCursor other(std::move(folder), shared.folder, _cursor.options());
+    Omissions leftByOther;
+    PosixSecondThread second;
+    if (!second.start([&] { _removeRange(other, path, shared.middle, shared.end, leftByOther); })) {
+        return false;
+    }
+    _removeRange(_cursor, _pathOfRoot, shared.begin, shared.middle, left);
+    second.join();
+    left.add(std::move(leftByOther));
+    return true;
+}
+
+void PosixHierarchyWriter::_removeRange(PosixFolderCursor &cursor, std::string_view root, Index first, Index end,
+                                        Omissions &left) const noexcept {
     for (Index item = end; item-- > first;) {
         if (_items.has(item, PosixMadeItems::Entered)) {
             continue;
         }
         errno = 0;
-        bool isGone = false;
-        if (_goTo(cursor, _items.parent(item))) {
-            const Place at = cursor.place(_items.name(item));
-            const int flags = _items.has(item, PosixMadeItems::Folder) ? AT_REMOVEDIR : 0;
-            isGone = ::unlinkat(at.folder, at.path, flags) == 0; // a folder with something foreign in it refuses, and stays
-        }
-        if (!isGone && errno != 0 && errno != ENOENT) { // 0 and ENOENT: somebody else took it away, or the folder that it is in
+        if (!_remove(cursor, item) && errno != 0 && errno != ENOENT) { // 0 and ENOENT: somebody else took it away, or its folder
             left.add(errno, root, cursor.pathFromRoot(), _items.name(item), _items.end());
         }
+    }
+}
+
+/// What cannot be reached for want of memory stays: the others go all the same.
+bool PosixHierarchyWriter::_remove(PosixFolderCursor &cursor, Index item) const noexcept {
+    try {
+        if (!_goTo(cursor, _items.parent(item))) {
+            return false;
+        }
+        const Place at = cursor.place(_items.name(item));
+        const int flags = _items.has(item, PosixMadeItems::Folder) ? AT_REMOVEDIR : 0;
+        return ::unlinkat(at.folder, at.path, flags) == 0; // a folder with something foreign in it refuses, and stays
+    } catch (const std::bad_alloc &) {
+        errno = ENOMEM;
+        return false;
     }
 }
 

@@ -1,18 +1,14 @@
 #include "platform/posix/PosixHotKeyStatement.h"
 
-#include "platform/posix/FileDescriptor.h"
-
 #include <array>
 #include <cerrno>
-#include <charconv>
-#include <csignal>
 #include <cstddef>
 #include <cstdio>
 #include <utility>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
-#include <sys/types.h>
 
 namespace orvane {
 
@@ -24,11 +20,9 @@ std::string pathIn(const std::string &directory) {
     return directory + "/hot-key";
 }
 
-/// The file is a line with the helper's process id, then the text.
-bool isRunning(std::string_view line) {
-    pid_t process = 0;
-    const auto [end, error] = std::from_chars(line.data(), line.data() + line.size(), process);
-    return error == std::errc() && end == line.data() + line.size() && process > 0 && (::kill(process, 0) == 0 || errno == EPERM);
+/// Its helper holds the lock of the file that it wrote: a number in it could be another process's by now.
+bool isLocked(int file) {
+    return uninterrupted([&] { return ::flock(file, LOCK_SH | LOCK_NB); }) != 0 && errno == EWOULDBLOCK;
 }
 
 bool writeWhole(int descriptor, std::string_view text) {
@@ -54,6 +48,7 @@ void PosixHotKeyStatement::say(std::string_view text) {
     if (text.empty()) {
         if (std::exchange(_isSaid, false)) {
             ::unlink(_path.c_str());
+            _file.reset();
         }
         return;
     }
@@ -62,9 +57,11 @@ void PosixHotKeyStatement::say(std::string_view text) {
     const std::string temporary = _path + ".new";
     FileDescriptor file(
         uninterrupted([&] { return ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, ForTheUser); }));
-    const std::string content = std::to_string(::getpid()) + "\n" + std::string(text) + "\n";
-    if (file && writeWhole(file.get(), content) && file.closeChecked() && ::rename(temporary.c_str(), _path.c_str()) == 0) {
+    const std::string content = std::to_string(::getpid()) + "\n" + std::string(text) + "\n"; // the number is for whoever looks
+    if (file && ::flock(file.get(), LOCK_EX | LOCK_NB) == 0 && writeWhole(file.get(), content) &&
+        ::rename(temporary.c_str(), _path.c_str()) == 0) {
         _isSaid = true;
+        _file = std::move(file);
     }
 }
 
@@ -77,7 +74,7 @@ std::optional<std::string> PosixHotKeyStatement::ofDirectory(const std::string &
     const ssize_t size = uninterrupted([&] { return ::read(file.get(), content.data(), content.size()); });
     std::string_view text(content.data(), size > 0 ? static_cast<std::size_t>(size) : 0);
     const std::size_t end = text.find('\n');
-    if (end == std::string_view::npos || !isRunning(text.substr(0, end))) {
+    if (end == std::string_view::npos || !isLocked(file.get())) {
         return std::nullopt;
     }
     text.remove_prefix(end + 1);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/posix/FileDescriptor.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -27,6 +29,7 @@ private:
     const std::string _directory;
     const std::string _path;
     bool _isSaid = false;
+    FileDescriptor _file; ///< what was said last, locked for as long as that holds
 };
 
 } // namespace orvane

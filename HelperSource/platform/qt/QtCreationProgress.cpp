@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <system_error>
 #include <utility>
 
 #include <fcntl.h>
@@ -114,7 +115,11 @@ void QtCreationProgress::_begin() {
     const std::lock_guard lock(_mutex);
     _creation = ++_creations;
     if (!_watcher.joinable()) {
-        _watcher = std::thread([this] { _watch(); });
+        try {
+            _watcher = std::thread([this] { _watch(); });
+        } catch (const std::system_error &) { // without a thread there is no window
+            return;
+        }
     }
     _changed.notify_all();
 }

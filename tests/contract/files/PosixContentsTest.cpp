@@ -332,6 +332,28 @@ TEST_F(PosixContents, AFolderCopiedIntoItselfFailsAndEnds) {
     EXPECT_EQ(namesIn(folder / "store/top"), std::vector<std::string>());
 }
 
+TEST_F(PosixContents, AContentThatWasReplacedBeforeItIsOpenedAgainIsNotCopied) {
+    // Too large to be kept in memory, and more than may be open.
+    for (const char *const name : {"a", "b", "c", "d", "e"}) {
+        putFile(folder / name, std::string(300'000, *name));
+    }
+    EXPECT_EQ(inChild([&]() -> std::string {
+                  const rlimit few = {16, 16};
+                  ::setrlimit(RLIMIT_NOFILE, &few);
+                  for (const char *const name : {"a", "b", "c", "d", "e"}) {
+                      if (!copy(name, std::string("copy of ") + name)) {
+                          return std::string(name) + ": " + std::to_string(writer->lastError());
+                      }
+                  }
+                  putFile(folder / "new", std::string(200'000, 'n'), 0600);
+                  std::filesystem::rename(folder / "new", folder / "a");
+                  return copy("a", "second copy of a") ? "copied" : std::to_string(writer->lastError());
+              }),
+              std::to_string(ESTALE));
+    EXPECT_FALSE(std::filesystem::exists(folder / "second copy of a"));
+    EXPECT_EQ(contentsOf(folder / "copy of a"), std::string(300'000, 'a'));
+}
+
 TEST_F(PosixContents, ADeepFolderOfContentsIsCopiedWithFewDescriptors) {
     auto maker = files.beginHierarchy(folder / "store");
     for (int i = 0; i < 2000; ++i) {

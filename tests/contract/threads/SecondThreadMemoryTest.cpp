@@ -3,6 +3,9 @@
 
 #include "TwoThreadsTestSupport.h"
 
+#include "platform/posix/PosixCreationJournal.h"
+#include "presets/ORVJournaledFileSystem.h"
+
 #include <atomic>
 #include <chrono>
 #include <cstddef>
@@ -70,6 +73,9 @@ protected:
 
     /// Makes the preset; in the first attempt the item of that name waits for the second thread to find no memory.
     Outcome createWithLittleMemory(const PropertyList &preset, const std::string &last) {
+        return createWithLittleMemory(shared, preset, last);
+    }
+    Outcome createWithLittleMemory(FileSystem &disk, const PropertyList &preset, const std::string &last) {
         shared.beforeEmptyFile = [this, last](std::string_view name) {
             if (name == last && shared.hierarchies == 1) {
                 const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
@@ -80,7 +86,7 @@ protected:
             }
         };
         isShort = true;
-        Outcome outcome = create(shared, preset, folder / "one");
+        Outcome outcome = create(disk, preset, folder / "one");
         isShort = false;
         return outcome;
     }
@@ -108,6 +114,44 @@ TEST_F(SecondThreadMemoryTest, WhatTwoCannotShareIsMadeByOne) {
     EXPECT_EQ(starts, 1);
     EXPECT_EQ(shared.hierarchies, 2);
     EXPECT_EQ(outcome.disk.size(), 401U);
+}
+
+TEST_F(SecondThreadMemoryTest, WhatTwoCannotShareIsMadeByOneWithAJournalToo) {
+    PosixCreationJournal journal(folder / "journal");
+    ORVJournaledFileSystem journaled(shared, journal);
+    const Outcome outcome = createWithLittleMemory(journaled, test::preset("top", scenes(200)), "frame 100");
+    EXPECT_EQ(outcome.alerts.size(), 0U);
+    EXPECT_EQ(shared.sharings, 1);
+    EXPECT_EQ(outcome.disk.size(), 401U);
+}
+
+TEST_F(SecondThreadMemoryTest, WhatItCannotRemoveStaysAndIsToldOf) {
+    // The names are longer than what a text holds without memory of its own.
+    const auto named = [](int i) { return "a scene whose name is long, number " + std::to_string(i); };
+    FakeSystemLog log;
+    PosixFileSystem disk;
+    disk.setLog(log);
+    const std::unique_ptr<HierarchyWriter> writer = disk.beginHierarchy(folder / "one");
+    ASSERT_TRUE(writer->enterFolder("top"));
+    std::atomic<int> workers = 0;
+    const TwoThreads result = writer->makeOnTwoThreads({}, [&](HierarchyWriter &each) {
+        const int first = workers++ * 600;
+        for (int i = first; i < first + 600; ++i) {
+            ASSERT_TRUE(each.enterFolder(named(i)));
+            ASSERT_TRUE(each.makeEmptyFile("frame", {}));
+            each.leaveFolder({});
+        }
+    });
+    ASSERT_EQ(result, TwoThreads::Done);
+    isShort = true;
+    writer->removeEverythingMade();
+    isShort = false;
+    EXPECT_GT(refused, 0);
+    const std::size_t left = snapshot(folder / "one").size();
+    EXPECT_GT(left, 0U);
+    EXPECT_LE(left, 1201U) << "what this thread was to remove is gone";
+    ASSERT_EQ(log.entries().size(), 1U);
+    EXPECT_NE(log.entries()[0].find("could not be removed"), std::string::npos) << log.entries()[0];
 }
 
 } // namespace

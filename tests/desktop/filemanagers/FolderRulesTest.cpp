@@ -14,6 +14,7 @@
 #include <stdexcept>
 #include <string>
 #include <thread>
+#include <utility>
 
 // The rules by which an answer is put together and believed, without a desktop.
 
@@ -170,6 +171,22 @@ TEST(BoundedWorks, GiveWhatTheWorkGives) {
     EXPECT_EQ(work.run(Deadline(std::chrono::seconds(10)), []() -> std::optional<std::string> { throw std::runtime_error("no"); }),
               std::nullopt);
     EXPECT_FALSE(work.isBusy());
+}
+
+TEST(BoundedWorks, WhatTheWorkOwnsGoesAwayOnItsThread) {
+    struct Owned {
+        explicit Owned(std::thread::id &ended) : _ended(ended) {}
+        Owned(const Owned &) = delete;
+        Owned &operator=(const Owned &) = delete;
+        ~Owned() { _ended = std::this_thread::get_id(); }
+        std::thread::id &_ended;
+    };
+    std::thread::id ended;
+    BoundedWork work;
+    BoundedWork::Work owning = [owned = std::make_shared<Owned>(ended)] { return std::optional<std::string>("x"); };
+    EXPECT_EQ(work.run(Deadline(std::chrono::seconds(10)), std::move(owning)), "x");
+    EXPECT_NE(ended, std::thread::id());
+    EXPECT_NE(ended, std::this_thread::get_id());
 }
 
 TEST(BoundedWorks, WorkThatHangsIsLeftAloneAndNothingNewBegunUntilItEnds) {

@@ -180,13 +180,19 @@ class Slowly(OrvaneTest):
 class Killed(OrvaneTest):
     """Creations that are killed half-way, and what is said of them in each language."""
 
-    def remains(self):
+    def remains(self, *faults):
         self.env["XDG_RUNTIME_DIR"] = self.root
         shutil.rmtree(self.in_target("top"), ignore_errors=True)
         self.write_presets(preset("P", "top", *[folder(f"f{number}", file("x")) for number in range(4)]))
-        subprocess.run(["strace", "-f", "-qq", "-o", "/dev/null", "-e", "trace=mkdirat", "-e", "inject=mkdirat:signal=SIGKILL:when=4", PROGRAM,
-                        "create", "0"], env=self.env, cwd=self.target, stdin=subprocess.DEVNULL, capture_output=True, timeout=DEADLINE, check=False)
+        kill = ("-e", "trace=mkdirat,fallocate", "-e", "inject=mkdirat:signal=SIGKILL:when=4")
+        subprocess.run(["strace", "-f", "-qq", "-o", "/dev/null", *kill, *faults, PROGRAM, "create", "0"], env=self.env, cwd=self.target,
+                       stdin=subprocess.DEVNULL, capture_output=True, timeout=DEADLINE, check=False)
         self.assertTrue(os.path.isdir(self.in_target("top", "f1")))
+
+    def test_a_signal_while_the_journal_begins_does_not_keep_it_from_that(self):
+        self.remains("-e", "inject=fallocate:error=EINTR:when=1")
+        shown = subprocess.run([PROGRAM, "recover"], env=self.env, cwd=self.target, capture_output=True, timeout=DEADLINE, check=False)
+        self.assertIn(b"top", shown.stdout)
 
     def test_what_is_left_is_told_in_the_users_language(self):
         expected = {

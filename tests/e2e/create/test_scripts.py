@@ -60,6 +60,21 @@ class Scripts(OrvaneTest):
         for name in ("seen", "told"):
             self.assertEqual(self.content(os.path.join(self.root, name)).decode(), self.in_target("top") + "\n")
 
+    def test_it_runs_also_where_nobody_reads_the_path(self):
+        self.write_script("x.sh", f"#!/bin/sh\ntouch {self.root}/ran\n")
+        self.write_presets(preset("P", "top", file("a"), scriptFile="x.sh"))
+        for outputs in (("stdout",), ("stdout", "stderr")):
+            with self.subTest(outputs):
+                reader, writer = os.pipe()
+                os.close(reader)
+                done = subprocess.run([PROGRAM, "create", "0", "--no-input", "--set", "Too=many"], env=self.env, cwd=self.target,
+                                      stdin=subprocess.DEVNULL, timeout=DEADLINE, check=False, **dict.fromkeys(outputs, writer))
+                os.close(writer)
+                self.assertEqual(done.returncode, -signal.SIGPIPE)
+                os.remove(os.path.join(self.root, "ran"))
+                os.remove(self.in_target("top", "a"))
+                os.rmdir(self.in_target("top"))
+
     def test_each_way_to_fail(self):
         nothing = f"#!/bin/sh\n: > {self.root}/ran\n"
         for text, mode, status, title in ((nothing, 0o644, None, "Script file not executable"),

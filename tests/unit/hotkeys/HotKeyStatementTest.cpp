@@ -8,12 +8,15 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -29,6 +32,12 @@ protected:
     }
     void TearDown() override { std::filesystem::remove_all(folder); }
     void writeFile(const std::string &text) const { std::ofstream(folder + "/hot-key", std::ios::binary) << text; }
+    /// As the helper holds it.
+    [[nodiscard]] FileDescriptor locked() const {
+        FileDescriptor file(::open((folder + "/hot-key").c_str(), O_RDONLY | O_CLOEXEC));
+        EXPECT_EQ(::flock(file.get(), LOCK_EX | LOCK_NB), 0);
+        return file;
+    }
     [[nodiscard]] std::optional<std::string> read() const { return PosixHotKeyStatement::ofDirectory(folder); }
 
     std::string folder;
@@ -61,21 +70,26 @@ TEST_F(HotKeyStatement, AnEmptyOneTakesItBack) {
 TEST_F(HotKeyStatement, OfAHelperThatIsGoneDoesNotCount) {
     const pid_t child = ::fork();
     if (child == 0) {
-        ::_exit(0);
+        PosixHotKeyStatement(folder).say("The key works.");
+        PosixHotKeyStatement statement(folder);
+        statement.say("The key works.");
+        ::kill(::getpid(), SIGKILL);
     }
     ASSERT_EQ(::waitpid(child, nullptr, 0), child);
-    writeFile(std::to_string(child) + "\nThe key works.\n");
+    ASSERT_TRUE(std::filesystem::exists(folder + "/hot-key"));
     EXPECT_EQ(read(), std::nullopt);
+    writeFile(std::to_string(::getpid()) + "\nThe key works.\n");
+    EXPECT_EQ(read(), std::nullopt) << "its number is another process's";
+    const FileDescriptor held = locked();
+    EXPECT_EQ(read(), "The key works.");
 }
 
 TEST_F(HotKeyStatement, WhateverElseIsInTheFileIsNone) {
-    for (const char *const text : {"", "\n", "12", "x\nThe key works.\n", "-1\nThe key works.\n", "0\nThe key works.\n",
-                                   "99999999999999999999\nThe key works.\n", "1 \nThe key works.\n"}) {
+    for (const char *const text : {"", "\n", "12", "12\n\n\n"}) {
         writeFile(text);
+        const FileDescriptor held = locked();
         EXPECT_EQ(read(), std::nullopt) << text;
     }
-    writeFile(std::to_string(::getpid()) + "\n\n\n");
-    EXPECT_EQ(read(), std::nullopt);
 }
 
 TEST_F(HotKeyStatement, AFolderThatIsMissingIsNoError) {
