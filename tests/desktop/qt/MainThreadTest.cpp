@@ -5,9 +5,15 @@
 #include "platform/qt/QtMainThread.h"
 
 #include <atomic>
+#include <chrono>
+#include <fstream>
 #include <future>
 #include <memory>
+#include <string>
 #include <thread>
+#include <vector>
+
+#include <unistd.h>
 
 #include <gtest/gtest.h>
 
@@ -29,6 +35,21 @@ void onOtherThread(const std::function<void()> &body) {
     });
     EXPECT_TRUE(waitUntil([&] { return isOver.load(); }));
     thread.join();
+}
+
+/// Whether a thread of this process comes to sleep within 20 s.
+bool fallsAsleep(pid_t thread) {
+    const std::string path = "/proc/self/task/" + std::to_string(thread) + "/stat";
+    const auto deadline = std::chrono::steady_clock::now() + 20s;
+    for (std::string all; std::chrono::steady_clock::now() < deadline; std::this_thread::yield()) {
+        std::ifstream state(path);
+        std::getline(state, all);
+        const std::size_t name = all.rfind(") "); // the state stands behind the name, which is in brackets (Linux, proc(5))
+        if (name != std::string::npos && all[name + 2] == 'S') {
+            return true;
+        }
+    }
+    return false;
 }
 
 TEST(QtMainThreads, OnlyTheThreadThatMadeItIsCurrent) {
@@ -68,13 +89,12 @@ TEST(QtMainThreads, WorkRunsInTheOrderOfItsArrival) {
     std::vector<int> order;
     std::vector<std::thread> threads;
     for (int i = 0; i < 8; ++i) {
-        std::promise<void> isOnItsWay;
+        std::promise<pid_t> isOnItsWay;
         threads.emplace_back([&, i] {
-            isOnItsWay.set_value();
+            isOnItsWay.set_value(::gettid());
             mainThread.performAndWait([&, i] { order.push_back(i); });
         });
-        isOnItsWay.get_future().wait();
-        std::this_thread::sleep_for(20ms); // the arrival itself cannot be seen from outside
+        EXPECT_TRUE(fallsAsleep(isOnItsWay.get_future().get())); // it has arrived, and waits
     }
     EXPECT_TRUE(waitUntil([&] { return order.size() == 8; }));
     for (std::thread &thread : threads) {

@@ -27,7 +27,9 @@ class Drops(SettingsDesktop):
         """Where a file's icon is on the screen, once the file manager has laid it out."""
         part = self.part(ITEM, f"^{re.escape(name)}$", self.manager)
         before = None
+        end = time.monotonic() + LIMIT
         while before != (before := center(part)) or before[0] < 900:
+            self.assertLess(time.monotonic(), end, f"it never comes to rest: {before}")
             time.sleep(0.1)
         return before
 
