@@ -52,18 +52,25 @@ ExitStatus runAddCommand(CommandContext &context, const CommandArguments &argume
     if (!addition.storeResources(problem)) {
         return failure(localized(Title), printable(problem));
     }
-    if (addition.script()) {
-        const std::string script = printable(*addition.script());
-        writeStandardError("orvane: " + localized("the script '%1' will run after each creation with this preset", {script}) + "\n");
-    }
     if (ORVTextValue(parts->preset.root().find("directoryName")).empty()) {
         warn(localized("the top-level folder has no name")); // in the words of `check`
     }
-    const auto index = appendPreset(context, addition.preset(), [&] { addition.flush(); });
+    // A preset whose contents are not on the disk is not worth having while its file is there to be added again.
+    const auto index = appendPreset(context, addition.preset(), [&] {
+        const bool flushed = addition.flush(problem);
+        if (!flushed) {
+            failure(localized(Title), printable(problem));
+        }
+        return flushed;
+    });
     if (!index) {
         return ExitStatus::NotMade;
     }
     addition.keep();
+    if (addition.script()) {
+        const std::string script = printable(*addition.script());
+        writeStandardError("orvane: " + localized("the script '%1' will run after each creation with this preset", {script}) + "\n");
+    }
     return writeStandardOutput(std::to_string(*index) + "  " + shownLabelOfPreset(parts->preset.root()) + "\n");
 }
 

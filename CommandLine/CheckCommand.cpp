@@ -114,21 +114,13 @@ bool takeFile(CommandContext &context, const std::string &path, Subject &subject
     return true;
 }
 
-bool isRegularFile(const std::string &path) {
-    struct stat status {};
-    return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
-}
-
 /// The user's own presets. False after a message.
 bool takePreferences(CommandContext &context, Subject &subject) {
     std::string problem;
     const auto presets = synchronizedPresets(context, problem);
     const auto stored = context.preferences.copyAppValue(ORVPresetsKey);
     if (!presets) {
-        std::string why; // the reader tells the line, too
-        const std::string path = pathOfPreferences(context.folders);
-        const bool isReadable = !isRegularFile(path) || readPropertyListFile(path, why).has_value(); // a pipe would be waited for
-        failure(localized(UnreadablePreferencesTitle), printable(isReadable || why.empty() ? problem : withReason(path, why)));
+        failure(localized(UnreadablePreferencesTitle), problem);
         return false;
     }
     if (stored && !stored->root().isArray()) {

@@ -1,6 +1,5 @@
 #include "CommandSupport.h"
 
-#include "Terminal.h"
 #include "Translation.h"
 
 #include "platform/posix/FileDescriptor.h"
@@ -76,7 +75,7 @@ std::string problemOfFile(const std::string &path) {
     PropertyListReport report;
     const auto list = readPropertyList(file.get(), &report);
     if (!list) {
-        return localized("it is not a property list: %1", {localizedSentence(report.why)});
+        return localizedSentence(report.why);
     }
     return localized(list->root().isDictionary() ? Passed : forTranslation("it holds something else than a dictionary"));
 }
@@ -134,7 +133,7 @@ ExitStatus writeStandardOutput(std::string_view text) {
 }
 
 void writeStandardError(std::string_view text) {
-    writeWhole(STDERR_FILENO, isTerminal(STDERR_FILENO) ? printableBut(text, "\n") : std::string(text));
+    writeWhole(STDERR_FILENO, printableBut(text, "\n\t")); // what is visible already stays as it is
 }
 
 ExitStatus usageError(std::string_view command, std::string_view text) {
@@ -153,8 +152,7 @@ ExitStatus failure(std::string_view title, std::string_view message) {
 ExitStatus alert(std::string_view title, std::string_view message) {
     std::string line = "orvane: ";
     line.append(title).append(title.empty() || message.empty() ? "" : ": ").append(message) += '\n';
-    // A name in the message may hold what would move a terminal's cursor or more; other readers get it as it is.
-    writeStandardError(::isatty(STDERR_FILENO) == 1 ? printableBut(line, "\n\t") : line);
+    writeStandardError(line);
     return ExitStatus::NotMade;
 }
 

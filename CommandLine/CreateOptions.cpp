@@ -62,6 +62,7 @@ CreateOptions CreateOptions::parse(const CommandArguments &arguments, std::strin
     if (!parsed.operands.empty()) {
         result.preset = std::move(parsed.operands.front());
     }
+    result.json = result.json || (!error.empty() && asksForJSON(arguments)); // whatever the words behind a wrong one mean
     return result;
 }
 

@@ -5,7 +5,6 @@
 #include "PresetStorage.h"
 #include "Translation.h"
 
-#include "platform/propertylist/PropertyListFiles.h"
 #include "presets/ORVFileHelpers.h"
 #include "presets/ORVPresetFile.h"
 
@@ -20,7 +19,7 @@ namespace orvane {
 namespace {
 
 constexpr const char *Title = forTranslation("Preset not exported");
-constexpr std::array<OptionRule, 1> Rules = {{{"force", false}}};
+constexpr std::array<OptionRule, 1> Rules = {{{.name = "force", .mustBeWhole = true}}};
 
 ExitStatus writePresetFile(const std::string &path, const std::string &bytes, bool replaces) {
     if (path == "-") {
@@ -78,7 +77,7 @@ ExitStatus runExportCommand(CommandContext &context, const CommandArguments &arg
     PresetPartsReader reader(ORVApplicationSupportPath(context.folders), warn);
     const ORVPackedPreset parts = reader.read(preset);
     std::string why;
-    const auto bytes = writeXMLPropertyList(ORVPackPreset(parts).root(), &why);
+    const auto bytes = bytesOfPresetFile(parts, why);
     if (!bytes) {
         return failure(localized(Title), printable(localizedSentence(why)));
     }

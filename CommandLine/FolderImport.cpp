@@ -33,7 +33,8 @@ public:
             return;
         }
         WalkedItem &file = _walk.items()[item];
-        const FileDescriptor source(::openat(folder, file.name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+        constexpr int Flags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+        const FileDescriptor source(uninterrupted([&] { return ::openat(folder, file.name.c_str(), Flags); }));
         struct stat status {};
         if (!source || ::fstat(source.get(), &status) != 0) {
             _walk.warnings().push_back(localized("%1: its contents are left out: %2", {_walk.pathOfItem(item), textOfError(errno)}));

@@ -3,6 +3,7 @@
 #include "Translation.h"
 
 #include "platform/posix/FileDescriptor.h"
+#include "platform/propertylist/PropertyListText.h"
 #include "ports/FinderLabel.h"
 #include "presets/ORVUTF16.h"
 
@@ -35,6 +36,7 @@ std::optional<std::vector<std::string>> namesIn(int folder) {
     const int own = ::fcntl(folder, F_DUPFD_CLOEXEC, 0); // opening "." would need the permission to search the folder
     const auto close = [](DIR *stream) { ::closedir(stream); };
     const std::unique_ptr<DIR, decltype(close)> stream(own < 0 ? nullptr : ::fdopendir(own), close);
+    const FileDescriptor left(stream ? -1 : own); // what no stream has taken over, none does close
     if (!stream) {
         return std::nullopt;
     }
@@ -90,7 +92,7 @@ struct FolderWalk::Folder {
 };
 
 bool FolderWalk::walk(const std::string &path, const std::string &name, const FileHandler &handleFile, std::string &why) {
-    FileDescriptor top(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC));
+    FileDescriptor top(uninterrupted([&] { return ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC); }));
     auto names = top ? namesIn(top.get()) : std::nullopt;
     struct stat status {};
     if (!names || ::fstat(top.get(), &status) != 0) {
@@ -117,7 +119,8 @@ bool FolderWalk::walk(const std::string &path, const std::string &name, const Fi
         const Folder left = std::move(open.back());
         open.pop_back();
         if (!open.empty() && !open.back().descriptor) {
-            open.back().descriptor = FileDescriptor(::openat(left.descriptor.get(), "..", O_PATH | O_DIRECTORY | O_CLOEXEC));
+            open.back().descriptor =
+                FileDescriptor(uninterrupted([&] { return ::openat(left.descriptor.get(), "..", O_PATH | O_DIRECTORY | O_CLOEXEC); }));
             if (!open.back().descriptor || identityOf(open.back().descriptor.get()) != open.back().identity) {
                 why = localized("it was changed while it was read");
                 return false;
@@ -144,6 +147,10 @@ bool FolderWalk::_visit(std::vector<Folder> &open, const std::string &name, cons
         _warn(forTranslation("%1: left out: its name is not UTF-8"), parent, name);
         return true;
     }
+    if (!propertylist::isXMLText(name)) { // as preferences are, and the files of presets
+        _warn(forTranslation("%1: left out: its name holds a character that XML cannot hold"), parent, name);
+        return true;
+    }
     if (_items.size() > MostItems) {
         return false;
     }
@@ -164,7 +171,7 @@ bool FolderWalk::_visit(std::vector<Folder> &open, const std::string &name, cons
 }
 
 bool FolderWalk::_enter(std::vector<Folder> &open, const std::string &name, std::size_t item) {
-    FileDescriptor folder(::openat(open.back().descriptor.get(), name.c_str(), OpenFolderFlags));
+    FileDescriptor folder(uninterrupted([&] { return ::openat(open.back().descriptor.get(), name.c_str(), OpenFolderFlags); }));
     auto names = folder ? namesIn(folder.get()) : std::nullopt;
     if (!names) {
         return false;

@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstdlib>
 #include <memory>
 #include <set>
@@ -141,7 +142,8 @@ ExitStatus runImportCommand(CommandContext &context, const CommandArguments &arg
     if (!readPresets(context)) {
         return ExitStatus::NotMade;
     }
-    ResourceFolder store(stringByAppendingPathComponent(ORVApplicationSupportPath(context.folders), ORVFileContentFolder));
+    const std::string contents = stringByAppendingPathComponent(ORVApplicationSupportPath(context.folders), ORVFileContentFolder);
+    ResourceFolder store(contents);
     options.contentStore = words.has("with-content") ? &store : nullptr;
     const auto imported = importFolder(options, context.finderInformation, problem);
     if (!imported) {
@@ -154,7 +156,14 @@ ExitStatus runImportCommand(CommandContext &context, const CommandArguments &arg
         return ExitStatus::NotMade;
     }
     warnOfUnusedTexts(options, imported->preset, context.finderInformation);
-    const auto index = appendPreset(context, imported->preset, [&] { store.flush(); });
+    // As with `add`: the folder is there to be imported again.
+    const auto index = appendPreset(context, imported->preset, [&] {
+        const bool flushed = store.flush();
+        if (!flushed) {
+            failure(title, printable(withReason(contents, textOfError(errno))));
+        }
+        return flushed;
+    });
     if (!index) {
         return ExitStatus::NotMade;
     }

@@ -15,7 +15,7 @@ const OptionRule *ruleNamed(std::string_view name, std::span<const OptionRule> r
         if (rule.name == name) {
             return &rule;
         }
-        if (name.empty() || !rule.name.starts_with(name)) {
+        if (name.empty() || rule.mustBeWhole || !rule.name.starts_with(name)) {
             continue;
         }
         if (found != nullptr) {
@@ -34,7 +34,12 @@ const OptionRule *ruleNamed(std::string_view name, std::span<const OptionRule> r
 void takeOption(std::span<const std::string> words, std::size_t &position, std::span<const OptionRule> rules, ParsedOptions &result) {
     const std::string_view word = std::string_view(words[position]).substr(2);
     const std::size_t equals = word.find('=');
-    const OptionRule *rule = ruleNamed(word.substr(0, equals), rules, result.error);
+    const std::string_view name = word.substr(0, equals);
+    if (equals != std::string_view::npos && (name == "help" || name == "version")) {
+        result.error = localized("option '--%1' takes no value", {std::string(name)});
+        return;
+    }
+    const OptionRule *rule = ruleNamed(name, rules, result.error);
     if (rule == nullptr) {
         return;
     }
@@ -82,6 +87,12 @@ ParsedOptions parseOptions(std::span<const std::string> words, std::span<const O
         }
     }
     return result;
+}
+
+bool asksForJSON(std::span<const std::string> words) {
+    constexpr std::string_view Option = "--json";
+    const auto end = std::find(words.begin(), words.end(), "--");
+    return std::any_of(words.begin(), end, [&](std::string_view word) { return word.starts_with("--j") && Option.starts_with(word); });
 }
 
 GeneralOption generalOptionIn(std::span<const std::string> words, std::span<const OptionRule> rules) {

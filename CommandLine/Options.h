@@ -14,6 +14,7 @@ namespace orvane {
 struct OptionRule {
     std::string_view name; ///< without the dashes
     bool takesValue = false;
+    bool mustBeWhole = false; ///< never shortened: what it does cannot be taken back
 };
 
 /// One option as given.
@@ -34,8 +35,12 @@ struct ParsedOptions {
 };
 
 /// Sorts a command's words by its rules. An option's name may be shortened as long as it stays unambiguous; a lone "-"
-/// is an operand; after "--" everything is.
+/// is an operand; after "--" everything is. A value for `--help` or `--version` is an error; without one they are for `generalOptionIn`.
 [[nodiscard]] ParsedOptions parseOptions(std::span<const std::string> words, std::span<const OptionRule> rules);
+
+/// Whether "--json", perhaps shortened, stands anywhere before "--", even where it is taken for something else: who writes that has a
+/// program read what comes out, and also what is wrong with the words.
+[[nodiscard]] bool asksForJSON(std::span<const std::string> words);
 
 /// What every command understands besides its own options.
 enum class GeneralOption { None, Help, Version };

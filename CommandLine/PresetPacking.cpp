@@ -4,15 +4,18 @@
 #include "Translation.h"
 
 #include "platform/posix/FileDescriptor.h"
+#include "platform/posix/PosixContentCopy.h"
+#include "platform/propertylist/PropertyListFiles.h"
+#include "platform/propertylist/PropertyListText.h"
 #include "presets/ORVFileHelpers.h"
 #include "presets/ORVPresetManager.h"
 #include "presets/ORVPropertyListReading.h"
 
 #include <cerrno>
-#include <cstdio>
 #include <cstdlib>
 #include <memory>
 #include <unordered_map>
+#include <vector>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -35,9 +38,35 @@ std::string endOfLinks(const std::string &path) {
 
 } // namespace
 
+std::optional<std::string_view> firstTextThatDoesNot(const std::function<bool(std::string_view)> &hold, const PropertyListValue &root) {
+    std::vector<PropertyListValue> open{root};
+    while (!open.empty()) {
+        const PropertyListValue value = open.back();
+        open.pop_back();
+        if (value.isString() && !hold(value.string())) {
+            return value.string();
+        }
+        for (const PropertyListEntry &entry : value.dictionary()) {
+            if (!hold(entry.key)) {
+                return entry.key;
+            }
+            open.push_back(entry.value);
+        }
+        const auto items = value.array();
+        open.insert(open.end(), items.begin(), items.end());
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string> bytesOfPresetFile(const ORVPackedPreset &parts, std::string &why) {
+    const PropertyList packed = ORVPackPreset(parts);
+    return firstTextThatDoesNot(propertylist::isXMLText, packed.root()) ? writeBinaryPropertyList(packed.root(), &why)
+                                                                        : writeXMLPropertyList(packed.root(), &why);
+}
+
 /// Reads a regular file whole, links followed; nothing, with the reason in `why`, for anything else.
 std::optional<PresetPartsReader::File> PresetPartsReader::_readResource(const std::string &path, std::string &why) {
-    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    const FileDescriptor file(uninterrupted([&] { return ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
     struct stat status {};
     if (!file || ::fstat(file.get(), &status) != 0) {
         why = textOfError(errno);
@@ -93,7 +122,8 @@ const PresetPartsReader::File *PresetPartsReader::_read(std::string_view folder,
 }
 
 PresetAddition::PresetAddition(const ORVPackedPreset &parts, const std::string &supportPath, PackingWarning warn)
-    : _parts(parts), _warn(std::move(warn)), _contents(stringByAppendingPathComponent(supportPath, ORVFileContentFolder)),
+    : _parts(parts), _supportPath(supportPath), _warn(std::move(warn)),
+      _contents(stringByAppendingPathComponent(supportPath, ORVFileContentFolder)),
       _scripts(stringByAppendingPathComponent(supportPath, ORVScriptsFolder)) {}
 
 bool PresetAddition::storeResources(std::string &problem) {
@@ -117,9 +147,12 @@ bool PresetAddition::storeResources(std::string &problem) {
     return _storeScript(problem);
 }
 
-void PresetAddition::flush() {
-    _contents.flush();
-    _scripts.flush();
+bool PresetAddition::flush(std::string &problem) {
+    const bool flushed = _contents.flush() && _scripts.flush();
+    if (!flushed) {
+        problem = withReason(_supportPath, textOfError(errno));
+    }
+    return flushed;
 }
 
 void PresetAddition::keep() {
@@ -175,25 +208,30 @@ bool PresetAddition::_storeScript(std::string &problem) {
 
 bool writeWholeFile(const std::string &path, std::string_view bytes, bool replaces, mode_t mode) {
     const std::string target = replaces ? endOfLinks(path) : path;
-    const std::string hidden = target.substr(0, target.rfind('/') + 1) + ".orvane-" + std::to_string(::getpid()) + ".part";
-    FileDescriptor file(::open(hidden.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
+    const std::size_t start = target.rfind('/') + 1;
+    const std::string above = start == 0 ? "." : target.substr(0, start);
+    const std::string name = target.substr(start);
+    const FileDescriptor folder(uninterrupted([&] { return ::open(above.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC); }));
+    std::string hidden;
+    FileDescriptor file = folder ? makeHiddenFile(folder.get(), hidden, mode) : FileDescriptor();
     if (!file) {
         return false;
     }
-    const bool written = writeWhole(file.get(), bytes) && ::fsync(file.get()) == 0 && file.closeChecked();
-    if (written && replaces && ::rename(hidden.c_str(), target.c_str()) == 0) {
-        return true;
-    }
-    // Only a link is refused for a name that is taken on every file system with links; renaming does it for the others.
-    const bool made = written && !replaces &&
-                      (::renameat2(AT_FDCWD, hidden.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0 ||
-                       (errno == EINVAL && ::link(hidden.c_str(), target.c_str()) == 0 && ::unlink(hidden.c_str()) == 0));
+    const bool written = writeContents(file.get(), bytes) && uninterrupted([&] { return ::fsync(file.get()); }) == 0 && file.closeChecked();
+    const bool made = written && (replaces ? ::renameat(folder.get(), hidden.c_str(), folder.get(), name.c_str()) == 0
+                                           : publishHiddenFile(folder.get(), hidden, name));
     if (!made) {
         const int error = errno;
-        ::unlink(hidden.c_str());
+        ::unlinkat(folder.get(), hidden.c_str(), 0);
         errno = error;
+        return false;
     }
-    return made;
+    // Some file systems cannot flush a folder, and some folders may not be read; the new file stands there all the same.
+    const FileDescriptor readable(uninterrupted([&] { return ::openat(folder.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+    if (readable) {
+        uninterrupted([&] { return ::fsync(readable.get()); });
+    }
+    return true;
 }
 
 } // namespace orvane

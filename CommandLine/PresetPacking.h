@@ -18,6 +18,14 @@
 
 namespace orvane {
 
+/// The first text or key of a value, at any depth, that does not hold; nothing when all do. It borrows from the value.
+[[nodiscard]] std::optional<std::string_view> firstTextThatDoesNot(const std::function<bool(std::string_view)> &hold,
+                                                                   const PropertyListValue &root);
+
+/// A preset file with these parts: as XML, or in the binary form where XML cannot hold one of the texts. Nothing, with the reason in
+/// `why`, for what neither can hold.
+[[nodiscard]] std::optional<std::string> bytesOfPresetFile(const ORVPackedPreset &parts, std::string &why);
+
 /// Told of what is left out or missing, one line each.
 using PackingWarning = std::function<void(const std::string &text)>;
 
@@ -60,8 +68,8 @@ public:
     [[nodiscard]] PropertyList preset() const { return ORVPresetWithResources(_parts.preset, _names); }
     /// Name of the script that was stored; nothing when there was none.
     [[nodiscard]] const std::optional<std::string> &script() const { return _script; }
-    /// As with `ResourceFolder`.
-    void flush();
+    /// As with `ResourceFolder`; why flushing fails comes into `problem`.
+    [[nodiscard]] bool flush(std::string &problem);
     void keep();
 
 private:
@@ -70,6 +78,7 @@ private:
     [[nodiscard]] bool _storeScript(std::string &problem);
 
     const ORVPackedPreset &_parts;
+    std::string _supportPath;
     PackingWarning _warn;
     ResourceFolder _contents;
     ResourceFolder _scripts;
@@ -77,8 +86,8 @@ private:
     std::optional<std::string> _script;
 };
 
-/// Writes a file beside its final name and gives it that name when it is whole. A file that is there is replaced with `replaces`
-/// (where a link leads there, the file at its end), else that fails with EEXIST. False with `errno`.
+/// Writes a file beside its final name and gives it that name when it is whole and on the disk. A file that is there is replaced with
+/// `replaces` (where a link leads there, the file at its end), else that fails with EEXIST, as nothing else does. False with `errno`.
 [[nodiscard]] bool writeWholeFile(const std::string &path, std::string_view bytes, bool replaces, mode_t mode = 0666);
 
 } // namespace orvane

@@ -1,6 +1,7 @@
 #include "PresetStorage.h"
 
 #include "CommandSupport.h"
+#include "PresetPacking.h"
 #include "Translation.h"
 
 #include "menubar/MenuBarController.h"
@@ -25,7 +26,7 @@ constexpr const char *NotStored = forTranslation("Preset not stored");
 
 /// The first bytes of a regular file; nothing for anything else, which is never opened for long.
 std::optional<std::string> readHead(const std::string &path, std::size_t bytes) {
-    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    const FileDescriptor file(uninterrupted([&] { return ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
     struct stat status {};
     if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
         return std::nullopt;
@@ -81,7 +82,7 @@ int openForReading(const std::string &path, std::string &why) {
     if (path == "-") {
         return STDIN_FILENO;
     }
-    const int file = ::open(path.c_str(), O_RDONLY | O_NOCTTY | O_CLOEXEC);
+    const int file = uninterrupted([&] { return ::open(path.c_str(), O_RDONLY | O_NOCTTY | O_CLOEXEC); });
     if (file < 0) {
         why = textOfError(errno);
     }
@@ -90,7 +91,7 @@ int openForReading(const std::string &path, std::string &why) {
 
 } // namespace
 
-std::optional<std::size_t> appendPreset(CommandContext &context, const PropertyList &preset, const std::function<void()> &aboutToStore) {
+std::optional<std::size_t> appendPreset(CommandContext &context, const PropertyList &preset, const std::function<bool()> &aboutToStore) {
     const auto lock = context.preferences.lock();
     if (!lock) {
         failure(localized(NotStored), localized("the preferences cannot be locked, or another program holds them for too long."));
@@ -105,12 +106,17 @@ std::optional<std::size_t> appendPreset(CommandContext &context, const PropertyL
         failure(localized(NotStored), localized("the preferences hold something else than a list of presets, which is left as it is."));
         return std::nullopt;
     }
+    const auto isStorable = [&](std::string_view text) { return context.preferences.canStoreText(text); };
+    if (const auto text = firstTextThatDoesNot(isStorable, preset.root())) {
+        failure(localized(NotStored), localized("the preferences cannot hold the text '%1'.", {printable(*text)}));
+        return std::nullopt;
+    }
     PropertyListBuilder builder;
     const auto records = builder.adopt(*presets).array();
     std::vector<PropertyListValue> all(records.begin(), records.end());
     all.push_back(builder.adopt(preset));
-    if (aboutToStore) {
-        aboutToStore();
+    if (aboutToStore && !aboutToStore()) {
+        return std::nullopt;
     }
     context.preferences.setAppValue(ORVPresetsKey, builder.finish(builder.array(all)));
     if (!stored && !context.fileSystem.fileExists(pathOfPreferences(context.folders))) {

@@ -19,9 +19,9 @@ namespace orvane {
 /// Appends the preset to those of the preferences and tells the other programs. Holds the lock from reading the presets
 /// to storing them; `aboutToStore` (may be empty) runs in between, just before the preferences are written. Returns the new
 /// preset's index, after a warning when another one has its label; nothing, after a message on standard error, when the preferences
-/// cannot be read, locked or written. They are then as they were.
+/// cannot be read, locked or written, or when `aboutToStore` says false, which tells why itself. They are then as they were.
 [[nodiscard]] std::optional<std::size_t> appendPreset(CommandContext &context, const PropertyList &preset,
-                                                      const std::function<void()> &aboutToStore);
+                                                      const std::function<bool()> &aboutToStore);
 
 /// The resources in the support folder.
 [[nodiscard]] std::unique_ptr<ORVPresetResources> storedResources(CommandContext &context);

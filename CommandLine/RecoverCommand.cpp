@@ -12,7 +12,7 @@ namespace orvane {
 namespace {
 
 constexpr const char *Name = "recover";
-constexpr std::array<OptionRule, 2> Rules = {{{"remove"}, {"keep"}}};
+constexpr std::array<OptionRule, 2> Rules = {{{.name = "remove", .mustBeWhole = true}, {.name = "keep"}}};
 constexpr std::size_t MostShown = 20; ///< changed items
 
 std::string textOf(const CreationRemains &remains) {

@@ -23,6 +23,7 @@ constexpr std::size_t DigestedBytes = std::size_t{16} * 1024;
 constexpr std::size_t ComparedAtOnce = std::size_t{64} * 1024;
 constexpr off_t StatBlock = 512; ///< unit of `st_blocks` on Linux, stat(2)
 constexpr int MostTemporaryNames = 100;
+constexpr int NewFile = O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
 
 /// Reads up to that many bytes at a place; fewer only at the end of the file, or when reading fails.
 std::string readAt(int file, off_t place, std::size_t bytes) {
@@ -54,6 +55,11 @@ bool fill(int file, int from, std::string_view bytes, off_t size, bool isSparse)
         return writeContents(file, bytes);
     }
     return ::lseek(from, 0, SEEK_SET) == 0 && copyContents(from, file, size, isSparse);
+}
+
+/// Whether a file system knows no such call, or not in this form; others are real errors. FAT and some FUSE refuse links with EPERM.
+bool isRefusal(int error) {
+    return error == EINVAL || error == ENOSYS || error == EOPNOTSUPP || error == EPERM;
 }
 
 PosixExtendedAttributes sorted(PosixExtendedAttributes attributes) {
@@ -90,10 +96,16 @@ std::optional<std::string> ResourceFolder::addBytes(const std::string &name, std
     return _add(name, {-1, bytes, static_cast<off_t>(bytes.size()), false, (mode & 0777U) | S_IRUSR, {}});
 }
 
-void ResourceFolder::flush() {
-    if (!_madeFiles.empty()) {
-        ::syncfs(_folder.get()); // one call for all, however many they are
+bool ResourceFolder::flush() {
+    // One call for all, however many they are.
+    if (_madeFiles.empty() || uninterrupted([&] { return ::syncfs(_folder.get()); }) == 0) {
+        return true;
     }
+    if (errno != ENOSYS) {
+        return false;
+    }
+    ::sync(); // for all disks, where one alone cannot be told
+    return true;
 }
 
 void ResourceFolder::keep() {
@@ -108,7 +120,7 @@ bool ResourceFolder::_open() {
     if (!_makeFolders()) {
         return false;
     }
-    _folder = FileDescriptor(::open(_path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    _folder = FileDescriptor(uninterrupted([&] { return ::open(_path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
     return static_cast<bool>(_folder);
 }
 
@@ -164,7 +176,7 @@ std::optional<std::string> ResourceFolder::_add(const std::string &name, const S
 
 /// Takes up a name that exists already; the name itself when it can be used for the source.
 std::optional<std::string> ResourceFolder::_existing(Series &series, const std::string &name, const Source &source) {
-    const FileDescriptor file(::openat(_folder.get(), name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    const FileDescriptor file = _openExisting(name);
     struct stat status {};
     if (file && ::fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode)) {
         series.seen.emplace(digestOf(status.st_size, readAt(file.get(), 0, DigestedBytes)), name);
@@ -172,8 +184,13 @@ std::optional<std::string> ResourceFolder::_existing(Series &series, const std::
     return _isSame(name, source) ? std::optional(name) : std::nullopt;
 }
 
+FileDescriptor ResourceFolder::_openExisting(const std::string &name) const {
+    constexpr int flags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
+    return FileDescriptor(uninterrupted([&] { return ::openat(_folder.get(), name.c_str(), flags); }));
+}
+
 bool ResourceFolder::_isSame(const std::string &name, const Source &source) {
-    const FileDescriptor file(::openat(_folder.get(), name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    const FileDescriptor file = _openExisting(name);
     struct stat status {};
     if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size != source.size ||
         (status.st_mode & 0777U) != source.mode || sorted(readExtendedAttributes(file.get())) != source.attributes) {
@@ -198,20 +215,17 @@ bool ResourceFolder::_make(const std::string &name, const Source &source) {
         errno = EEXIST;
         return false;
     }
-    const FileDescriptor file(::openat(_folder.get(), ".", O_TMPFILE | O_RDWR | O_CLOEXEC, 0600));
+    constexpr int flags = O_TMPFILE | O_RDWR | O_CLOEXEC;
+    const FileDescriptor file(uninterrupted([&] { return ::openat(_folder.get(), ".", flags, 0600); }));
     if (!file) {
-        return (errno == EOPNOTSUPP || errno == EISDIR || errno == ENOENT || errno == EINVAL) && _makeByName(name, source);
+        return (isRefusal(errno) || errno == EISDIR || errno == ENOENT) && _makeByName(name, source);
     }
-    if (!fill(file.get(), source.file, source.bytes, source.size, source.isSparse)) {
+    if (!_complete(file.get(), source)) {
         return false;
     }
-    for (const PosixExtendedAttribute &each : source.attributes) {
-        // Not every file system takes every attribute; the contents matter more.
-        ::fsetxattr(file.get(), each.name.c_str(), each.value.data(), each.value.size(), 0);
-    }
     const std::string self = "/proc/self/fd/" + std::to_string(file.get());
-    if (::fchmod(file.get(), source.mode) != 0 || ::linkat(AT_FDCWD, self.c_str(), _folder.get(), name.c_str(), AT_SYMLINK_FOLLOW) != 0) {
-        return errno != EEXIST && (errno == ENOENT || errno == EOPNOTSUPP) && _makeByName(name, source);
+    if (::linkat(AT_FDCWD, self.c_str(), _folder.get(), name.c_str(), AT_SYMLINK_FOLLOW) != 0) {
+        return (isRefusal(errno) || errno == ENOENT) && _makeByName(name, source);
     }
     _madeFiles.push_back(name);
     return true;
@@ -219,25 +233,12 @@ bool ResourceFolder::_make(const std::string &name, const Source &source) {
 
 /// The same under a hidden name, for file systems without nameless files.
 bool ResourceFolder::_makeByName(const std::string &name, const Source &source) {
-    FileDescriptor file;
     std::string hidden;
-    for (int attempt = 0; attempt < MostTemporaryNames && !file; ++attempt) {
-        hidden = ".orvane-" + std::to_string(::getpid()) + "-" + std::to_string(attempt);
-        file = FileDescriptor(::openat(_folder.get(), hidden.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
-        if (!file && errno != EEXIST) {
-            return false;
-        }
-    }
+    FileDescriptor file = makeHiddenFile(_folder.get(), hidden, 0600);
     if (!file) {
         return false;
     }
-    bool made = fill(file.get(), source.file, source.bytes, source.size, source.isSparse);
-    for (const PosixExtendedAttribute &each : source.attributes) {
-        ::fsetxattr(file.get(), each.name.c_str(), each.value.data(), each.value.size(), 0);
-    }
-    made = made && ::fchmod(file.get(), source.mode) == 0 && file.closeChecked() &&
-           ::renameat2(_folder.get(), hidden.c_str(), _folder.get(), name.c_str(), RENAME_NOREPLACE) == 0;
-    if (!made) {
+    if (!_complete(file.get(), source) || !file.closeChecked() || !publishHiddenFile(_folder.get(), hidden, name)) {
         const int error = errno;
         ::unlinkat(_folder.get(), hidden.c_str(), 0);
         errno = error;
@@ -245,6 +246,57 @@ bool ResourceFolder::_makeByName(const std::string &name, const Source &source) 
     }
     _madeFiles.push_back(name);
     return true;
+}
+
+bool ResourceFolder::_complete(int file, const Source &source) {
+    if (!fill(file, source.file, source.bytes, source.size, source.isSparse)) {
+        return false;
+    }
+    // Not every file system takes every attribute, or modes; the contents matter more, and without its mode the file is the user's alone.
+    for (const PosixExtendedAttribute &each : source.attributes) {
+        ::fsetxattr(file, each.name.c_str(), each.value.data(), each.value.size(), 0);
+    }
+    return ::fchmod(file, source.mode) == 0 || isRefusal(errno);
+}
+
+FileDescriptor makeHiddenFile(int folder, std::string &name, mode_t mode) {
+    for (int attempt = 0; attempt < MostTemporaryNames; ++attempt) {
+        // Those that exist are left over from killed processes of this number.
+        name = ".orvane-" + std::to_string(::getpid()) + "-" + std::to_string(attempt);
+        FileDescriptor file(uninterrupted([&] { return ::openat(folder, name.c_str(), NewFile, mode); }));
+        if (file || errno != EEXIST) {
+            return file;
+        }
+    }
+    errno = EBUSY; // the final name may well be free
+    return {};
+}
+
+bool publishHiddenFile(int folder, const std::string &hidden, const std::string &name) {
+    if (::renameat2(folder, hidden.c_str(), folder, name.c_str(), RENAME_NOREPLACE) == 0) {
+        return true;
+    }
+    if (!isRefusal(errno)) {
+        return false;
+    }
+    if (::linkat(folder, hidden.c_str(), folder, name.c_str(), 0) == 0) {
+        ::unlinkat(folder, hidden.c_str(), 0);
+        return true;
+    }
+    if (!isRefusal(errno)) {
+        return false;
+    }
+    // The name is taken by an empty file, which the renaming then replaces; closed before, as not all can replace an open one.
+    if (!FileDescriptor(uninterrupted([&] { return ::openat(folder, name.c_str(), NewFile, 0600); }))) {
+        return false;
+    }
+    if (::renameat(folder, hidden.c_str(), folder, name.c_str()) == 0) {
+        return true;
+    }
+    const int error = errno;
+    ::unlinkat(folder, name.c_str(), 0);
+    errno = error;
+    return false;
 }
 
 } // namespace orvane

@@ -34,8 +34,9 @@ public:
     [[nodiscard]] std::optional<std::string> addFile(const std::string &name, int file, mode_t mode);
     [[nodiscard]] std::optional<std::string> addBytes(const std::string &name, std::string_view bytes, mode_t mode);
 
-    /// Brings what was added to the disk itself, before something that names it is stored.
-    void flush();
+    /// Brings what was added to the disk itself, before something that names it is stored. False, with `errno`, when the disk does
+    /// not take it: it should not be kept then, what it was copied from is still there.
+    [[nodiscard]] bool flush();
     /// What was added stays.
     void keep();
 
@@ -59,9 +60,11 @@ private:
     [[nodiscard]] bool _makeFolders();
     [[nodiscard]] std::optional<std::string> _add(const std::string &name, const Source &source);
     [[nodiscard]] std::optional<std::string> _existing(Series &series, const std::string &name, const Source &source);
+    [[nodiscard]] FileDescriptor _openExisting(const std::string &name) const;
     [[nodiscard]] bool _isSame(const std::string &name, const Source &source);
     [[nodiscard]] bool _make(const std::string &name, const Source &source);
     [[nodiscard]] bool _makeByName(const std::string &name, const Source &source);
+    [[nodiscard]] static bool _complete(int file, const Source &source);
 
     std::string _path;
     FileDescriptor _folder;
@@ -69,5 +72,12 @@ private:
     std::vector<std::string> _madeFiles;
     std::unordered_map<std::string, Series> _series;
 };
+
+/// Makes an empty file under a hidden name of this process, which is put into `name`, for what is to get its final name when it is
+/// whole. None, with `errno`, which is never EEXIST, when it cannot be made. What others have left under such names stays.
+[[nodiscard]] FileDescriptor makeHiddenFile(int folder, std::string &name, mode_t mode);
+/// Gives such a file its final name in the same folder, also where the file system cannot do that in one step. False, with `errno`,
+/// when it cannot be had: EEXIST when something has that name, which is never replaced.
+[[nodiscard]] bool publishHiddenFile(int folder, const std::string &hidden, const std::string &name);
 
 } // namespace orvane

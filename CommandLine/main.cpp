@@ -32,6 +32,7 @@ namespace {
 
 using namespace orvane;
 
+constexpr std::string_view HelpName = "help";
 constexpr std::array<Command, 10> Commands = {{
     {"list", forTranslation("show the presets"), listCommandHelp, runListCommand},
     {"show", forTranslation("show one preset: its variables and its tree"), showCommandHelp, runShowCommand},
@@ -117,13 +118,6 @@ ExitStatus runCommand(const Command &command, const CommandArguments &arguments)
     return status;
 }
 
-/// Whether some program reads what comes out: then it is the same in every language, and so is what is said besides.
-bool asksForJSON(const CommandArguments &words) {
-    constexpr std::string_view Option = "--json";
-    const auto end = std::find(words.begin(), words.end(), "--");
-    return std::any_of(words.begin(), end, [&](std::string_view word) { return word.starts_with("--j") && Option.starts_with(word); });
-}
-
 /// Null when there is none of that name.
 const Command *commandNamed(std::string_view name) {
     const auto *const command = std::find_if(Commands.begin(), Commands.end(), [&](const Command &known) { return name == known.name; });
@@ -132,20 +126,31 @@ const Command *commandNamed(std::string_view name) {
 
 /// `orvane help [COMMAND]`, which is what many try first, says the same as `--help`.
 ExitStatus runHelp(const CommandArguments &words) {
-    if (words.size() > 2) {
-        return usageError("", localized("unexpected '%1'", {words[2]}));
+    ExitStatus status = ExitStatus::Success;
+    if (answersGeneralOption(words, {}, generalHelp, status)) {
+        return status;
     }
-    const bool isGeneral = words.size() == 1 || words[1].starts_with('-') || words[1] == words[0];
-    const Command *const command = isGeneral ? nullptr : commandNamed(words[1]);
+    const ParsedOptions parsed = parseOptions(words, {});
+    if (!parsed.error.empty() || parsed.operands.size() > 1) {
+        return usageError("", !parsed.error.empty() ? parsed.error : localized("unexpected '%1'", {parsed.operands[1]}));
+    }
+    const bool isGeneral = parsed.operands.empty() || parsed.operands.front() == HelpName;
+    const Command *const command = isGeneral ? nullptr : commandNamed(parsed.operands.front());
     if (!isGeneral && command == nullptr) {
-        return usageError("", localized("unknown command '%1'", {words[1]}));
+        return usageError("", localized("unknown command '%1'", {parsed.operands.front()}));
     }
     return writeStandardOutput(isGeneral ? generalHelp() : command->help());
 }
 
+/// What is wrong with the word that stands for a command and is none of the general options.
+std::string problemOfOption(const std::string &word) {
+    const ParsedOptions parsed = parseOptions(std::span(&word, 1), {});
+    return parsed.error.empty() ? localized("unknown option '%1'", {word}) : parsed.error;
+}
+
 ExitStatus runProgram(CommandArguments words) {
     ExitStatus status = ExitStatus::Success;
-    if (!asksForJSON(words)) {
+    if (!asksForJSON(words)) { // what a program reads is the same in every language, and so is what is said besides
         speakUsersLanguage();
     }
     if (words.empty()) {
@@ -154,16 +159,16 @@ ExitStatus runProgram(CommandArguments words) {
     }
     const std::string name = words.front();
     if (name.starts_with('-')) {
-        return answersGeneralOption(words, {}, generalHelp, status) ? status : usageError("", localized("unknown option '%1'", {name}));
+        return answersGeneralOption(words, {}, generalHelp, status) ? status : usageError("", problemOfOption(name));
     }
-    if (name == "help") {
+    words.erase(words.begin());
+    if (name == HelpName) {
         return runHelp(words);
     }
     const Command *const command = commandNamed(name);
     if (command == nullptr) {
         return usageError("", localized("unknown command '%1'", {name}));
     }
-    words.erase(words.begin());
     const auto rules = command->options == nullptr ? std::span<const OptionRule>() : command->options();
     return answersGeneralOption(words, rules, command->help, status) ? status : runCommand(*command, words);
 }

@@ -7,7 +7,6 @@
 #include "ResourceFolder.h"
 
 #include "platform/posix/FileDescriptor.h"
-#include "platform/propertylist/PropertyListFiles.h"
 #include "presets/ORVFileHelpers.h"
 #include "presets/ORVPresetFile.h"
 #include "presets/ORVPresetManager.h"
@@ -78,11 +77,10 @@ std::optional<std::string> PosixSupportFolder::_add(const std::string &folder, c
     }
     ResourceFolder store(folder);
     auto stored = store.addFile(safe, file.get(), mode);
-    if (!stored) {
+    if (!stored || !store.flush()) {
         problem = std::strerror(errno);
         return std::nullopt;
     }
-    store.flush();
     store.keep();
     return stored;
 }
@@ -111,7 +109,10 @@ std::optional<IncomingPreset> PosixSupportFolder::importFolder(const FolderImpor
     if (!imported) {
         return std::nullopt;
     }
-    store.flush();
+    if (!store.flush()) {
+        problem = std::strerror(errno);
+        return std::nullopt;
+    }
     store.keep();
     return IncomingPreset{std::move(imported->preset), {}, std::move(imported->warnings)};
 }
@@ -124,10 +125,9 @@ std::optional<IncomingPreset> PosixSupportFolder::readPresetFile(const std::stri
     }
     IncomingPreset incoming;
     PresetAddition addition(*parts, _supportPath, [&](const std::string &text) { incoming.warnings.push_back(text); });
-    if (!addition.storeResources(problem)) {
+    if (!addition.storeResources(problem) || !addition.flush(problem)) {
         return std::nullopt;
     }
-    addition.flush();
     addition.keep();
     incoming.preset = addition.preset();
     incoming.script = addition.script().value_or("");
@@ -143,7 +143,7 @@ bool PosixSupportFolder::writePresetFile(const PropertyList &preset, const std::
     }
     PresetPartsReader reader(_supportPath, [&](const std::string &text) { warnings.push_back(text); });
     const ORVPackedPreset parts = reader.read(preset);
-    const auto bytes = writeXMLPropertyList(ORVPackPreset(parts).root(), &problem);
+    const auto bytes = bytesOfPresetFile(parts, problem);
     if (!bytes) {
         return false;
     }

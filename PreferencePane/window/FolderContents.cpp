@@ -6,20 +6,44 @@
 
 #include <QApplication>
 #include <QDirIterator>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QLocale>
 #include <QMessageBox>
 #include <QPushButton>
 
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
 namespace orvane {
 
-FolderAmount amountOfFolder(const QString &folder) {
+namespace {
+
+constexpr std::chrono::milliseconds LongestBeforeQuestion{2500};
+
+} // namespace
+
+FolderAmount amountOfFolder(const QString &folder, std::chrono::milliseconds longest) {
     FolderAmount amount;
-    QDirIterator files(folder, QDir::Files | QDir::Hidden | QDir::NoSymLinks, QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        files.next();
-        ++amount.files;
-        amount.bytes += files.fileInfo().size();
+    QElapsedTimer clock;
+    clock.start();
+    int entries = 0;
+    QDirIterator all(folder, QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden | QDir::NoSymLinks,
+                     QDirIterator::Subdirectories);
+    while (all.hasNext()) {
+        const bool isClear = amount.bytes > MostBytesUnasked; // that there is a question, for which nobody waits longer than needed
+        if (entries >= (isClear ? MostEntriesCounted : MostEntriesBeforeQuestion) ||
+            clock.elapsed() >= (isClear ? longest : LongestBeforeQuestion).count()) {
+            amount.isWhole = false;
+            break;
+        }
+        all.next();
+        ++entries;
+        if (const QFileInfo entry = all.fileInfo(); entry.isFile()) {
+            ++amount.files;
+            amount.bytes += std::min(entry.size(), std::numeric_limits<qint64>::max() - amount.bytes);
+        }
     }
     return amount;
 }
@@ -28,7 +52,7 @@ FolderTaking takingOfFolder(const QString &folder, QWidget *parent) {
     QApplication::setOverrideCursor(Qt::WaitCursor);
     const FolderAmount amount = amountOfFolder(folder);
     QApplication::restoreOverrideCursor();
-    if (amount.bytes <= MostBytesUnasked) {
+    if (amount.isWhole && amount.bytes <= MostBytesUnasked) {
         return FolderTaking::WithContents;
     }
     const QLocale locale;
@@ -38,9 +62,11 @@ FolderTaking takingOfFolder(const QString &folder, QWidget *parent) {
     question.setIcon(QMessageBox::Question);
     question.setWindowTitle(translated("Import Folder"));
     question.setTextFormat(Qt::PlainText);
-    question.setText(translated("Files in “%1”: %2, with %3 MB in all.")
+    const double megabytes = static_cast<double>(amount.bytes) / Megabyte;
+    question.setText((amount.isWhole ? translated("Files in “%1”: %2, with %3 MB in all.")
+                                     : translated("Files in “%1”: at least %2, with at least %3 MB in all."))
                          .arg(QtIsolated(QtSingleLine(QFileInfo(folder).fileName())), locale.toString(amount.files),
-                              locale.toString(static_cast<double>(amount.bytes) / Megabyte, 'f', 0)));
+                              locale.toString(amount.isWhole ? megabytes : std::floor(megabytes), 'f', 0)));
     question.setInformativeText(
         translated("Their contents can be copied, so that new folders get them, too. With the names only, new files "
                    "are empty."));

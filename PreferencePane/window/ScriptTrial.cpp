@@ -10,7 +10,10 @@
 #include <QThread>
 
 #include <algorithm>
+#include <cerrno>
 #include <csignal>
+#include <linux/close_range.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace orvane {
@@ -20,6 +23,20 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto PatienceAfterStop = 2s;
+
+/// Runs in the child before the script does: only system calls here. The script gets what the helper gives.
+void prepareChild() {
+    // Marked, not closed: Qt still tells the parent through one of them whether the script could be started.
+    ::syscall(SYS_close_range, 3U, ~0U, CLOSE_RANGE_CLOEXEC);
+    for (int number = 1; number < NSIG; ++number) {
+        ::signal(number, SIG_DFL);
+    }
+    sigset_t none;
+    ::sigemptyset(&none);
+    ::sigprocmask(SIG_SETMASK, &none, nullptr);
+    // So that what the script starts can be stopped with it. Last, so that no signal for it comes to this program's own handlers.
+    ::setpgid(0, 0);
+}
 
 } // namespace
 
@@ -32,16 +49,22 @@ struct ScriptTrial::Making {
 ScriptTrial::ScriptTrial(QObject *parent) : QObject(parent) {
     _patience.setSingleShot(true);
     _patience.setInterval(PatienceAfterStop);
-    connect(&_patience, &QTimer::timeout, this, [this] { _signal(SIGKILL); });
+    connect(&_patience, &QTimer::timeout, this, [this] { _kill(); });
 }
 
 ScriptTrial::~ScriptTrial() {
     if (_maker != nullptr) {
+        // However long that takes: a thread left behind would go on with what is gone. It comes to its end, since a preset whose scan
+        // never does is not tried.
         _maker->wait();
     }
     if (_process != nullptr) {
         _process->disconnect(this);
-        _signal(SIGKILL);
+    }
+    if (_process != nullptr || _patience.isActive()) {
+        _kill();
+    }
+    if (_process != nullptr) {
         _process->waitForFinished();
     }
 }
@@ -50,6 +73,12 @@ void ScriptTrial::start(TrialRequest request) {
     if (_state != State::Idle) {
         return;
     }
+    if (_patience.isActive()) {
+        _patience.stop();
+        _kill(); // its folder goes now
+    }
+    _group = 0;
+    _trial = {};
     _wasStopped = false;
     _outputBytes = 0;
     _errorBytes = 0;
@@ -65,6 +94,11 @@ void ScriptTrial::start(TrialRequest request) {
     connect(_maker.get(), &QThread::finished, this, [this] { _made(); });
     _setState(State::Making);
     _maker->start();
+    if (!_maker->isRunning() && !_maker->isFinished()) { // no thread was to be had, and none will tell that it has finished
+        _maker.reset();
+        _making.reset();
+        _finish({End::Failed, 0, {}, translated("The test cannot be started: the system allows no further thread."), 0});
+    }
 }
 
 void ScriptTrial::_made() {
@@ -90,7 +124,12 @@ void ScriptTrial::_run() {
     _process->setProcessEnvironment(environment);
     _process->setProgram(QtTextOf(_trial.script));
     _process->setStandardInputFile(QProcess::nullDevice());
-    _process->setChildProcessModifier([] { ::setpgid(0, 0); }); // so that what it starts can be stopped with it
+    _process->setChildProcessModifier(prepareChild);
+    connect(_process.get(), &QProcess::started, this, [this] {
+        if (_wasStopped) {
+            _signal(SIGTERM); // before, there was nobody to ask
+        }
+    });
     connect(_process.get(), &QProcess::readyReadStandardOutput, this, [this] { _read(QProcess::StandardOutput); });
     connect(_process.get(), &QProcess::readyReadStandardError, this, [this] { _read(QProcess::StandardError); });
     connect(_process.get(), &QProcess::finished, this, [this](int status, QProcess::ExitStatus how) { _ended(status, how); });
@@ -102,7 +141,9 @@ void ScriptTrial::_run() {
     _clock.start();
     _setState(State::Running);
     _process->start(QIODevice::ReadOnly);
-    _processId = _process->processId();
+    if (_process != nullptr) { // else that has failed at once, and everything is said
+        _group = static_cast<pid_t>(_process->processId());
+    }
 }
 
 void ScriptTrial::_read(QProcess::ProcessChannel channel) {
@@ -131,15 +172,29 @@ void ScriptTrial::stop() {
     }
     _wasStopped = true;
     if (_state == State::Running) {
-        _signal(SIGTERM);
+        if (_process->state() == QProcess::Running) {
+            _signal(SIGTERM);
+        }
         _patience.start();
     }
 }
 
-/// To the script and everything in its process group.
+/// To the script and everything in its process group, or to what it has left there.
 void ScriptTrial::_signal(int signal) const {
-    if (_process != nullptr && _process->state() != QProcess::NotRunning && _processId > 0) {
-        ::kill(static_cast<pid_t>(-_processId), signal);
+    if (_group <= 0) {
+        return;
+    }
+    // After the script's end its number is nobody's while somebody is in the group. A process that has it is another, and so is the group.
+    const bool hasEnded = _process == nullptr || _process->state() == QProcess::NotRunning;
+    if (!hasEnded || (::kill(_group, 0) != 0 && errno == ESRCH)) {
+        ::kill(-_group, signal);
+    }
+}
+
+void ScriptTrial::_kill() {
+    _signal(SIGKILL);
+    if (_process != nullptr) {
+        _process->kill(); // it may not have come as far as a group of its own
     }
 }
 
@@ -157,7 +212,9 @@ void ScriptTrial::_setState(State state) {
 }
 
 void ScriptTrial::_finish(const Result &result) {
-    _patience.stop();
+    if (!_wasStopped) {
+        _group = 0;
+    } // else the script may have left some that do not listen
     if (_process != nullptr) {
         _process->disconnect(this);
         _process.release()->deleteLater(); // it is the one that calls

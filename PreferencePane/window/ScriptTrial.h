@@ -12,6 +12,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <sys/types.h>
 
 class QThread;
 
@@ -43,7 +44,8 @@ public:
 
     /// Does nothing unless idle. The request's parent folder is chosen here; the one of the run before is removed.
     void start(TrialRequest request);
-    /// Asks the script to end, and all that it has started; two seconds later they have no choice.
+    /// Asks the script to end, and all that it has started in its process group. Two seconds later they have no choice, nor has what is
+    /// left of them when the next run begins or this object goes. What a script leaves behind that ends unasked is not touched.
     void stop();
     [[nodiscard]] State state() const { return _state; }
     /// How long the script has been running.
@@ -65,6 +67,7 @@ private:
     void _read(QProcess::ProcessChannel channel);
     void _ended(int status, QProcess::ExitStatus how);
     void _signal(int signal) const;
+    void _kill();
     void _setState(State state);
     void _finish(const Result &result);
 
@@ -78,7 +81,7 @@ private:
     std::unique_ptr<QProcess> _process;
     QElapsedTimer _clock;
     QTimer _patience;
-    qint64 _processId = 0;
+    pid_t _group = 0; ///< the script's process group, for as long as it may have to be ended
     qint64 _outputBytes = 0;
     qint64 _errorBytes = 0;
     bool _wasStopped = false;

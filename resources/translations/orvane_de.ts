@@ -120,6 +120,11 @@
     </message>
     <message>
         <location filename="../../PreferencePane/window/FolderContents.cpp"/>
+        <source>Files in “%1”: at least %2, with at least %3 MB in all.</source>
+        <translation>Dateien in „%1“: mindestens %2, zusammen mindestens %3 MB.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/FolderContents.cpp"/>
         <source>Their contents can be copied, so that new folders get them, too. With the names only, new files are empty.</source>
         <translation>Ihre Inhalte können kopiert werden, sodass auch neue Ordner sie bekommen. Nur mit den Namen sind neue Dateien leer.</translation>
     </message>
@@ -1164,6 +1169,11 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
         <location filename="../../PreferencePane/window/ScriptTrial.cpp"/>
         <source>No temporary folder can be made: %1</source>
         <translation>Es kann kein temporärer Ordner angelegt werden: %1</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/ScriptTrial.cpp"/>
+        <source>The test cannot be started: the system allows no further thread.</source>
+        <translation>Der Test kann nicht gestartet werden: Das System lässt keinen weiteren Thread zu.</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/ScriptTrial.cpp"/>

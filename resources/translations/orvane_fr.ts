@@ -120,6 +120,11 @@
     </message>
     <message>
         <location filename="../../PreferencePane/window/FolderContents.cpp"/>
+        <source>Files in “%1”: at least %2, with at least %3 MB in all.</source>
+        <translation>Fichiers dans « %1 » : au moins %2, en tout au moins %3 Mo.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/FolderContents.cpp"/>
         <source>Their contents can be copied, so that new folders get them, too. With the names only, new files are empty.</source>
         <translation>Leur contenu peut être copié pour que les nouveaux dossiers l’obtiennent aussi. Avec les noms seuls, les nouveaux fichiers sont vides.</translation>
     </message>
@@ -1164,6 +1169,11 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
         <location filename="../../PreferencePane/window/ScriptTrial.cpp"/>
         <source>No temporary folder can be made: %1</source>
         <translation>Impossible de créer un dossier temporaire : %1</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/ScriptTrial.cpp"/>
+        <source>The test cannot be started: the system allows no further thread.</source>
+        <translation>Le test ne peut pas être lancé : le système n’autorise aucun thread supplémentaire.</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/ScriptTrial.cpp"/>

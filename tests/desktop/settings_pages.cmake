@@ -5,9 +5,11 @@ target_link_libraries(settings_pages_support INTERFACE settings_window qt_test_s
 orvane_add_desktop_test(NAME desktop_settings_pages
   SOURCES
     desktop/settings_pages/CountersPageTest.cpp
+    desktop/settings_pages/FolderContentsTest.cpp
     desktop/settings_pages/GeneralPageTest.cpp
     desktop/settings_pages/HotKeyFieldTest.cpp
     desktop/settings_pages/ScriptPanelTest.cpp
+    desktop/settings_pages/ScriptTrialTest.cpp
   LIBRARIES settings_pages_support)
 orvane_add_desktop_test(NAME desktop_settings_pages_xfwm4 PROGRAM desktop_settings_pages DESKTOP_ARGUMENTS --wm xfwm4)
 

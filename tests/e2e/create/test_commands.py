@@ -29,7 +29,10 @@ class Words(OrvaneTest):
             self.assertEqual((result.status, result.out, result.err), (0, general.out, ""), words)
         for command in COMMANDS:
             self.assertEqual(self.run_orvane("help", command).out, self.run_orvane(command, "--help").out)
-        for words, problem in ((("help", "nonsense"), "unknown command 'nonsense'"), (("help", "list", "show"), "unexpected 'show'")):
+            self.assertEqual(self.run_orvane("help", "--", command).out, self.run_orvane(command, "--help").out)
+        for words, problem in ((("help", "nonsense"), "unknown command 'nonsense'"), (("help", "list", "show"), "unexpected 'show'"),
+                               (("help", "--nonsense"), "unknown option '--nonsense'"), (("help", "list", "-x"), "unknown option '-x'"),
+                               (("help", "--", "--help"), "unknown command '--help'")):
             result = self.run_orvane(*words)
             self.assertEqual((result.status, result.out), (2, ""))
             self.assertTrue(result.err.startswith(f"orvane: {problem}\n"), result.err)
@@ -38,8 +41,16 @@ class Words(OrvaneTest):
         version = self.run_orvane("--version")
         self.assertEqual((version.status, version.err), (0, ""))
         self.assertRegex(version.out, r"^orvane \d+\.\d+\.\d+\n$")
-        for command in COMMANDS:
+        for command in (*COMMANDS, "help"):
             self.assertEqual(self.run_orvane(command, "--version").out, version.out)
+        self.assertEqual(self.run_orvane("help", "list", "--version").out, version.out)
+
+    def test_help_and_version_take_no_value(self):
+        for command in ((), ("help",), *((command,) for command in COMMANDS)):
+            for option in ("--help", "--version"):
+                result = self.run_orvane(*command, option + "=1")
+                self.assertEqual((result.status, result.out), (2, ""), command)
+                self.assertIn(f"option '{option}' takes no value\n", result.err)
 
     def test_help_does_nothing_else(self):
         self.write_presets(preset("P", "made"))
@@ -64,15 +75,43 @@ class Words(OrvaneTest):
 
     def test_wrong_words_are_told_in_json_when_asked_for(self):
         self.write_presets(preset("P", "made"))
-        for words, problem in ((("--json",), "which preset?"), (("0", "--json", "--nonsense"), "unknown option '--nonsense'"),
+        for words, problem in ((("--json",), "which preset?"), (("99", "--json"), "no preset '99'; there are:\n  0  P"),
+                               (("0", "--json", "--nonsense"), "unknown option '--nonsense'"),
+                               (("0", "--nonsense", "--json"), "unknown option '--nonsense'"),
+                               (("0", "-x", "--js"), "unknown option '-x'"),
+                               (("0", "--json=1", "--json"), "option '--json' takes no value"),
+                               (("0", "--set", "--json"), "option '--set' needs NAME=VALUE, not '--json'"),
+                               (("0", "--json", "--in"), "option '--in' needs a value"),
                                (("0", "--set", "x", "--json"), "option '--set' needs NAME=VALUE, not 'x'")):
             result = self.create(*words)
             self.assertEqual((result.status, result.json["error"]), (2, {"title": "Usage", "message": problem}))
             self.assertEqual((result.json["created"], result.json["path"], result.json["nodes"]), (False, None, 0))
             self.assertTrue(result.err.startswith(f"orvane: create: {problem}\n"), result.err)
-        result = self.create("0", "--nonsense", "--json")
-        self.assertEqual((result.status, result.out), (2, ""))
+        for words in (("0", "--nonsense", "--", "--json"), ("0", "--nonsense")):
+            result = self.create(*words)
+            self.assertEqual((result.status, result.out), (2, ""))
         self.assertNothingMade()
+
+    def test_control_characters_of_words_are_made_visible_wherever_messages_go(self):
+        self.write_presets(preset("P", "made"))
+        odd = "\x1b[31m\r"
+        path = os.path.join(self._make("odd" + odd), "sub")
+        os.makedirs(os.path.join(path, "made"))
+        for words in ((odd,), ("-" + odd,), ("help", odd), ("help", "list", odd), ("list", odd), ("list", "--" + odd), ("show", "--" + odd),
+                      ("show", odd), ("create", "0", odd), ("create", "0", "-" + odd), ("create", "0", "--in", odd),
+                      ("create", "0", "--set", odd), ("create", "0", "--set", odd + "=1"), ("create", odd), ("create", "0", "--in", path),
+                      ("import", odd), ("import", "--" + odd), ("export", "0", os.path.join(odd, "x")), ("add", odd), ("check", odd),
+                      ("check", "./" + odd), ("menu", odd), ("menu", "--in", odd), ("notify", odd), ("recover", odd)):
+            result = self.run_orvane(*words)
+            self.assertIn(result.status, (1, 2), words)
+            self.assertIn("\\x1b[31m\\x0d", result.err, words)
+            self.assertNotIn("\\x5c", result.err, words)
+            self.assertEqual([c for c in result.err if c < " " and c != "\n"], [], words)
+        self.assertNothingMade()
+
+    def test_bytes_that_are_no_text_are_made_visible(self):
+        result = self.run_orvane("list", b"\xff\xc2\x9b", errors="strict")
+        self.assertEqual(result.err.splitlines()[0], "orvane: list: unexpected '\\xff\\xc2\\x9b'")
 
     def test_a_closed_standard_stream_is_taken_by_no_other_file(self):
         self.write_presets(preset("P", "{AutoNo}"))
@@ -99,6 +138,21 @@ class Words(OrvaneTest):
             self.assertEqual((result.status, result.out), (2, ""), words)
             self.assertTrue(result.err, words)
         self.assertNothingMade()
+
+    def test_preferences_that_are_no_property_list_are_told_once_and_alike(self):
+        self.write_bytes(self.preferences, b"\nnothing")
+        for words in (("list",), ("show", "0"), ("check",)):
+            result = self.run_orvane(*words)
+            self.assertEqual((result.status, result.out), (1, ""))
+            self.assertEqual(result.err, f"orvane: Preferences cannot be read: {self.preferences}: line 2: this is no property list\n")
+
+    def test_what_removes_is_said_in_full(self):
+        for word in ("--r", "--remov"):
+            result = self.run_orvane("recover", word)
+            self.assertEqual((result.status, result.out), (2, ""))
+            self.assertTrue(result.err.startswith(f"orvane: recover: unknown option '{word}'\n"), result.err)
+        for word in ("--remove", "--k"):
+            self.assertEqual(self.run_orvane("recover", word).status, 0)
 
     def test_notify_without_a_session_bus_fails(self):
         result = self.run_orvane("notify", env={"DBUS_SESSION_BUS_ADDRESS": "unix:path=" + self.root + "/none"})

@@ -1,5 +1,6 @@
 """What the command line says in German and French, and what stays as it is in every language."""
 
+import fcntl
 import os
 import plistlib
 import re
@@ -105,8 +106,11 @@ class Languages(OrvaneTest):
                 ("The hot key works by the desktop portal (Ctrl+H).", "Das Tastenkürzel funktioniert über das Desktop-Portal (Ctrl+H)."),
                 (advice, german), ("KWin gives no hot key. " + advice, "KWin vergibt kein Tastenkürzel. " + german),
                 ("Something new.", "Something new.")):
-            self.write_bytes(os.path.join(self.home, ".local/state/orvane/hot-key"), f"{os.getpid()}\n{statement}\n".encode())
-            told = self.said("de", "menu", "--help", env=env).out
+            path = os.path.join(self.home, ".local/state/orvane/hot-key")
+            self.write_bytes(path, f"{os.getpid()}\n{statement}\n".encode())
+            with open(path, "rb") as held:  # as the running helper holds it
+                fcntl.flock(held, fcntl.LOCK_EX)
+                told = self.said("de", "menu", "--help", env=env).out
             self.assertLessEqual(max(map(columns, told.splitlines())), 80, told)
             self.assertTrue(" ".join(told.split()).endswith(" Der laufende Helfer sagt: " + expected), told)
 

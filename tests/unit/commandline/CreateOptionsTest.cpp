@@ -39,6 +39,17 @@ TEST(CreateOptions, WantsExactlyOnePreset) {
     EXPECT_EQ(error, "one preset at a time, not 'b' as well");
 }
 
+TEST(CreateOptions, WrongWordsAreToldInJSONWhereverItIsAskedFor) {
+    for (const CommandArguments &words : {CommandArguments{"0", "--nonsense", "--json"}, {"0", "--set", "--json"}, {"--json"}}) {
+        std::string error;
+        EXPECT_TRUE(parsed(words, error).json);
+        EXPECT_NE(error, "");
+    }
+    std::string error;
+    EXPECT_FALSE(parsed({"0", "--in", "--json"}, error).json); // a folder's name
+    EXPECT_EQ(error, "");
+}
+
 TEST(CreateOptions, AssignmentNeedsNameAndEquals) {
     for (const char *wrong : {"Project", "", "=Acme", "="}) {
         std::string error;

@@ -45,6 +45,30 @@ TEST(Options, MayBeShortenedWhileUnambiguous) {
     EXPECT_EQ(parsed({"--no"}).error, "option '--no' is ambiguous");
 }
 
+TEST(Options, ThoseThatMustBeWholeAreNotShortened) {
+    constexpr std::array<OptionRule, 2> Two = {{{.name = "remove", .mustBeWhole = true}, {.name = "rename"}}};
+    EXPECT_EQ(parseOptions(std::vector<std::string>{"--remov"}, Two).error, "unknown option '--remov'");
+    EXPECT_TRUE(parseOptions(std::vector<std::string>{"--re"}, Two).has("rename"));
+    EXPECT_TRUE(parseOptions(std::vector<std::string>{"--remove"}, Two).has("remove"));
+}
+
+TEST(Options, HelpAndVersionAreKnownEverywhereAndTakeNoValue) {
+    for (const std::string option : {"--help", "--version"}) {
+        EXPECT_EQ(parsed({option + "=1"}).error, "option '" + option + "' takes no value");
+        EXPECT_EQ(generalOptionIn(std::vector<std::string>{option + "=1"}, Rules), GeneralOption::None);
+    }
+    EXPECT_EQ(parsed({"--helpful=1"}).error, "unknown option '--helpful'");
+}
+
+TEST(Options, JSONIsAskedForAnywhereBeforeTwoDashes) {
+    const auto asks = [](const std::vector<std::string> &words) { return asksForJSON(words); };
+    EXPECT_TRUE(asks({"0", "--nonsense", "--json"}));
+    EXPECT_TRUE(asks({"--set", "--json"}));
+    EXPECT_TRUE(asks({"--js"}));
+    EXPECT_FALSE(asks({"--", "--json"}));
+    EXPECT_FALSE(asks({"--jsons", "--json=1", "json", "--"}));
+}
+
 TEST(Options, TheLastOfSeveralValuesCounts) {
     EXPECT_EQ(parsed({"--in", "a", "--in", "b"}).lastValue("in"), "b");
     EXPECT_EQ(parsed({}).lastValue("in"), std::nullopt);

@@ -6,7 +6,27 @@
 #include "presets/ORVPropertyListReading.h"
 #include "unit/presetfiles/Presets.h"
 
+#include <cerrno>
+#include <utility>
 #include <vector>
+
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace {
+
+bool diskFails = false;
+
+} // namespace
+
+/// In place of the C library's.
+extern "C" int syncfs(int file) noexcept {
+    if (diskFails) {
+        errno = EIO;
+        return -1;
+    }
+    return static_cast<int>(::syscall(SYS_syncfs, file));
+}
 
 namespace orvane {
 namespace {
@@ -108,6 +128,27 @@ TEST_F(Contents, APresetGoesThroughAFileToAnotherStore) {
     EXPECT_EQ(folder.read("Other/File Content/a 2.txt"), "contents");
     EXPECT_EQ(folder.read("Other/File Content/a.txt"), "something else");
     EXPECT_EQ(folder.mode("Other/Scripts/run.sh"), 0755U);
+}
+
+TEST_F(Contents, WhatDoesNotReachTheDiskIsRefusedAndLeavesNothing) {
+    folder.write("Film/notes.txt", "text");
+    const std::string file = folder.write("in/brief.txt", "text");
+    folder.write("Orvane/File Content/a.txt", "contents");
+    const auto preset = make.document(make.preset("{A}", {make.file("x", {{"contentFilename", make.text("a.txt")}})}));
+    std::vector<std::string> warnings;
+    ASSERT_TRUE(store.writePresetFile(preset, folder / "out.orvpreset", false, warnings, problem)) << problem;
+    PosixSupportFolder other(folder / "Other", finderInformation);
+    diskFails = true;
+    EXPECT_EQ(other.addContent(file, problem), std::nullopt);
+    EXPECT_EQ(std::exchange(problem, {}), "Input/output error");
+    EXPECT_EQ(other.addScript(file, problem), std::nullopt);
+    EXPECT_EQ(std::exchange(problem, {}), "Input/output error");
+    EXPECT_EQ(other.importFolder({folder / "Film", "", {}, true}, problem), std::nullopt);
+    EXPECT_EQ(std::exchange(problem, {}), "Input/output error");
+    EXPECT_EQ(other.readPresetFile(folder / "out.orvpreset", problem), std::nullopt);
+    EXPECT_EQ(problem, folder / "Other: Input/output error");
+    diskFails = false;
+    EXPECT_FALSE(folder.has("Other"));
 }
 
 TEST_F(Contents, AnExportReplacesAFileOnlyWhenAsked) {

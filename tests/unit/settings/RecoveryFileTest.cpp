@@ -34,6 +34,17 @@ TEST_F(OnDisk, IsReadableForTheUserAloneAndLeavesNothingBesideIt) {
     EXPECT_EQ(folder.count("state/orvane"), 1U);
 }
 
+TEST_F(OnDisk, IsWrittenBesideWhatAKilledProgramOfTheSameNumberHasLeft) {
+    const std::string start = "state/orvane/.orvane-" + std::to_string(::getpid());
+    for (const char *end : {".part", "-0", "-1"}) {
+        folder.write(start + end, "left");
+    }
+    ASSERT_TRUE(file.write("a"));
+    EXPECT_EQ(file.read(), "a");
+    EXPECT_EQ(folder.read(start + "-0"), "left");
+    EXPECT_EQ(folder.count("state/orvane"), 4U);
+}
+
 TEST_F(OnDisk, FollowsNoLink) {
     const std::string secret = folder.write("other", "theirs");
     std::filesystem::create_directories(folder / "state/orvane");
