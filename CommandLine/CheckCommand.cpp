@@ -120,7 +120,7 @@ bool takePreferences(CommandContext &context, Subject &subject) {
     const auto presets = synchronizedPresets(context, problem);
     const auto stored = context.preferences.copyAppValue(ORVPresetsKey);
     if (!presets) {
-        failure(localized(UnreadablePreferencesTitle), problem);
+        failure(localized(UnreadablePreferencesTitle), printable(problem));
         return false;
     }
     if (stored && !stored->root().isArray()) {

@@ -1,5 +1,6 @@
 #include "CommandSupport.h"
 
+#include "Terminal.h"
 #include "Translation.h"
 
 #include "platform/posix/FileDescriptor.h"
@@ -133,7 +134,8 @@ ExitStatus writeStandardOutput(std::string_view text) {
 }
 
 void writeStandardError(std::string_view text) {
-    writeWhole(STDERR_FILENO, printableBut(text, "\n\t")); // what is visible already stays as it is
+    // A name in a message may hold what would move a terminal's cursor or more; other readers get it as it is.
+    writeWhole(STDERR_FILENO, isTerminal(STDERR_FILENO) ? printableBut(text, "\n\t") : std::string(text));
 }
 
 ExitStatus usageError(std::string_view command, std::string_view text) {
@@ -232,7 +234,7 @@ std::optional<PropertyList> readPresets(CommandContext &context) {
     std::string problem;
     auto presets = synchronizedPresets(context, problem);
     if (!presets) {
-        failure(localized(UnreadablePreferencesTitle), problem);
+        failure(localized(UnreadablePreferencesTitle), printable(problem));
     }
     return presets;
 }

@@ -16,8 +16,8 @@ namespace orvane {
 bool writeWhole(int descriptor, std::string_view text);
 /// Writes text to standard output; a failure is reported. Returns `Success` or `NotMade`.
 ExitStatus writeStandardOutput(std::string_view text);
-/// Writes one or more whole lines to standard error, which every message passes. Control characters in it but line feeds and tabs are
-/// made visible, wherever it leads: a pipe or a log may well be shown on a terminal in the end.
+/// Writes one or more whole lines to standard error, which every message passes. On a terminal, control characters but line feeds and
+/// tabs are made visible.
 void writeStandardError(std::string_view text);
 
 /// What a word that is meant to name a preset stands for.

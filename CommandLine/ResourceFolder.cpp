@@ -287,14 +287,29 @@ bool publishHiddenFile(int folder, const std::string &hidden, const std::string 
         return false;
     }
     // The name is taken by an empty file, which the renaming then replaces; closed before, as not all can replace an open one.
-    if (!FileDescriptor(uninterrupted([&] { return ::openat(folder, name.c_str(), NewFile, 0600); }))) {
+    struct stat placeholder {};
+    {
+        const FileDescriptor file(uninterrupted([&] { return ::openat(folder, name.c_str(), NewFile, 0600); }));
+        if (!file || ::fstat(file.get(), &placeholder) != 0) {
+            return false;
+        }
+    }
+    const auto isStillOurs = [&] {
+        struct stat now {};
+        return ::fstatat(folder, name.c_str(), &now, AT_SYMLINK_NOFOLLOW) == 0 && now.st_dev == placeholder.st_dev &&
+               now.st_ino == placeholder.st_ino && now.st_size == 0;
+    };
+    if (!isStillOurs()) {
+        errno = EEXIST; // somebody put something else there, or into it
         return false;
     }
     if (::renameat(folder, hidden.c_str(), folder, name.c_str()) == 0) {
         return true;
     }
     const int error = errno;
-    ::unlinkat(folder, name.c_str(), 0);
+    if (isStillOurs()) {
+        ::unlinkat(folder, name.c_str(), 0);
+    }
     errno = error;
     return false;
 }

@@ -1,8 +1,10 @@
 #include "platform/posix/PosixFolderCursor.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <new>
+#include <string_view>
 #include <utility>
 
 #include <fcntl.h>
@@ -141,12 +143,15 @@ void PosixFolderCursor::_closeAnchorsBut(std::size_t count) {
 /// Opens the deepest anchor again from a folder that lies `levels` below it. Where that leads to another folder (somebody
 /// moved ours away) it stays closed, and every call in it fails.
 void PosixFolderCursor::_reopenLast(int below, std::size_t levels) {
-    std::string up;
-    for (std::size_t i = 0; i < levels; ++i) {
-        up += "../";
+    // Without memory of its own: whoever leaves a folder cannot be told that there is none.
+    constexpr std::string_view Up = "../";
+    constexpr std::size_t MostLevels = LevelsByPath + 1;
+    std::array<char, MostLevels * Up.size() + 1> up{};
+    for (std::size_t i = 0; i < std::min(levels, MostLevels); ++i) {
+        Up.copy(&up[i * Up.size()], Up.size());
     }
     const auto open = [&](int access) {
-        return FileDescriptor(uninterrupted([&] { return ::openat(below, up.c_str(), access | O_DIRECTORY | O_CLOEXEC); }));
+        return FileDescriptor(uninterrupted([&] { return ::openat(below, up.data(), access | O_DIRECTORY | O_CLOEXEC); }));
     };
     FileDescriptor folder = open(O_RDONLY);
     if (!folder && errno == EACCES) {

@@ -157,8 +157,8 @@ private:
     void _removeFrom(Index first, Omissions &left);
     [[nodiscard]] std::string _pathForTelling() const;
     void _removeShared(const SharedWork &shared, Omissions &left);
-    /// The cursor's root lies below the base at the path `root`.
     [[nodiscard]] bool _removeOnTwoThreads(const SharedWork &shared, Omissions &left);
+    /// The cursor's root lies below the base at the path `root`.
     void _removeRange(PosixFolderCursor &cursor, std::string_view root, Index first, Index end, Omissions &left) const noexcept;
     [[nodiscard]] bool _remove(PosixFolderCursor &cursor, Index item) const noexcept;
     [[nodiscard]] bool _goTo(PosixFolderCursor &cursor, Index folder) const;

@@ -62,6 +62,8 @@ void PosixHotKeyStatement::say(std::string_view text) {
         ::rename(temporary.c_str(), _path.c_str()) == 0) {
         _isSaid = true;
         _file = std::move(file);
+    } else if (file) {
+        ::unlink(temporary.c_str());
     }
 }
 

@@ -73,7 +73,10 @@ public:
 private:
     void _watch() {
         std::array<pollfd, 2> either = {pollfd{_signalled, POLLIN, 0}, pollfd{_over, POLLIN, 0}};
-        while (::poll(either.data(), either.size(), -1) < 0) { // a signal, or no memory for the moment
+        while (::poll(either.data(), either.size(), -1) < 0) {
+            if (errno != EINTR) { // no memory for the moment
+                std::this_thread::sleep_for(std::chrono::milliseconds(100));
+            }
         }
         std::uint64_t seen = 0;
         do {

@@ -96,16 +96,16 @@ TEST(Printable, ShowsControlCharactersAndStrayBytes) {
     EXPECT_EQ(printable("\u00a0"), "\u00a0");
 }
 
-TEST(Messages, ShowControlCharactersOnceAndKeepTheirLines) {
+TEST(Messages, AreGivenAsTheyAreWhereNoTerminalIs) {
     testing::internal::CaptureStderr();
     writeStandardError("a\033" + printable("\x01") + "\n  b\xff\n");
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "a\\x1b\\x01\n  b\\xff\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "a\033\\x01\n  b\xff\n");
     testing::internal::CaptureStderr();
     EXPECT_EQ(usageError("list", "unexpected '\033'"), ExitStatus::Usage);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "orvane: list: unexpected '\\x1b'\nTry 'orvane list --help' for more information.\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "orvane: list: unexpected '\033'\nTry 'orvane list --help' for more information.\n");
     testing::internal::CaptureStderr();
     EXPECT_EQ(failure("No\r", "two\nlines\t\x7f"), ExitStatus::NotMade);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "orvane: No\\x0d: two\nlines\t\\x7f\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "orvane: No\r: two\nlines\t\x7f\n");
 }
 
 TEST(WriteWhole, WritesEverythingAndTellsFailure) {
