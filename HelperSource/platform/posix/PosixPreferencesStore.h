@@ -20,7 +20,7 @@ namespace orvane {
 /// Saving holds the lock, takes the file as it stands on disk then, changes the keys that were set and nothing else, and
 /// replaces the file as a whole; symbolic links to it stay links. A missing file is made, as XML and for the user alone. A
 /// file that cannot be read, or that this process may not write, is never replaced: the log says why, once for each state
-/// of the file. A file whose identity has not changed is not read again.
+/// of the file that cannot be read, and each time that saving is refused. A file whose identity has not changed is not read again.
 class PosixPreferencesStore final : public PreferencesStore {
 public:
     /// How long a program waits for another one that holds the domain, unless told.

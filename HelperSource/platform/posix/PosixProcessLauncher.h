@@ -11,7 +11,8 @@ namespace orvane {
 /// empty signal mask, every signal at its default and no descriptor but 0, 1 and 2.
 ///
 /// An output is kept up to 16 MiB when it is read to its end. The rest is read as well, so that its writer never
-/// blocks, but dropped; a last line then tells how many bytes are missing.
+/// blocks, but dropped; a last line then tells how many bytes are missing. An output that nobody waits for is dropped, too, and
+/// closed after 1 GiB, as it has no end then.
 ///
 /// An end is noticed by waiting for that one child; no signal handler is used. A child that ends by itself is reaped when
 /// `isRunning` notices; one whose object is gone before is reaped when it ends.

@@ -26,7 +26,7 @@ public:
     ~QtMenuView() override;
 
     /// For showing it. An item that the user chooses in it is performed once the menu is gone and its event has been handled, unless
-    /// `performsChosen` was set to false.
+    /// `setPerformsChosen(false)` was called.
     [[nodiscard]] QMenu &menu();
     void setPerformsChosen(bool performs) { _performsChosen = performs; }
     /// Asked before a chosen item is performed; false ignores the choice. Without one every choice counts.
