@@ -146,7 +146,7 @@ bool PresetTreeModel::dropMimeData(const QMimeData *data, Qt::DropAction action,
     return !items.empty();
 }
 
-void PresetTreeModel::_sayWhyNot(const std::string &path, const std::string &problem) {
+void PresetTreeModel::_sayWhyNot(const std::string &path, const std::string &problem) const {
     _context.showMessage(translated("%1 cannot be added: %2").arg(QtTextOf(path), translatedSentence(problem)), true);
 }
 
