@@ -256,7 +256,14 @@ bool ResourceFolder::_complete(int file, const Source &source) {
     for (const PosixExtendedAttribute &each : source.attributes) {
         ::fsetxattr(file, each.name.c_str(), each.value.data(), each.value.size(), 0);
     }
-    return ::fchmod(file, source.mode) == 0 || isRefusal(errno);
+    if (::fchmod(file, source.mode) == 0) {
+        return true;
+    }
+    const int error = errno;
+    struct stat status {};
+    const bool canRun = ::fstat(file, &status) == 0 && (status.st_mode & S_IXUSR) != 0;
+    errno = error;
+    return isRefusal(error) && ((source.mode & S_IXUSR) == 0 || canRun); // a script that cannot be run would fail each creation
 }
 
 FileDescriptor makeHiddenFile(int folder, std::string &name, mode_t mode) {

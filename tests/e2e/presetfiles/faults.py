@@ -81,6 +81,14 @@ class Disturbed(Traced):
             self.assertEqual((home.contents / "a.txt").read_text(), "text")
             self.assertEqual((home.contents / "a.txt").stat().st_mode & 0o777, 0o600)
 
+    def test_what_could_not_be_run_then_is_not_stored(self):
+        (self.source / "tool.sh").write_text("#!/bin/sh\n")
+        (self.source / "tool.sh").chmod(0o755)
+        home = Home(self.top)
+        result, _ = self.traced(home, "import", str(self.source), "--with-content", status=1, faults=["fchmod:error=EPERM"])
+        self.assertIn(b"tool.sh cannot be stored: Operation not permitted", result.stderr)
+        self.assertEqual(home.stored(), [])
+
     def test_a_file_that_appears_is_not_replaced_where_renaming_cannot_refuse_to(self):
         def prepare(home):
             home.contents.mkdir(parents=True)
