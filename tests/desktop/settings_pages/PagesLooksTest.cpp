@@ -39,7 +39,10 @@ protected:
             return window->windowHandle()->size() == QSize(width, height) && window->size() == QSize(width, height) &&
                    window->windowHandle()->isExposed();
         }));
-        ASSERT_TRUE(waitUntil([&] { return isPainted(); }));
+        ASSERT_TRUE(waitUntil([&] {
+            QApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest); // what came up or went has its place now
+            return window->screen()->availableGeometry().contains(frameOf(*window)) && isPainted();
+        }));
         expectNothingIsCut(*window);
         const int percent = static_cast<int>(std::lround(QGuiApplication::primaryScreen()->devicePixelRatio() * 100));
         const std::string name =
