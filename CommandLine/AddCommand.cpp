@@ -1,5 +1,6 @@
 #include "Command.h"
 #include "CommandSupport.h"
+#include "Interruption.h"
 #include "Options.h"
 #include "PresetPacking.h"
 #include "PresetStorage.h"
@@ -14,6 +15,35 @@ namespace orvane {
 namespace {
 
 constexpr const char *Title = forTranslation("Preset not added");
+
+/// Stores the parts of a preset file and prints what the preset has got; what was stored for nothing is taken away again.
+ExitStatus add(CommandContext &context, const ORVPackedPreset &parts) {
+    PresetAddition addition(parts, ORVApplicationSupportPath(context.folders), [](const Sentence &text) { warn(localized(text)); });
+    Sentence problem;
+    if (!addition.storeResources(problem)) {
+        return failure(localized(Title), printable(localized(problem)));
+    }
+    if (ORVTextValue(parts.preset.root().find("directoryName")).empty()) {
+        warn(localized("the top-level folder has no name")); // in the words of `check`
+    }
+    // A preset whose contents are not on the disk is not worth having while its file is there to be added again.
+    const auto index = appendPreset(context, addition.preset(), [&] {
+        const bool flushed = addition.flush(problem);
+        if (!flushed) {
+            failure(localized(Title), printable(localized(problem)));
+        }
+        return flushed && !Interruption::wasRequested();
+    });
+    if (!index) {
+        return ExitStatus::NotMade;
+    }
+    addition.keep();
+    if (addition.script()) {
+        const std::string script = printable(*addition.script());
+        writeStandardError("orvane: " + localized("the script '%1' will run after each creation with this preset", {script}) + "\n");
+    }
+    return writeStandardOutput(std::to_string(*index) + "  " + shownLabelOfPreset(parts.preset.root()) + "\n");
+}
 
 } // namespace
 
@@ -39,39 +69,16 @@ ExitStatus runAddCommand(CommandContext &context, const CommandArguments &argume
                                                           : localized("more than one file given"));
     }
     const std::string &file = words.operands.front();
-    std::string problem;
-    const auto document = readPropertyListFile(file, problem);
+    Sentence problem;
+    const auto document = readPropertyListArgument(file, problem);
     const auto parts = document ? ORVUnpackPreset(*document, problem) : std::nullopt;
     if (!parts) {
-        return failure(localized(Title), printable(withReason(file, localizedSentence(problem))));
+        return failure(localized(Title), printable(withReason(file, localized(problem))));
     }
     if (refusesNeverEnding(parts->preset.root()) || !readPresets(context)) {
         return ExitStatus::NotMade;
     }
-    PresetAddition addition(*parts, ORVApplicationSupportPath(context.folders), warn);
-    if (!addition.storeResources(problem)) {
-        return failure(localized(Title), printable(problem));
-    }
-    if (ORVTextValue(parts->preset.root().find("directoryName")).empty()) {
-        warn(localized("the top-level folder has no name")); // in the words of `check`
-    }
-    // A preset whose contents are not on the disk is not worth having while its file is there to be added again.
-    const auto index = appendPreset(context, addition.preset(), [&] {
-        const bool flushed = addition.flush(problem);
-        if (!flushed) {
-            failure(localized(Title), printable(problem));
-        }
-        return flushed;
-    });
-    if (!index) {
-        return ExitStatus::NotMade;
-    }
-    addition.keep();
-    if (addition.script()) {
-        const std::string script = printable(*addition.script());
-        writeStandardError("orvane: " + localized("the script '%1' will run after each creation with this preset", {script}) + "\n");
-    }
-    return writeStandardOutput(std::to_string(*index) + "  " + shownLabelOfPreset(parts->preset.root()) + "\n");
+    return untilInterrupted([&] { return add(context, *parts); });
 }
 
 } // namespace orvane

@@ -93,10 +93,10 @@ PropertyList listOf(const PropertyList &preset) {
 
 /// What a file holds: one preset with its resources, or preferences. False after a message.
 bool takeFile(CommandContext &context, const std::string &path, Subject &subject) {
-    std::string why;
-    const auto document = readPropertyListFile(path, why);
+    Sentence why;
+    const auto document = readPropertyListArgument(path, why);
     if (!document) {
-        failure(localized(UnreadableFileTitle), printable(withReason(path, why)));
+        failure(localized(UnreadableFileTitle), printable(withReason(path, localized(why))));
         return false;
     }
     if (const PropertyListValue *presets = document->root().find(ORVPresetsKey); presets != nullptr && presets->isArray()) {
@@ -106,7 +106,7 @@ bool takeFile(CommandContext &context, const std::string &path, Subject &subject
     }
     subject.packed = ORVUnpackPreset(*document, why);
     if (!subject.packed) {
-        failure(localized(UnreadableFileTitle), printable(withReason(path, localizedSentence(why))));
+        failure(localized(UnreadableFileTitle), printable(withReason(path, localized(why))));
         return false;
     }
     subject.presets = listOf(subject.packed->preset);

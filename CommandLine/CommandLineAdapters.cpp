@@ -30,19 +30,6 @@ private:
 
 } // namespace
 
-bool DeferredThreadLauncher::detachNewThread(std::function<void()> work) {
-    _works.push_back(std::move(work));
-    return true;
-}
-
-void DeferredThreadLauncher::runAll() {
-    while (!_works.empty()) {
-        for (const auto &work : std::exchange(_works, {})) {
-            work();
-        }
-    }
-}
-
 void CommandLineAlerts::runAlertPanel(const std::optional<std::string> &title, const std::optional<std::string> &message) {
     if (_gate && !_gate()) {
         return;

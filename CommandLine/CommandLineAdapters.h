@@ -1,13 +1,10 @@
 #pragma once
 
 #include "ports/Alerts.h"
-#include "ports/Application.h"
 #include "ports/CreationProgress.h"
-#include "ports/MainThread.h"
 #include "ports/PreferencesStore.h"
 #include "ports/Processes.h"
 #include "ports/SystemLog.h"
-#include "ports/ThreadLauncher.h"
 
 #include <atomic>
 #include <cstddef>
@@ -18,38 +15,9 @@
 #include <string_view>
 #include <vector>
 
-// The smaller ports as a program of one thread fills them.
+// The smaller ports as the command line fills them.
 
 namespace orvane {
-
-/// Nothing to make ready.
-class CommandLineApplication final : public Application {
-public:
-    [[nodiscard]] bool load() override { return true; }
-    void activateIgnoringOtherApps(bool /*ignoring*/) override {}
-};
-
-/// The program's only thread. What is to be released after the event is kept until the program is done.
-class CommandLineMainThread final : public MainThread {
-public:
-    [[nodiscard]] bool isCurrent() override { return true; }
-    void performAndWait(const std::function<void()> &work) override { work(); }
-    void releaseAfterCurrentEvent(std::shared_ptr<const void> object) override { _kept.push_back(std::move(object)); }
-
-private:
-    std::vector<std::shared_ptr<const void>> _kept;
-};
-
-/// Puts work off until `runAll`, on the same thread: a program that waits for its script anyway needs no second
-/// thread for it, whose start would take longer than making a small hierarchy.
-class DeferredThreadLauncher final : public ThreadLauncher {
-public:
-    [[nodiscard]] bool detachNewThread(std::function<void()> work) override;
-    void runAll();
-
-private:
-    std::vector<std::function<void()>> _works;
-};
 
 /// Forgets everything: nothing has happened in a dry run.
 class SilentLog final : public SystemLog {

@@ -13,6 +13,7 @@
 #include "ProgressBar.h"
 #include "Translation.h"
 
+#include "platform/SingleThread.h"
 #include "presets/ORVFileHelpers.h"
 #include "presets/ORVPresetManager.h"
 #include "presets/ORVPropertyListReading.h"
@@ -176,7 +177,7 @@ private:
     void _noteStop() {
         _report.status = ExitStatus::Cancelled;
         if (!_observed.topIsThere()) {
-            return writeStandardError(std::string("orvane: ") + localized("interrupted, and what was made is removed again") + "\n");
+            return Interruption::tell();
         }
         const std::string path = printable(_observed.topPath());
         const std::string told = localized("interrupted; '%1' is still there and may hold some of what was made", {path});

@@ -5,6 +5,7 @@
 #include "PresetStorage.h"
 #include "Translation.h"
 
+#include "platform/posix/PosixNewFile.h"
 #include "presets/ORVFileHelpers.h"
 #include "presets/ORVPresetFile.h"
 
@@ -74,12 +75,12 @@ ExitStatus runExportCommand(CommandContext &context, const CommandArguments &arg
     if (refusesNeverEnding(preset.root(), Refusal::Size)) {
         return ExitStatus::NotMade;
     }
-    PresetPartsReader reader(ORVApplicationSupportPath(context.folders), warn);
+    PresetPartsReader reader(ORVApplicationSupportPath(context.folders), [](const Sentence &text) { warn(localized(text)); });
     const ORVPackedPreset parts = reader.read(preset);
-    std::string why;
+    Sentence why;
     const auto bytes = bytesOfPresetFile(parts, why);
     if (!bytes) {
-        return failure(localized(Title), printable(localizedSentence(why)));
+        return failure(localized(Title), printable(localized(why)));
     }
     return writePresetFile(words.operands.back(), *bytes, words.has("force"));
 }

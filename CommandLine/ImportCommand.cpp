@@ -2,6 +2,7 @@
 #include "CommandSupport.h"
 #include "FolderImport.h"
 #include "FolderWalk.h"
+#include "Interruption.h"
 #include "Options.h"
 #include "PresetStorage.h"
 #include "ResourceFolder.h"
@@ -89,7 +90,7 @@ void warnOfUnusedTexts(const FolderImportOptions &options, const PropertyList &p
     }
     std::optional<ImportedFolder> again;
     if (names.size() < options.variables.size()) {
-        std::string problem;
+        Sentence problem;
         again = importFolder(numbered, finderInformation, problem);
     }
     const ORVPresetSurvey survey(again ? again->preset.root() : preset.root());
@@ -100,6 +101,43 @@ void warnOfUnusedTexts(const FolderImportOptions &options, const PropertyList &p
             warn(localized("'%1' was turned into the variable '%2' nowhere", {given.text, given.name}));
         }
     }
+}
+
+/// Imports and prints what it has got; what was stored for nothing is taken away again.
+ExitStatus import(CommandContext &context, FolderImportOptions &options, bool withContent) {
+    const std::string title = localized("Folder not imported");
+    const std::string contents = stringByAppendingPathComponent(ORVApplicationSupportPath(context.folders), ORVFileContentFolder);
+    ResourceFolder store(contents);
+    options.contentStore = withContent ? &store : nullptr;
+    options.shouldStop = &Interruption::wasRequested;
+    Sentence problem;
+    const auto imported = importFolder(options, context.finderInformation, problem);
+    if (Interruption::wasRequested()) {
+        return ExitStatus::NotMade;
+    }
+    if (!imported) {
+        return failure(title, printable(withReason(options.folder, localized(problem))));
+    }
+    for (const Sentence &warning : imported->warnings) {
+        warn(localized(warning));
+    }
+    if (refusesNeverEnding(imported->preset.root())) {
+        return ExitStatus::NotMade;
+    }
+    warnOfUnusedTexts(options, imported->preset, context.finderInformation);
+    // As with `add`: the folder is there to be imported again.
+    const auto index = appendPreset(context, imported->preset, [&] {
+        const bool flushed = store.flush();
+        if (!flushed) {
+            failure(title, printable(withReason(contents, textOfError(errno))));
+        }
+        return flushed && !Interruption::wasRequested();
+    });
+    if (!index) {
+        return ExitStatus::NotMade;
+    }
+    store.keep();
+    return writeStandardOutput(std::to_string(*index) + "  " + printable(options.label) + "\n");
 }
 
 } // namespace
@@ -131,44 +169,18 @@ std::span<const OptionRule> importCommandOptions() {
 ExitStatus runImportCommand(CommandContext &context, const CommandArguments &arguments) {
     const ParsedOptions words = parseOptions(arguments, Rules);
     FolderImportOptions options;
-    std::string problem;
-    if (!understand(words, options, problem)) {
-        return usageError("import", problem);
+    std::string error;
+    if (!understand(words, options, error)) {
+        return usageError("import", error);
     }
-    const std::string title = localized("Folder not imported");
     if (options.name.empty() || !isUTF8(options.name)) {
-        return failure(title, localized("'%1' does not exist, or its name cannot be used.", {printable(options.folder)}));
+        return failure(localized("Folder not imported"),
+                       localized("'%1' does not exist, or its name cannot be used.", {printable(options.folder)}));
     }
     if (!readPresets(context)) {
         return ExitStatus::NotMade;
     }
-    const std::string contents = stringByAppendingPathComponent(ORVApplicationSupportPath(context.folders), ORVFileContentFolder);
-    ResourceFolder store(contents);
-    options.contentStore = words.has("with-content") ? &store : nullptr;
-    const auto imported = importFolder(options, context.finderInformation, problem);
-    if (!imported) {
-        return failure(title, printable(withReason(options.folder, problem)));
-    }
-    for (const std::string &warning : imported->warnings) {
-        warn(warning);
-    }
-    if (refusesNeverEnding(imported->preset.root())) {
-        return ExitStatus::NotMade;
-    }
-    warnOfUnusedTexts(options, imported->preset, context.finderInformation);
-    // As with `add`: the folder is there to be imported again.
-    const auto index = appendPreset(context, imported->preset, [&] {
-        const bool flushed = store.flush();
-        if (!flushed) {
-            failure(title, printable(withReason(contents, textOfError(errno))));
-        }
-        return flushed;
-    });
-    if (!index) {
-        return ExitStatus::NotMade;
-    }
-    store.keep();
-    return writeStandardOutput(std::to_string(*index) + "  " + printable(options.label) + "\n");
+    return untilInterrupted([&] { return import(context, options, words.has("with-content")); });
 }
 
 } // namespace orvane

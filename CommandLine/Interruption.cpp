@@ -1,7 +1,12 @@
 #include "Interruption.h"
 
+#include "CommandSupport.h"
+#include "Translation.h"
+
 #include <atomic>
 #include <cerrno>
+#include <string>
+
 #include <poll.h>
 
 namespace orvane {
@@ -56,6 +61,10 @@ bool Interruption::waitForInput(int descriptor) {
     return !wasRequested();
 }
 
+void Interruption::tell() {
+    writeStandardError(std::string("orvane: ") + localized("interrupted, and what was made is removed again") + "\n");
+}
+
 void Interruption::end() {
     if (!_isActive) {
         return;
@@ -70,6 +79,17 @@ void Interruption::raiseAgain() {
     if (arrivedSignal != 0) {
         ::raise(arrivedSignal);
     }
+}
+
+ExitStatus untilInterrupted(const std::function<ExitStatus()> &work) {
+    Interruption interruption;
+    const ExitStatus status = work();
+    if (Interruption::wasRequested() && status != ExitStatus::Success) {
+        Interruption::tell();
+    }
+    interruption.end();
+    Interruption::raiseAgain();
+    return status;
 }
 
 } // namespace orvane

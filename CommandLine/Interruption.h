@@ -1,7 +1,10 @@
 #pragma once
 
+#include "Command.h"
+
 #include <array>
 #include <csignal>
+#include <functional>
 
 namespace orvane {
 
@@ -20,6 +23,8 @@ public:
     /// Waits until the descriptor can be read without blocking, or is at its end; false when a signal arrived, be it long
     /// before, right now or while waiting.
     [[nodiscard]] static bool waitForInput(int descriptor);
+    /// Says on standard error that one arrived and that what was made is gone again.
+    static void tell();
     /// Back to what the signals did before.
     void end();
     /// After `end`: lets the signal that arrived, if any, do what it does. May not return.
@@ -30,5 +35,9 @@ private:
     std::array<struct sigaction, Signals.size()> _before{};
     bool _isActive = true;
 };
+
+/// Does what takes back what it has made when it ends without success, and asks `Interruption::wasRequested` now and then. When that
+/// was because of a signal, says so. The signal then does what it does, which ends the program mostly. Returns what `work` does.
+ExitStatus untilInterrupted(const std::function<ExitStatus()> &work);
 
 } // namespace orvane

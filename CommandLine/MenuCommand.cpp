@@ -8,7 +8,7 @@
 #include "hotkeys/HotKeyAdvice.h"
 #include "platform/posix/PosixHotKeyStatement.h"
 #include "platform/posix/PosixUserFolders.h"
-#include "presets/ORVPresetChecker.h"
+#include "ports/Sentence.h"
 
 #include <algorithm>
 #include <array>
@@ -66,7 +66,7 @@ std::string_view currentDesktop() {
 std::string localizedInstructions() {
     const ORVHotKeyTexts texts = ORVHotKeyTextsOf(currentDesktop());
     std::string text = localized(texts.start, {CommandToBind}) + " " + localized(texts.place, {CommandToBind});
-    std::string shell = ORVTextWithArguments(texts.shell, {CommandToBind});
+    std::string shell = textWithArguments(texts.shell, {CommandToBind});
     if (shell.starts_with(InTerminal)) {
         shell.replace(0, std::strlen(InTerminal), localized(InTerminal));
     }

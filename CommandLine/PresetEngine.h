@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Command.h"
-#include "CommandLineAdapters.h"
 
+#include "platform/SingleThread.h"
 #include "presets/ORVPresetManager.h"
 
 #include <memory>
@@ -36,8 +36,8 @@ public:
     }
 
 private:
-    CommandLineApplication _application;
-    CommandLineMainThread _mainThread;
+    SingleThreadApplication _application;
+    SingleMainThread _mainThread;
 };
 
 } // namespace orvane

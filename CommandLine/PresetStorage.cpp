@@ -2,17 +2,16 @@
 
 #include "CommandSupport.h"
 #include "PresetPacking.h"
+#include "PropertyListFile.h"
 #include "Translation.h"
 
 #include "menubar/MenuBarController.h"
 #include "platform/posix/FileDescriptor.h"
 #include "platform/posix/UnistringTextCase.h"
-#include "platform/propertylist/PropertyListFiles.h"
 #include "presets/ORVFileHelpers.h"
 #include "presets/ORVPresetManager.h"
 
 #include <algorithm>
-#include <cerrno>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -75,18 +74,6 @@ std::string textOfProblem(const ORVPresetProblem &problem) {
 
 bool haveLabel(std::span<const PropertyListValue> presets, const std::string &label) {
     return std::any_of(presets.begin(), presets.end(), [&](const PropertyListValue &preset) { return labelOfPreset(preset) == label; });
-}
-
-/// Opens a file for reading, or takes standard input.
-int openForReading(const std::string &path, std::string &why) {
-    if (path == "-") {
-        return STDIN_FILENO;
-    }
-    const int file = uninterrupted([&] { return ::open(path.c_str(), O_RDONLY | O_NOCTTY | O_CLOEXEC); });
-    if (file < 0) {
-        why = textOfError(errno);
-    }
-    return file;
 }
 
 } // namespace
@@ -160,21 +147,8 @@ bool refusesNeverEnding(const PropertyListValue &preset, Refusal reason) {
     return true;
 }
 
-std::optional<PropertyList> readPropertyListFile(const std::string &path, std::string &why) {
-    const int file = openForReading(path, why);
-    const FileDescriptor owned(path == "-" ? -1 : file);
-    if (file < 0) {
-        return std::nullopt;
-    }
-    struct stat status {};
-    if (::fstat(file, &status) == 0 && S_ISDIR(status.st_mode)) {
-        why = localized("it is a folder");
-        return std::nullopt;
-    }
-    PropertyListReport report;
-    auto document = readPropertyList(file, &report);
-    why = localizedSentence(report.why);
-    return document;
+std::optional<PropertyList> readPropertyListArgument(const std::string &path, Sentence &why) {
+    return path == "-" ? readPropertyListFile(STDIN_FILENO, why) : readPropertyListFile(path, why);
 }
 
 void warn(std::string_view text) {

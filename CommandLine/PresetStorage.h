@@ -2,6 +2,7 @@
 
 #include "Command.h"
 
+#include "ports/Sentence.h"
 #include "presets/ORVPresetChecker.h"
 
 #include <cstddef>
@@ -35,7 +36,7 @@ enum class Refusal { Names, Size };
 [[nodiscard]] bool refusesNeverEnding(const PropertyListValue &preset, Refusal reason = Refusal::Names);
 
 /// Reads the property list of a file, "-" for standard input. Nothing, with the reason in `why`, when it cannot be read.
-[[nodiscard]] std::optional<PropertyList> readPropertyListFile(const std::string &path, std::string &why);
+[[nodiscard]] std::optional<PropertyList> readPropertyListArgument(const std::string &path, Sentence &why);
 
 /// One warning, "orvane: warning: TEXT", made safe for a terminal, on standard error.
 void warn(std::string_view text);

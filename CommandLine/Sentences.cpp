@@ -1,11 +1,9 @@
 #include "Translation.h"
 
-#include "presets/ORVPresetChecker.h"
-
 #include <array>
 
-// The engine and the readers of files put their reasons together in English, where no translation can be looked up. Here they are
-// taken apart again. A sentence comes before those that fit it as well.
+// The helper and the readers of property lists put their reasons together in English, where no translation can be looked up. Here they
+// are taken apart again. A sentence comes before those that fit it as well.
 
 namespace orvane {
 
@@ -15,14 +13,6 @@ namespace {
 constexpr int Deepest = 3;
 
 constexpr std::array Sentences{
-    // Preset files.
-    forTranslation("it is not a preset file"),
-    forTranslation("it was made by a later version of Orvane"),
-    forTranslation("its version is not known"),
-    forTranslation("the preset in it is no dictionary"),
-    forTranslation("its ORVFileContents is no dictionary"),
-    forTranslation("the content file '%1' in it has no data, or a mode that is none"),
-    forTranslation("the script in it has no name or no data"),
     // Property lists.
     forTranslation("reading failed: %1"),
     forTranslation("line %1: %2"),
@@ -106,7 +96,20 @@ std::string localizedParts(const std::string &english, int depth) {
     return localized(english.c_str()); // what an `errno` means, for instance
 }
 
+/// The user's language.
+class UsersLanguage final : public SentenceLanguage {
+public:
+    [[nodiscard]] std::string text(const char *english) override { return localized(english); }
+    [[nodiscard]] std::string error(int error) override { return textOfError(error); }
+    [[nodiscard]] std::string composed(const std::string &english) override { return localizedSentence(english); }
+};
+
 } // namespace
+
+std::string localized(const Sentence &sentence) {
+    UsersLanguage language;
+    return sentence.in(language);
+}
 
 std::string localizedSentence(std::string_view english) {
     return localizedParts(std::string(english), 0);

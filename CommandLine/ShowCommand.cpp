@@ -9,6 +9,7 @@
 #include "Translation.h"
 #include "TreeDrawing.h"
 
+#include "platform/SingleThread.h"
 #include "presets/ORVPropertyListReading.h"
 
 #include <algorithm>

@@ -2,8 +2,6 @@
 
 #include "ProgramFolder.h"
 
-#include "presets/ORVPresetChecker.h"
-
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -182,14 +180,14 @@ const char *localized(const char *text) {
 }
 
 std::string localized(const char *text, const std::vector<std::string> &arguments) {
-    return ORVTextWithArguments(localized(text), arguments);
+    return textWithArguments(localized(text), arguments);
 }
 
 std::string localizedCount(const char *one, const char *many, std::size_t count, const std::vector<std::string> &arguments) {
     std::vector<std::string> all{std::to_string(count)};
     all.insert(all.end(), arguments.begin(), arguments.end());
     const UsersLocale locale;
-    return ORVTextWithArguments(locale.isForeign() ? ::dngettext(Domain, one, many, count) : count == 1 ? one : many, all);
+    return textWithArguments(locale.isForeign() ? ::dngettext(Domain, one, many, count) : count == 1 ? one : many, all);
 }
 
 std::string withReason(std::string_view about, std::string_view reason) {

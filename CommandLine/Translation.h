@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ports/Sentence.h"
+
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -13,11 +15,6 @@ namespace orvane {
 /// Has texts looked up in the user's language from now on; until then, and in programs that never call it, they stay English. Nothing
 /// is read or loaded before the first text, and nothing at all where the environment asks for English. Main thread, before others.
 void speakUsersLanguage();
-
-/// Marks a text that is translated where it is shown; returns it as it is.
-[[nodiscard]] constexpr const char *forTranslation(const char *text) {
-    return text;
-}
 
 /// The text in the user's language, UTF-8, or as it is where there is none. Lives as long as the program, or as `text`. Any thread;
 /// keeps `errno`.
@@ -35,5 +32,7 @@ void speakUsersLanguage();
 /// A sentence that the engine or another program puts together in English, in the user's language as far as it is known: its parts are
 /// found again. What is not known stays English.
 [[nodiscard]] std::string localizedSentence(std::string_view english);
+/// A sentence in the user's language.
+[[nodiscard]] std::string localized(const Sentence &sentence);
 
 } // namespace orvane

@@ -3,9 +3,6 @@ target_sources(commandline PRIVATE
   AddCommand.cpp
   CheckCommand.cpp
   ExportCommand.cpp
-  FolderImport.cpp
-  FolderWalk.cpp
   ImportCommand.cpp
-  PresetPacking.cpp
-  PresetStorage.cpp
-  ResourceFolder.cpp)
+  PresetStorage.cpp)
+target_link_libraries(commandline PUBLIC preset_files)

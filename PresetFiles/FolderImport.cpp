@@ -1,7 +1,6 @@
 #include "FolderImport.h"
 
 #include "FolderWalk.h"
-#include "Translation.h"
 
 #include "platform/posix/FileDescriptor.h"
 #include "ports/FinderLabel.h"
@@ -29,7 +28,7 @@ public:
     ContentTaker(FolderWalk &walk, ResourceFolder *store) : _walk(walk), _store(store) {}
 
     void take(int folder, std::size_t item) {
-        if (_store == nullptr || !_problem.empty()) {
+        if (_store == nullptr || failed()) {
             return;
         }
         WalkedItem &file = _walk.items()[item];
@@ -37,7 +36,8 @@ public:
         const FileDescriptor source(uninterrupted([&] { return ::openat(folder, file.name.c_str(), Flags); }));
         struct stat status {};
         if (!source || ::fstat(source.get(), &status) != 0) {
-            _walk.warnings().push_back(localized("%1: its contents are left out: %2", {_walk.pathOfItem(item), textOfError(errno)}));
+            _walk.warnings().push_back(
+                {forTranslation("%1: its contents are left out: %2"), {_walk.pathOfItem(item), Sentence::ofError(errno)}});
             return;
         }
         if (!S_ISREG(status.st_mode) || status.st_size == 0) {
@@ -48,17 +48,18 @@ public:
         if (name) {
             file.contentFilename = std::move(*name);
         } else {
-            _problem = localized("the contents of %1 cannot be stored: %2", {_walk.pathOfItem(item), textOfError(errno)});
+            _problem = {forTranslation("the contents of %1 cannot be stored: %2"), {_walk.pathOfItem(item), Sentence::ofError(errno)}};
         }
     }
 
-    /// Why the store failed; empty when it did not.
-    [[nodiscard]] const std::string &problem() const { return _problem; }
+    /// Whether the store failed, and why.
+    [[nodiscard]] bool failed() const { return !_problem.isEmpty(); }
+    [[nodiscard]] const Sentence &problem() const { return _problem; }
 
 private:
     FolderWalk &_walk;
     ResourceFolder *_store;
-    std::string _problem;
+    Sentence _problem;
 };
 
 std::string octalText(mode_t mode) {
@@ -105,13 +106,14 @@ ImportedFolder presetOf(FolderWalk &walk, const FolderImportOptions &options) {
         names.push_back(item.name);
     }
     const ORVImportedNames imported = ORVImportNames(names, options.variables);
-    std::vector<std::string> warnings = std::move(walk.warnings());
+    std::vector<Sentence> warnings = std::move(walk.warnings());
     const WalkedItem &top = walk.items().front();
     if (top.label != 0 || top.mode != UsualFolderMode) {
-        warnings.push_back(localized("%1: a preset's top-level folder takes no label and no permissions of its own", {top.name}));
+        warnings.push_back({forTranslation("%1: a preset's top-level folder takes no label and no permissions of its own"), {top.name}});
     }
     for (const ORVImportedNameProblem &problem : imported.problems) {
-        warnings.push_back(withReason(walk.pathOfItem(problem.name), localized(problem.format, problem.arguments)));
+        const std::vector<Sentence> arguments(problem.arguments.begin(), problem.arguments.end());
+        warnings.push_back(Sentence::withReason(walk.pathOfItem(problem.name), {problem.format, arguments}));
     }
     PropertyListBuilder builder;
     const std::vector<PropertyListEntry> preset{{"label", builder.string(options.label)},
@@ -122,15 +124,16 @@ ImportedFolder presetOf(FolderWalk &walk, const FolderImportOptions &options) {
 
 } // namespace
 
-std::optional<ImportedFolder> importFolder(const FolderImportOptions &options, FinderInformation &finderInformation, std::string &why) {
+std::optional<ImportedFolder> importFolder(const FolderImportOptions &options, FinderInformation &finderInformation, Sentence &why) {
     FolderWalk walk(finderInformation);
+    walk.setShouldStop(options.shouldStop);
     ContentTaker contents(walk, options.contentStore);
     const bool walked = walk.walk(
         options.folder, options.name, [&](int folder, std::size_t item) { contents.take(folder, item); }, why);
-    if (walked && !contents.problem().empty()) {
+    if (walked && contents.failed()) {
         why = contents.problem();
     }
-    return walked && contents.problem().empty() ? std::optional(presetOf(walk, options)) : std::nullopt;
+    return walked && !contents.failed() ? std::optional(presetOf(walk, options)) : std::nullopt;
 }
 
 } // namespace orvane

@@ -4,8 +4,10 @@
 
 #include "ports/FinderInformation.h"
 #include "ports/PropertyList.h"
+#include "ports/Sentence.h"
 #include "presets/ORVImportedNames.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -19,18 +21,19 @@ struct FolderImportOptions {
     std::string label;  ///< of the preset
     std::vector<ORVImportVariable> variables;
     ResourceFolder *contentStore = nullptr; ///< takes the files' contents; null for empty files
+    std::function<bool()> shouldStop;       ///< asked before each item; may be empty
 };
 
 /// The preset made from an existing folder.
 struct ImportedFolder {
     PropertyList preset;
-    std::vector<std::string> warnings; ///< what could not be taken along, one line each; UTF-8 as far as the names are
+    std::vector<Sentence> warnings; ///< what could not be taken along, one line each; UTF-8 as far as the names are
 };
 
 /// Makes a preset that gives the folder back: names, structure in the order of the names, permissions that differ from
 /// those that a creation gives anyway (755 and 644), labels and, with a store, contents. Nothing, with the reason in `why`, when the
-/// folder cannot be read, or the store cannot take a file.
+/// folder cannot be read, the store cannot take a file, or it is told to stop.
 [[nodiscard]] std::optional<ImportedFolder> importFolder(const FolderImportOptions &options, FinderInformation &finderInformation,
-                                                         std::string &why);
+                                                         Sentence &why);
 
 } // namespace orvane

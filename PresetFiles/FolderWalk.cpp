@@ -1,7 +1,5 @@
 #include "FolderWalk.h"
 
-#include "Translation.h"
-
 #include "platform/posix/FileDescriptor.h"
 #include "platform/propertylist/PropertyListText.h"
 #include "ports/FinderLabel.h"
@@ -59,13 +57,13 @@ std::optional<std::vector<std::string>> namesIn(int folder) {
 const char *nameOfType(mode_t mode) {
     switch (mode & S_IFMT) {
     case S_IFLNK:
-        return localized("a symbolic link");
+        return forTranslation("a symbolic link");
     case S_IFIFO:
-        return localized("a FIFO");
+        return forTranslation("a FIFO");
     case S_IFSOCK:
-        return localized("a socket");
+        return forTranslation("a socket");
     default:
-        return localized("a device");
+        return forTranslation("a device");
     }
 }
 
@@ -91,12 +89,12 @@ struct FolderWalk::Folder {
     std::size_t next = 0;
 };
 
-bool FolderWalk::walk(const std::string &path, const std::string &name, const FileHandler &handleFile, std::string &why) {
+bool FolderWalk::walk(const std::string &path, const std::string &name, const FileHandler &handleFile, Sentence &why) {
     FileDescriptor top(uninterrupted([&] { return ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC); }));
     auto names = top ? namesIn(top.get()) : std::nullopt;
     struct stat status {};
     if (!names || ::fstat(top.get(), &status) != 0) {
-        why = textOfError(errno);
+        why = Sentence::ofError(errno);
         return false;
     }
     _items.push_back({name, 0, true, status.st_mode & PermissionBits, 0, {}});
@@ -107,11 +105,15 @@ bool FolderWalk::walk(const std::string &path, const std::string &name, const Fi
     std::vector<Folder> open;
     open.push_back({std::move(top), {status.st_dev, status.st_ino}, 0, std::move(*names)});
     while (!open.empty()) {
+        if (_shouldStop && _shouldStop()) {
+            why = Sentence::ofError(ECANCELED);
+            return false;
+        }
         Folder &folder = open.back();
         if (folder.next < folder.names.size()) {
             const std::string child = std::move(folder.names[folder.next++]);
             if (!_visit(open, child, handleFile)) {
-                why = localized("it holds more than 1,000,000 items");
+                why = forTranslation("it holds more than 1,000,000 items");
                 return false;
             }
             continue;
@@ -122,7 +124,7 @@ bool FolderWalk::walk(const std::string &path, const std::string &name, const Fi
             open.back().descriptor =
                 FileDescriptor(uninterrupted([&] { return ::openat(left.descriptor.get(), "..", O_PATH | O_DIRECTORY | O_CLOEXEC); }));
             if (!open.back().descriptor || identityOf(open.back().descriptor.get()) != open.back().identity) {
-                why = localized("it was changed while it was read");
+                why = forTranslation("it was changed while it was read");
                 return false;
             }
         }
@@ -136,7 +138,7 @@ bool FolderWalk::_visit(std::vector<Folder> &open, const std::string &name, cons
     const std::size_t parent = open.back().item;
     struct stat status {};
     if (::fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
-        _warn(LeftOut, parent, name, textOfError(errno));
+        _warn(LeftOut, parent, name, Sentence::ofError(errno));
         return true;
     }
     if (!S_ISDIR(status.st_mode) && !S_ISREG(status.st_mode)) {
@@ -165,7 +167,7 @@ bool FolderWalk::_visit(std::vector<Folder> &open, const std::string &name, cons
     if (!isFolder) {
         handleFile(folder, item);
     } else if (!_enter(open, name, item)) {
-        _warn(ContentsLeftOut, parent, name, textOfError(errno));
+        _warn(ContentsLeftOut, parent, name, Sentence::ofError(errno));
     }
     return true;
 }
@@ -200,8 +202,8 @@ std::string FolderWalk::pathOfItem(std::size_t item) const {
     return path;
 }
 
-void FolderWalk::_warn(const char *text, std::size_t folder, std::string_view name, const std::string &why) {
-    _warnings.push_back(localized(text, {pathOfItem(folder) + "/" + std::string(name), why}));
+void FolderWalk::_warn(const char *text, std::size_t folder, std::string_view name, Sentence why) {
+    _warnings.emplace_back(text, std::vector<Sentence>{pathOfItem(folder) + "/" + std::string(name), std::move(why)});
 }
 
 bool isUTF8(std::string_view text) {

@@ -1,12 +1,14 @@
 #pragma once
 
 #include "ports/FinderInformation.h"
+#include "ports/Sentence.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <sys/types.h>
@@ -35,27 +37,30 @@ public:
 
     explicit FolderWalk(FinderInformation &finderInformation) : _finderInformation(finderInformation) {}
 
+    /// Has the walk ask before each item whether somebody wants it to end.
+    void setShouldStop(std::function<bool()> shouldStop) { _shouldStop = std::move(shouldStop); }
     /// Walks through the folder at `path`; a symbolic link there is followed. False, with the reason in `why`, when it is not a
-    /// readable folder, changes underway so that the walk loses its way, or holds more than a million items.
-    [[nodiscard]] bool walk(const std::string &path, const std::string &name, const FileHandler &handleFile, std::string &why);
+    /// readable folder, changes underway so that the walk loses its way, holds more than a million items, or is told to stop.
+    [[nodiscard]] bool walk(const std::string &path, const std::string &name, const FileHandler &handleFile, Sentence &why);
 
     [[nodiscard]] std::vector<WalkedItem> &items() { return _items; }
     [[nodiscard]] const std::vector<WalkedItem> &items() const { return _items; }
     /// The item's path from the top folder's name on, for messages.
     [[nodiscard]] std::string pathOfItem(std::size_t item) const;
     /// One line each, in the order in which they came up. UTF-8 as far as the names are.
-    [[nodiscard]] std::vector<std::string> &warnings() { return _warnings; }
+    [[nodiscard]] std::vector<Sentence> &warnings() { return _warnings; }
 
 private:
     struct Folder;
 
     [[nodiscard]] bool _visit(std::vector<Folder> &open, const std::string &name, const FileHandler &handleFile);
     [[nodiscard]] bool _enter(std::vector<Folder> &open, const std::string &name, std::size_t item);
-    void _warn(const char *text, std::size_t folder, std::string_view name, const std::string &why = {});
+    void _warn(const char *text, std::size_t folder, std::string_view name, Sentence why = {});
 
     FinderInformation &_finderInformation;
     std::vector<WalkedItem> _items;
-    std::vector<std::string> _warnings;
+    std::vector<Sentence> _warnings;
+    std::function<bool()> _shouldStop;
 };
 
 /// Whether the bytes are UTF-8 (Unicode, table 3-7: no surrogates).

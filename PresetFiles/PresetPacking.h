@@ -3,6 +3,7 @@
 #include "ResourceFolder.h"
 
 #include "ports/PropertyList.h"
+#include "ports/Sentence.h"
 #include "presets/ORVPresetFile.h"
 
 #include <deque>
@@ -13,8 +14,7 @@
 
 #include <sys/types.h>
 
-// A preset with its content files and its script, out of the support folder and into it: what `orvane export` and `orvane add` do,
-// and the settings program with them.
+// A preset with its content files and its script, out of the support folder and into it.
 
 namespace orvane {
 
@@ -24,10 +24,10 @@ namespace orvane {
 
 /// A preset file with these parts: as XML, or in the binary form where XML cannot hold one of the texts. Nothing, with the reason in
 /// `why`, for what neither can hold.
-[[nodiscard]] std::optional<std::string> bytesOfPresetFile(const ORVPackedPreset &parts, std::string &why);
+[[nodiscard]] std::optional<std::string> bytesOfPresetFile(const ORVPackedPreset &parts, Sentence &why);
 
 /// Told of what is left out or missing, one line each.
-using PackingWarning = std::function<void(const std::string &text)>;
+using PackingWarning = std::function<void(const Sentence &text)>;
 
 /// Gathers a preset's parts from the support folder. What is missing is warned of and left out.
 class PresetPartsReader {
@@ -45,7 +45,7 @@ private:
         std::string bytes;
         mode_t mode = 0;
     };
-    [[nodiscard]] static std::optional<File> _readResource(const std::string &path, std::string &why);
+    [[nodiscard]] static std::optional<File> _readResource(const std::string &path, Sentence &why);
     [[nodiscard]] const File *_read(std::string_view folder, const std::string &name, const char *warning);
 
     std::string _supportPath;
@@ -63,19 +63,19 @@ public:
     PresetAddition &operator=(const PresetAddition &) = delete;
 
     /// False, with the reason in `problem`, when one cannot be stored.
-    [[nodiscard]] bool storeResources(std::string &problem);
+    [[nodiscard]] bool storeResources(Sentence &problem);
     /// The preset with the names that its resources have got.
     [[nodiscard]] PropertyList preset() const { return ORVPresetWithResources(_parts.preset, _names); }
     /// Name of the script that was stored; nothing when there was none.
     [[nodiscard]] const std::optional<std::string> &script() const { return _script; }
     /// As with `ResourceFolder`; why flushing fails comes into `problem`.
-    [[nodiscard]] bool flush(std::string &problem);
+    [[nodiscard]] bool flush(Sentence &problem);
     void keep();
 
 private:
-    [[nodiscard]] bool _storeContent(const ORVPackedContent &content, std::string &problem);
+    [[nodiscard]] bool _storeContent(const ORVPackedContent &content, Sentence &problem);
     void _keepContentName(const std::string &name);
-    [[nodiscard]] bool _storeScript(std::string &problem);
+    [[nodiscard]] bool _storeScript(Sentence &problem);
 
     const ORVPackedPreset &_parts;
     std::string _supportPath;
@@ -85,9 +85,5 @@ private:
     ORVRenamedResources _names;
     std::optional<std::string> _script;
 };
-
-/// Writes a file beside its final name and gives it that name when it is whole and on the disk. A file that is there is replaced with
-/// `replaces` (where a link leads there, the file at its end), else that fails with EEXIST, as nothing else does. False with `errno`.
-[[nodiscard]] bool writeWholeFile(const std::string &path, std::string_view bytes, bool replaces, mode_t mode = 0666);
 
 } // namespace orvane

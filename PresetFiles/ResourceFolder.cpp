@@ -1,14 +1,12 @@
 #include "ResourceFolder.h"
 
 #include "platform/posix/PosixContentCopy.h"
+#include "platform/posix/PosixNewFile.h"
 #include "platform/posix/PosixPrivateFolder.h"
 #include "presets/ORVPresetFile.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
-#include <cstdio>
-#include <cstring>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -22,8 +20,6 @@ namespace {
 constexpr std::size_t DigestedBytes = std::size_t{16} * 1024;
 constexpr std::size_t ComparedAtOnce = std::size_t{64} * 1024;
 constexpr off_t StatBlock = 512; ///< unit of `st_blocks` on Linux, stat(2)
-constexpr int MostTemporaryNames = 100;
-constexpr int NewFile = O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
 
 /// Reads up to that many bytes at a place; fewer only at the end of the file, or when reading fails.
 std::string readAt(int file, off_t place, std::size_t bytes) {
@@ -55,11 +51,6 @@ bool fill(int file, int from, std::string_view bytes, off_t size, bool isSparse)
         return writeContents(file, bytes);
     }
     return ::lseek(from, 0, SEEK_SET) == 0 && copyContents(from, file, size, isSparse);
-}
-
-/// Whether a file system knows no such call, or not in this form; others are real errors. FAT and some FUSE refuse links with EPERM.
-bool isRefusal(int error) {
-    return error == EINVAL || error == ENOSYS || error == EOPNOTSUPP || error == EPERM;
 }
 
 PosixExtendedAttributes sorted(PosixExtendedAttributes attributes) {
@@ -264,61 +255,6 @@ bool ResourceFolder::_complete(int file, const Source &source) {
     const bool canRun = ::fstat(file, &status) == 0 && (status.st_mode & S_IXUSR) != 0;
     errno = error;
     return isRefusal(error) && ((source.mode & S_IXUSR) == 0 || canRun); // a script that cannot be run would fail each creation
-}
-
-FileDescriptor makeHiddenFile(int folder, std::string &name, mode_t mode) {
-    for (int attempt = 0; attempt < MostTemporaryNames; ++attempt) {
-        // Those that exist are left over from killed processes of this number.
-        name = ".orvane-" + std::to_string(::getpid()) + "-" + std::to_string(attempt);
-        FileDescriptor file(uninterrupted([&] { return ::openat(folder, name.c_str(), NewFile, mode); }));
-        if (file || errno != EEXIST) {
-            return file;
-        }
-    }
-    errno = EBUSY; // the final name may well be free
-    return {};
-}
-
-bool publishHiddenFile(int folder, const std::string &hidden, const std::string &name) {
-    if (::renameat2(folder, hidden.c_str(), folder, name.c_str(), RENAME_NOREPLACE) == 0) {
-        return true;
-    }
-    if (!isRefusal(errno)) {
-        return false;
-    }
-    if (::linkat(folder, hidden.c_str(), folder, name.c_str(), 0) == 0) {
-        ::unlinkat(folder, hidden.c_str(), 0);
-        return true;
-    }
-    if (!isRefusal(errno)) {
-        return false;
-    }
-    // The name is taken by an empty file, which the renaming then replaces; closed before, as not all can replace an open one.
-    struct stat placeholder {};
-    {
-        const FileDescriptor file(uninterrupted([&] { return ::openat(folder, name.c_str(), NewFile, 0600); }));
-        if (!file || ::fstat(file.get(), &placeholder) != 0) {
-            return false;
-        }
-    }
-    const auto isStillOurs = [&] {
-        struct stat now {};
-        return ::fstatat(folder, name.c_str(), &now, AT_SYMLINK_NOFOLLOW) == 0 && now.st_dev == placeholder.st_dev &&
-               now.st_ino == placeholder.st_ino && now.st_size == 0;
-    };
-    if (!isStillOurs()) {
-        errno = EEXIST; // somebody put something else there, or into it
-        return false;
-    }
-    if (::renameat(folder, hidden.c_str(), folder, name.c_str()) == 0) {
-        return true;
-    }
-    const int error = errno;
-    if (isStillOurs()) {
-        ::unlinkat(folder, name.c_str(), 0);
-    }
-    errno = error;
-    return false;
 }
 
 } // namespace orvane

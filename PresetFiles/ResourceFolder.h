@@ -73,12 +73,4 @@ private:
     std::unordered_map<std::string, Series> _series;
 };
 
-/// Makes an empty file under a hidden name of this process, which is put into `name`, for what is to get its final name when it is
-/// whole. None, with `errno`, which is never EEXIST, when it cannot be made. What others have left under such names stays.
-[[nodiscard]] FileDescriptor makeHiddenFile(int folder, std::string &name, mode_t mode);
-/// Gives such a file its final name in the same folder, also where the file system cannot do that in one step. False, with `errno`,
-/// when it cannot be had: EEXIST when something has that name, which is not replaced. (Where the file system knows neither
-/// links nor renaming without replacing, between a last look and the renaming it would be.)
-[[nodiscard]] bool publishHiddenFile(int folder, const std::string &hidden, const std::string &name);
-
 } // namespace orvane

@@ -1,5 +1,6 @@
 #include "presets/ORVPresetChecker.h"
 
+#include "ports/Sentence.h"
 #include "presets/ORVCheckedNames.h"
 #include "presets/ORVFileHelpers.h"
 #include "presets/ORVPresetManager.h"
@@ -428,22 +429,8 @@ const char *ORVNameOfSeverity(ORVProblemSeverity severity) {
     return "error";
 }
 
-std::string ORVTextWithArguments(std::string_view text, const std::vector<std::string> &arguments) {
-    std::string result;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const std::size_t number = text[i] == '%' && i + 1 < text.size() ? static_cast<std::size_t>(text[i + 1] - '1') : arguments.size();
-        if (number < arguments.size()) {
-            result += arguments[number];
-            ++i;
-        } else {
-            result += text[i];
-        }
-    }
-    return result;
-}
-
 std::string ORVPresetProblem::text() const {
-    return ORVTextWithArguments(format, arguments);
+    return textWithArguments(format, arguments);
 }
 
 std::string ORVTextOfPlace(const ORVProblemPlace &place, const PropertyListValue &preset) {

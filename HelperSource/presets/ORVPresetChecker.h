@@ -42,9 +42,6 @@ struct ORVPresetProblem {
     [[nodiscard]] std::string text() const;
 };
 
-/// `text` with %1 to %9 replaced by the arguments.
-[[nodiscard]] std::string ORVTextWithArguments(std::string_view text, const std::vector<std::string> &arguments);
-
 /// A place in words, such as `directoryName` or `fileHierarchy/children[2] "Footage"/filename`. Positions are counted from 0.
 [[nodiscard]] std::string ORVTextOfPlace(const ORVProblemPlace &place, const PropertyListValue &preset);
 

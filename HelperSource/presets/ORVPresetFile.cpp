@@ -60,19 +60,19 @@ bool isDataDictionary(const PropertyListValue &value) {
     return data != nullptr && data->type() == PropertyListType::Data;
 }
 
-bool takeContents(const PropertyListValue &root, ORVPackedPreset &parts, std::string &why) {
+bool takeContents(const PropertyListValue &root, ORVPackedPreset &parts, Sentence &why) {
     const PropertyListValue *contents = root.find(ORVFileContentsKey);
     if (contents == nullptr) {
         return true;
     }
     if (!contents->isDictionary()) {
-        why = "its ORVFileContents is no dictionary";
+        why = forTranslation("its ORVFileContents is no dictionary");
         return false;
     }
     for (const PropertyListEntry &entry : contents->dictionary()) {
         const PropertyListValue *mode = entry.value.find("mode");
         if (!isDataDictionary(entry.value) || (mode != nullptr && !modeOfText(mode->string()))) {
-            why = "the content file '" + std::string(entry.key) + "' in it has no data, or a mode that is none";
+            why = {forTranslation("the content file '%1' in it has no data, or a mode that is none"), {std::string(entry.key)}};
             return false;
         }
         parts.contents.push_back(
@@ -81,14 +81,14 @@ bool takeContents(const PropertyListValue &root, ORVPackedPreset &parts, std::st
     return true;
 }
 
-bool takeScript(const PropertyListValue &root, ORVPackedPreset &parts, std::string &why) {
+bool takeScript(const PropertyListValue &root, ORVPackedPreset &parts, Sentence &why) {
     const PropertyListValue *script = root.find(ORVScriptKey);
     if (script == nullptr) {
         return true;
     }
     const PropertyListValue *name = script->find("name");
     if (!isDataDictionary(*script) || name == nullptr || !name->isString()) {
-        why = "the script in it has no name or no data";
+        why = forTranslation("the script in it has no name or no data");
         return false;
     }
     parts.script = ORVPackedScript{std::string(name->string()), script->find("data")->data()};
@@ -182,20 +182,20 @@ PropertyList ORVPackPreset(const ORVPackedPreset &parts) {
     return builder.finish(builder.dictionary(root));
 }
 
-std::optional<ORVPackedPreset> ORVUnpackPreset(const PropertyList &document, std::string &why) {
+std::optional<ORVPackedPreset> ORVUnpackPreset(const PropertyList &document, Sentence &why) {
     const PropertyListValue &root = document.root();
     const PropertyListValue *version = root.find(ORVPresetFileVersionKey);
     const PropertyListValue *preset = root.find(ORVPresetKey);
     if (version == nullptr || version->type() != PropertyListType::Integer || preset == nullptr) {
-        why = "it is not a preset file";
+        why = forTranslation("it is not a preset file");
         return std::nullopt;
     }
     if (version->isUnsigned() || version->integer() > ORVPresetFileVersion) {
-        why = "it was made by a later version of Orvane";
+        why = forTranslation("it was made by a later version of Orvane");
         return std::nullopt;
     }
     if (version->integer() < 1 || !preset->isDictionary()) {
-        why = version->integer() < 1 ? "its version is not known" : "the preset in it is no dictionary";
+        why = version->integer() < 1 ? forTranslation("its version is not known") : forTranslation("the preset in it is no dictionary");
         return std::nullopt;
     }
     ORVPackedPreset parts{document.at(*preset), {}, std::nullopt};

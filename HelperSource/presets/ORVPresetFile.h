@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ports/PropertyList.h"
+#include "ports/Sentence.h"
 #include "presets/ORVPresetResources.h"
 
 #include <cstddef>
@@ -51,9 +52,9 @@ struct ORVPackedPreset {
 /// The document of a preset file. The parts' data are borrowed, not copied, and must live as long as it.
 [[nodiscard]] PropertyList ORVPackPreset(const ORVPackedPreset &parts);
 
-/// The parts of a document; they borrow from it. Nothing, and `why` in English, when it is no preset file, comes from a later
+/// The parts of a document; they borrow from it. Nothing, and `why`, when it is no preset file, comes from a later
 /// version, or has a value of another type at a key of its own (what is inside the preset is not looked at).
-[[nodiscard]] std::optional<ORVPackedPreset> ORVUnpackPreset(const PropertyList &document, std::string &why);
+[[nodiscard]] std::optional<ORVPackedPreset> ORVUnpackPreset(const PropertyList &document, Sentence &why);
 
 /// `name` as the name of a file in a folder of ours: its last path component, control characters replaced by "_", cut to 200
 /// bytes without harming a character or a short suffix. Empty when nothing is left, or only "." or "..".

@@ -12,10 +12,10 @@ namespace orvane {
 
 namespace {
 
-constexpr const char *Unreadable = "The preferences file cannot be read. It is left as it is.";
-constexpr const char *NoPresetList = "The preferences hold something else than a list of presets. It is left as it is.";
-constexpr const char *InUse = "Another program holds the preferences.";
-constexpr const char *Unwritable = "The preferences cannot be written.";
+constexpr const char *Unreadable = forTranslation("The preferences file cannot be read. It is left as it is.");
+constexpr const char *NoPresetList = forTranslation("The preferences hold something else than a list of presets. It is left as it is.");
+constexpr const char *InUse = forTranslation("Another program holds the preferences.");
+constexpr const char *Unwritable = forTranslation("The preferences cannot be written.");
 constexpr const char *MergeStep = "Changes by Another Program";
 constexpr std::size_t Last = std::numeric_limits<std::size_t>::max();
 
@@ -23,7 +23,7 @@ constexpr std::size_t Last = std::numeric_limits<std::size_t>::max();
 
 SettingsStore::SettingsStore(const Ports &ports, const Models &models) : _ports(ports), _models(models) {}
 
-SettingsStore::Outcome SettingsStore::_fail(Outcome outcome, std::string problem) {
+SettingsStore::Outcome SettingsStore::_fail(Outcome outcome, Sentence problem) {
     _problem = std::move(problem);
     return outcome;
 }
@@ -54,7 +54,7 @@ std::optional<SettingsStore::Disk> SettingsStore::_read() {
     disk.settings = builder.finish(builder.dictionary(settings));
     disk.exists = disk.hasPresets || !settings.empty() || disk.counters.root().isDictionary() ||
                   _ports.preferences.dictionaryWithContentsOfFile().has_value();
-    _problem.clear();
+    _problem = {};
     return disk;
 }
 
@@ -221,7 +221,7 @@ SettingsStore::Outcome SettingsStore::reload() {
 
 SettingsStore::Outcome SettingsStore::save() {
     if (_state == State::Unreadable) {
-        return _fail(Outcome::Unreadable, _problem.empty() ? Unreadable : _problem);
+        return _fail(Outcome::Unreadable, _problem.isEmpty() ? Unreadable : _problem);
     }
     auto lock = _ports.preferences.lock();
     if (!lock) {
@@ -257,7 +257,7 @@ SettingsStore::Outcome SettingsStore::_write(const Disk &disk) {
     const bool makesFile = !disk.exists && (!changes.empty() || !_models.general.values().overrides().empty());
     const auto settings = _models.general.changes(disk.settings, !makesFile);
     changes.insert(changes.end(), settings.begin(), settings.end());
-    if (std::string problem = _unstorableText(presets, disk); !problem.empty()) {
+    if (Sentence problem = _unstorableText(presets, disk); !problem.isEmpty()) {
         return _fail(Outcome::Failed, std::move(problem));
     }
     for (const auto &[key, value] : changes) {
@@ -274,7 +274,7 @@ SettingsStore::Outcome SettingsStore::_write(const Disk &disk) {
     const Disk written = changes.empty() ? disk : _read().value_or(disk);
     _models.counters.values().commit(written.counters);
     _models.general.commit(written.settings, written.exists);
-    _problem.clear();
+    _problem = {};
     _models.history.markSaved();
     (void)updateRecovery();
     return changes.empty() ? Outcome::Unchanged : Outcome::Done;
@@ -282,7 +282,7 @@ SettingsStore::Outcome SettingsStore::_write(const Disk &disk) {
 
 /// What the file cannot hold of what is to be stored, in words; empty when it can hold everything. What stands there already, and
 /// was not touched, is no hindrance.
-std::string SettingsStore::_unstorableText(const PropertyList &presets, const Disk &disk) {
+Sentence SettingsStore::_unstorableText(const PropertyList &presets, const Disk &disk) {
     std::unordered_set<const void *> untouched;
     for (const PropertyListValue &record : disk.presets.root().array()) {
         untouched.insert(record.storage());
@@ -301,7 +301,7 @@ std::string SettingsStore::_unstorableText(const PropertyList &presets, const Di
         const PropertyListValue value = open.back();
         open.pop_back();
         if (value.isString() && !_ports.preferences.canStoreText(value.string())) {
-            return "The preferences cannot hold the text '" + std::string(value.string()) + "'.";
+            return {forTranslation("The preferences cannot hold the text '%1'."), {std::string(value.string())}};
         }
         open.insert(open.end(), value.array().begin(), value.array().end());
         for (const PropertyListEntry &entry : value.dictionary()) {

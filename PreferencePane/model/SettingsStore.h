@@ -10,6 +10,7 @@
 
 #include "ports/DistributedNotifications.h"
 #include "ports/PreferencesStore.h"
+#include "ports/Sentence.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -69,7 +70,7 @@ public:
     /// Stores the edits, and posts the change notification when something was written.
     Outcome save();
     /// Why the last call did not succeed, in English; empty when it did.
-    [[nodiscard]] const std::string &problem() const { return _problem; }
+    [[nodiscard]] const Sentence &problem() const { return _problem; }
     [[nodiscard]] bool isModified() const { return _models.history.isModified(); }
     /// Whether the preferences can hold this text, as people type or paste it.
     [[nodiscard]] bool canStoreText(std::string_view text) { return _ports.preferences.canStoreText(text); }
@@ -113,15 +114,15 @@ private:
     std::vector<ItemID> _apply(const std::vector<Placed> &presets, const char *name);
     void _rememberBase(const PropertyList &presets, const std::vector<std::pair<ItemID, std::size_t>> &origins);
     Outcome _write(const Disk &disk);
-    Outcome _fail(Outcome outcome, std::string problem);
-    [[nodiscard]] std::string _unstorableText(const PropertyList &presets, const Disk &disk);
+    Outcome _fail(Outcome outcome, Sentence problem);
+    [[nodiscard]] Sentence _unstorableText(const PropertyList &presets, const Disk &disk);
     void _readRecovery();
     [[nodiscard]] PropertyList _unsavedEdits();
 
     Ports _ports;
     Models _models;
     State _state = State::Loaded;
-    std::string _problem;
+    Sentence _problem;
     PropertyList _base;                               ///< the presets as of the last reading or writing
     std::unordered_map<ItemID, std::size_t> _origins; ///< which of them a preset is
     std::vector<MergeConflict> _conflicts;

@@ -1,8 +1,7 @@
 #include "PosixRecoveryFile.h"
 
-#include "PresetPacking.h"
-
 #include "platform/posix/FileDescriptor.h"
+#include "platform/posix/PosixNewFile.h"
 #include "platform/posix/PosixPreferencesLock.h"
 
 #include <array>

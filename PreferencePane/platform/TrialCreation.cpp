@@ -1,7 +1,6 @@
 #include "TrialCreation.h"
 
-#include "CommandLineAdapters.h"
-
+#include "platform/SingleThread.h"
 #include "platform/posix/PosixClock.h"
 #include "platform/posix/PosixFileSystem.h"
 #include "platform/posix/UnistringTextCase.h"
@@ -22,8 +21,8 @@ class TrialAlerts final : public Alerts {
 public:
     explicit TrialAlerts(TrialCreation &trial) : _trial(trial) {}
     void runAlertPanel(const std::optional<std::string> &title, const std::optional<std::string> &message) override {
-        if (_trial.problem.empty() && _trial.script.empty()) { // the first one tells, and none that follows from not starting the script
-            _trial.problem = title.value_or("") + ": " + message.value_or("");
+        if (_trial.problem.isEmpty() && _trial.script.empty()) { // the first one tells, and none that follows from not starting the script
+            _trial.problem = Sentence::ofComposed(title.value_or("") + ": " + message.value_or(""));
         }
     }
 
@@ -151,8 +150,8 @@ TrialCreation makeTrialCreation(const TrialRequest &request) {
     TrialLog log;
     TrialWorkspace workspace;
     TrialFolders folders(request);
-    CommandLineApplication application;
-    CommandLineMainThread mainThread;
+    SingleThreadApplication application;
+    SingleMainThread mainThread;
     DeferredThreadLauncher threads;
     PosixClock clock;
     PosixFileSystem fileSystem;
@@ -160,7 +159,7 @@ TrialCreation makeTrialCreation(const TrialRequest &request) {
     const auto manager = ORVPresetManager::create({alerts, application, clock, notifications, fileSystem, mainThread, preferences,
                                                    processes, log, textCase, threads, folders, prompt, workspace});
     if (manager == nullptr) {
-        trial.problem = "The folder for contents and scripts cannot be made.";
+        trial.problem = forTranslation("The folder for contents and scripts cannot be made.");
         return trial;
     }
     manager->setBasePath(request.parent);

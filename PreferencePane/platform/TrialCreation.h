@@ -2,6 +2,7 @@
 
 #include "ports/PromptValueRow.h"
 #include "ports/PropertyList.h"
+#include "ports/Sentence.h"
 
 #include <map>
 #include <string>
@@ -22,7 +23,7 @@ struct TrialCreation {
     std::string folder;                             ///< path of the new folder; empty when none was made
     std::string script;                             ///< path of the script that would run now; empty for none
     std::map<std::string, std::string> environment; ///< the script's, whole
-    std::string problem;                            ///< what the helper would say instead of going on, in English; empty for nothing
+    Sentence problem;                               ///< what the helper would say instead of going on; empty for nothing
 };
 
 /// Makes a preset as the helper does, by the same engine, up to the point where the script would be started, and nothing else: no

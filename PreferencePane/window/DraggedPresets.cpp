@@ -90,8 +90,8 @@ void DraggedPresets::_writeFiles() const {
         for (int number = 2; QFileInfo::exists(path); ++number) {
             path = wanted.path() + u'/' + wanted.completeBaseName() + u' ' + QString::number(number) + u'.' + wanted.suffix();
         }
-        std::string problem;
-        std::vector<std::string> warnings;
+        Sentence problem;
+        std::vector<Sentence> warnings;
         if (_context.contents.writePresetFile(_context.presets.record(preset), QFile::encodeName(path).toStdString(), false, warnings,
                                               problem)) {
             _urls.append(QUrl::fromLocalFile(path));

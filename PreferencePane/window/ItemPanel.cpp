@@ -315,7 +315,7 @@ void ItemPanel::_chooseContent() {
     if (path.isEmpty()) {
         return;
     }
-    std::string problem;
+    Sentence problem;
     const auto name = _context.contents.addContent(QFile::encodeName(path).toStdString(), problem);
     if (!name) {
         return _context.showMessage(translated("%1 cannot be used: %2").arg(path, translatedSentence(problem)), true);

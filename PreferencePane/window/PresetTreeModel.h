@@ -98,7 +98,7 @@ private:
     [[nodiscard]] QString _description(ItemID item, int column) const;
     [[nodiscard]] std::optional<PropertyList> _nodeOfFolder(const std::string &path, bool withContent);
     [[nodiscard]] std::optional<PropertyList> _nodeOfFile(const std::string &path);
-    void _sayWhyNot(const std::string &path, const std::string &problem) const;
+    void _sayWhyNot(const std::string &path, const Sentence &problem) const;
 
     SettingsContext &_context;
     PresetDocument &_document;

@@ -146,13 +146,13 @@ bool PresetTreeModel::dropMimeData(const QMimeData *data, Qt::DropAction action,
     return !items.empty();
 }
 
-void PresetTreeModel::_sayWhyNot(const std::string &path, const std::string &problem) const {
+void PresetTreeModel::_sayWhyNot(const std::string &path, const Sentence &problem) const {
     _context.showMessage(translated("%1 cannot be added: %2").arg(QtTextOf(path), translatedSentence(problem)), true);
 }
 
 /// An array of one node for a folder on disk with all that is in it; nothing, after a message, when that is impossible.
 std::optional<PropertyList> PresetTreeModel::_nodeOfFolder(const std::string &path, bool withContent) {
-    std::string problem;
+    Sentence problem;
     FolderImportRequest request;
     request.folder = path;
     request.withContent = withContent;
@@ -183,7 +183,7 @@ std::optional<PropertyList> PresetTreeModel::_nodeOfFolder(const std::string &pa
 
 /// The same for a file, which becomes a content file.
 std::optional<PropertyList> PresetTreeModel::_nodeOfFile(const std::string &path) {
-    std::string problem;
+    Sentence problem;
     const auto stored = _context.contents.addContent(path, problem);
     if (!stored) {
         _sayWhyNot(path, problem);

@@ -40,7 +40,7 @@ QString labelOfFile(const QString &path, PropertyListTextForm &form) {
     if (!file.open(QIODevice::ReadOnly) || file.size() > MostBytes) {
         return {};
     }
-    std::string why;
+    Sentence why;
     const auto document = form.read(file.readAll().toStdString());
     const auto packed = document ? ORVUnpackPreset(*document, why) : std::nullopt;
     const PropertyListValue *label = packed ? packed->preset.root().find("label") : nullptr;
@@ -133,7 +133,7 @@ void PresetsPage::_addFile() {
 }
 
 void PresetsPage::_addPath(const QString &path, std::size_t index) {
-    std::string problem;
+    Sentence problem;
     std::optional<IncomingPreset> incoming;
     const bool isFolder = QFileInfo(path).isDir();
     if (isFolder) {
@@ -155,7 +155,7 @@ void PresetsPage::_addPath(const QString &path, std::size_t index) {
     _context.resourcesDidChange();
     selectPreset(made);
     QStringList notes;
-    for (const std::string &warning : incoming->warnings) {
+    for (const Sentence &warning : incoming->warnings) {
         notes.append(QtSingleLine(translatedSentence(warning)));
     }
     if (!incoming->script.empty()) {
@@ -192,8 +192,8 @@ void PresetsPage::_exportFile() {
     if (QFileInfo(path).suffix().isEmpty()) {
         path += QStringLiteral(".orvpreset");
     }
-    std::string problem;
-    std::vector<std::string> warnings;
+    Sentence problem;
+    std::vector<Sentence> warnings;
     // The file dialogue has asked whether an existing file is to be replaced.
     if (!_context.contents.writePresetFile(_context.presets.record(preset), pathOf(path), true, warnings, problem)) {
         return _context.showMessage(translated("The preset cannot be exported: %1").arg(translatedSentence(problem)), true);

@@ -3,6 +3,7 @@
 #include "window/Page.h"
 
 #include "platform/qt/QtText.h"
+#include "ports/Sentence.h"
 
 namespace orvane {
 
@@ -10,7 +11,7 @@ namespace {
 
 /// The first letter large: problems read as sentences here, and as parts of lines elsewhere.
 QString sentence(const char *format, const std::vector<std::string> &arguments) {
-    QString text = QtSingleLine(QtTextOf(ORVTextWithArguments(QtUtf8Of(translated(format)), arguments)));
+    QString text = QtSingleLine(QtTextOf(textWithArguments(QtUtf8Of(translated(format)), arguments)));
     if (!text.isEmpty()) {
         text[0] = text[0].toUpper();
     }

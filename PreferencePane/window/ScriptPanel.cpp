@@ -160,7 +160,7 @@ void ScriptPanel::takeScript(const QString &path) {
     if (!_isEditable()) {
         return;
     }
-    std::string problem;
+    Sentence problem;
     const auto name = _context.contents.addScript(QtUtf8Of(path), problem);
     if (!name) {
         _ui_problem->say(InlineMessage::Kind::Error, translated("“%1” cannot be taken: %2").arg(path, translatedSentence(problem)));

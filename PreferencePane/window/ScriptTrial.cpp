@@ -108,7 +108,7 @@ void ScriptTrial::_made() {
     _making.reset();
     if (_wasStopped) {
         _finish({End::Stopped, 0, {}, {}, 0});
-    } else if (!_trial.problem.empty() || _trial.script.empty()) {
+    } else if (!_trial.problem.isEmpty() || _trial.script.empty()) {
         _finish({End::Failed, 0, {}, translatedSentence(_trial.problem), 0});
     } else {
         _run();

@@ -10,57 +10,19 @@
 #include <array>
 #include <vector>
 
-// The command line says these sentences too, and looks them up in catalogues of its own; here they come put together, in English.
-// Here they are taken apart again. A sentence comes before those that fit it as well.
+// The helper and the readers of property lists put their reasons together in English, where no translation can be looked up. Here they
+// are taken apart again. A sentence comes before those that fit it as well.
 
 namespace orvane {
 
 namespace {
 
 constexpr std::array Sentences{
-    // Files that are added and exported.
-    QT_TRANSLATE_NOOP("Orvane", "it is a folder"),
-    QT_TRANSLATE_NOOP("Orvane", "it is no ordinary file"),
-    QT_TRANSLATE_NOOP("Orvane", "it is not an ordinary file"),
-    QT_TRANSLATE_NOOP("Orvane", "it is larger than 1 GiB"),
-    QT_TRANSLATE_NOOP("Orvane", "its name cannot be used"),
-    QT_TRANSLATE_NOOP("Orvane", "it is not a preset file"),
-    QT_TRANSLATE_NOOP("Orvane", "it was made by a later version of Orvane"),
-    QT_TRANSLATE_NOOP("Orvane", "its version is not known"),
-    QT_TRANSLATE_NOOP("Orvane", "the preset is no dictionary"),
-    QT_TRANSLATE_NOOP("Orvane", "the preset in it is no dictionary"),
-    QT_TRANSLATE_NOOP("Orvane", "its ORVFileContents is no dictionary"),
-    QT_TRANSLATE_NOOP("Orvane", "the content file '%1' in it has no data, or a mode that is none"),
-    QT_TRANSLATE_NOOP("Orvane", "the script in it has no name or no data"),
-    QT_TRANSLATE_NOOP("Orvane", "the content file '%1' cannot be stored: %2"),
-    QT_TRANSLATE_NOOP("Orvane", "the content file '%1' is not used by the preset: left out"),
-    QT_TRANSLATE_NOOP("Orvane", "the content file '%1' is left out: %2"),
-    QT_TRANSLATE_NOOP("Orvane", "the contents of '%1' are not in the file"),
-    QT_TRANSLATE_NOOP("Orvane", "the contents of %1 cannot be stored: %2"),
-    QT_TRANSLATE_NOOP("Orvane", "the script '%1' is not the preset's: left out"),
-    QT_TRANSLATE_NOOP("Orvane", "the script '%1' is not in the file"),
-    QT_TRANSLATE_NOOP("Orvane", "the script '%1' is left out: %2"),
-    QT_TRANSLATE_NOOP("Orvane", "the script '%1' cannot be stored: %2"),
-    // Folders that are imported.
-    QT_TRANSLATE_NOOP("Orvane", "it holds more than 1,000,000 items"),
-    QT_TRANSLATE_NOOP("Orvane", "it was changed while it was read"),
-    QT_TRANSLATE_NOOP("Orvane", "%1: left out: its name is not UTF-8"),
-    QT_TRANSLATE_NOOP("Orvane", "%1: left out: %2"),
-    QT_TRANSLATE_NOOP("Orvane", "%1: its contents are left out: %2"),
-    QT_TRANSLATE_NOOP("Orvane", "a symbolic link"),
-    QT_TRANSLATE_NOOP("Orvane", "a FIFO"),
-    QT_TRANSLATE_NOOP("Orvane", "a socket"),
-    QT_TRANSLATE_NOOP("Orvane", "a device"),
+    // Property lists.
     QT_TRANSLATE_NOOP("Orvane", "reading failed: %1"),
     QT_TRANSLATE_NOOP("Orvane", "line %1: %2"),
     QT_TRANSLATE_NOOP("Orvane", "the file is empty"),
     QT_TRANSLATE_NOOP("Orvane", "this is no property list"),
-    QT_TRANSLATE_NOOP("Orvane", "The folder for contents and scripts cannot be made."),
-    // The preferences.
-    QT_TRANSLATE_NOOP("Orvane", "The preferences file cannot be read. It is left as it is."),
-    QT_TRANSLATE_NOOP("Orvane", "The preferences hold something else than a list of presets. It is left as it is."),
-    QT_TRANSLATE_NOOP("Orvane", "The preferences cannot be written."),
-    QT_TRANSLATE_NOOP("Orvane", "The preferences cannot hold the text '%1'."),
     // How the hot key stands.
     QT_TRANSLATE_NOOP("Orvane", "The hot key works by %1 (%2)."),
     QT_TRANSLATE_NOOP("Orvane", "The hot key works by %1."),
@@ -119,7 +81,19 @@ QString translatedParts(const QString &english, int depth) {
     return english;
 }
 
+class UsersLanguage final : public SentenceLanguage {
+public:
+    [[nodiscard]] std::string text(const char *english) override { return QtUtf8Of(translated(english)); }
+    [[nodiscard]] std::string error(int error) override { return QtUtf8Of(qt_error_string(error)); }
+    [[nodiscard]] std::string composed(const std::string &english) override { return QtUtf8Of(translatedSentence(english)); }
+};
+
 } // namespace
+
+QString translatedSentence(const Sentence &sentence) {
+    UsersLanguage language;
+    return QtTextOf(sentence.in(language));
+}
 
 QString translatedSentence(const std::string &english) {
     return translatedParts(QtTextOf(english), 0);

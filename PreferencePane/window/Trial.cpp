@@ -2,6 +2,7 @@
 
 #include "window/Page.h"
 #include "window/ProblemText.h"
+#include "window/Sentences.h"
 
 #include "platform/TrialCreation.h"
 
@@ -34,7 +35,7 @@ std::optional<QString> Trial::tryPreset(ItemID preset, QString &problem) {
     request.parent = QFile::encodeName(folder->path()).toStdString();
     const TrialCreation made = makeTrialCreation(request);
     if (made.folder.empty()) {
-        problem = QtSingleLine(QtTextOf(made.problem));
+        problem = QtSingleLine(translatedSentence(made.problem));
         return std::nullopt;
     }
     _folders.push_back(std::move(folder));

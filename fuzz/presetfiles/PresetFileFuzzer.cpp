@@ -41,10 +41,10 @@ void requireSafe(std::string_view name) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     const auto document = readPropertyList(std::string_view(reinterpret_cast<const char *>(data), size));
-    std::string why;
+    Sentence why;
     const auto parts = document ? ORVUnpackPreset(*document, why) : std::nullopt;
     if (!parts) {
-        require(!document || !why.empty());
+        require(!document || !why.isEmpty());
         return 0;
     }
     ORVPackedResources resources(*parts);

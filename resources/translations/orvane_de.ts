@@ -1187,161 +1187,6 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
     </message>
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>it is a folder</source>
-        <translation>es ist ein Ordner</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>it is no ordinary file</source>
-        <translation>es ist keine gewöhnliche Datei</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>it is not an ordinary file</source>
-        <translation>es ist keine gewöhnliche Datei</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>it is larger than 1 GiB</source>
-        <translation>sie ist größer als 1 GiB</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>its name cannot be used</source>
-        <translation>der Name kann nicht verwendet werden</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>it is not a preset file</source>
-        <translation>es ist keine Vorlagendatei</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>it was made by a later version of Orvane</source>
-        <translation>sie stammt von einer neueren Version von Orvane</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>its version is not known</source>
-        <translation>die Version ist unbekannt</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>the preset is no dictionary</source>
-        <translation>die Vorlage ist kein Wörterbuch</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>the preset in it is no dictionary</source>
-        <translation>die Vorlage darin ist kein Wörterbuch</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>its ORVFileContents is no dictionary</source>
-        <translation>ORVFileContents darin ist kein Wörterbuch</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>the content file &apos;%1&apos; in it has no data, or a mode that is none</source>
-        <translation>die Inhaltsdatei „%1“ darin hat keine Daten oder ungültige Zugriffsrechte</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>the script in it has no name or no data</source>
-        <translation>das Skript darin hat keinen Namen oder keine Daten</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>the content file &apos;%1&apos; cannot be stored: %2</source>
-        <translation>die Inhaltsdatei „%1“ kann nicht gespeichert werden: %2</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>the content file &apos;%1&apos; is not used by the preset: left out</source>
-        <translation>die Inhaltsdatei „%1“ wird von der Vorlage nicht verwendet: ausgelassen</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>the content file &apos;%1&apos; is left out: %2</source>
-        <translation>die Inhaltsdatei „%1“ wird ausgelassen: %2</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>the contents of &apos;%1&apos; are not in the file</source>
-        <translation>der Inhalt von „%1“ fehlt in der Datei</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>the contents of %1 cannot be stored: %2</source>
-        <translation>der Inhalt von %1 kann nicht gespeichert werden: %2</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>the script &apos;%1&apos; is not the preset&apos;s: left out</source>
-        <translation>das Skript „%1“ ist nicht das der Vorlage: ausgelassen</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>the script &apos;%1&apos; is not in the file</source>
-        <translation>das Skript „%1“ fehlt in der Datei</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>the script &apos;%1&apos; is left out: %2</source>
-        <translation>das Skript „%1“ wird ausgelassen: %2</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>the script &apos;%1&apos; cannot be stored: %2</source>
-        <translation>das Skript „%1“ kann nicht gespeichert werden: %2</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>it holds more than 1,000,000 items</source>
-        <translation>es enthält mehr als 1.000.000 Objekte</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>it was changed while it was read</source>
-        <translation>es wurde während des Lesens geändert</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>%1: left out: its name is not UTF-8</source>
-        <translation>%1: ausgelassen: der Name ist kein UTF-8</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>%1: left out: %2</source>
-        <translation>%1: ausgelassen: %2</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>%1: its contents are left out: %2</source>
-        <translation>%1: der Inhalt wird ausgelassen: %2</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>a symbolic link</source>
-        <translation>eine symbolische Verknüpfung</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>a FIFO</source>
-        <translation>eine FIFO</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>a socket</source>
-        <translation>ein Socket</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>a device</source>
-        <translation>ein Gerät</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
         <source>reading failed: %1</source>
         <translation>das Lesen schlug fehl: %1</translation>
     </message>
@@ -1359,31 +1204,6 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
         <source>this is no property list</source>
         <translation>das ist keine Property-Liste</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>The folder for contents and scripts cannot be made.</source>
-        <translation>Der Ordner für Inhalte und Skripte kann nicht angelegt werden.</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>The preferences file cannot be read. It is left as it is.</source>
-        <translation>Die Einstellungsdatei kann nicht gelesen werden. Sie bleibt, wie sie ist.</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>The preferences hold something else than a list of presets. It is left as it is.</source>
-        <translation>In den Einstellungen steht etwas anderes als eine Liste von Vorlagen. Es bleibt, wie es ist.</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>The preferences cannot be written.</source>
-        <translation>Die Einstellungen können nicht gespeichert werden.</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>The preferences cannot hold the text &apos;%1&apos;.</source>
-        <translation>Der Text „%1“ kann in den Einstellungen nicht gespeichert werden.</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
@@ -1726,6 +1546,31 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
         <translation>Inhaltsdatei ändern</translation>
     </message>
     <message>
+        <location filename="../../PreferencePane/model/SettingsStore.cpp"/>
+        <source>The preferences file cannot be read. It is left as it is.</source>
+        <translation>Die Einstellungsdatei kann nicht gelesen werden. Sie bleibt, wie sie ist.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/model/SettingsStore.cpp"/>
+        <source>The preferences hold something else than a list of presets. It is left as it is.</source>
+        <translation>In den Einstellungen steht etwas anderes als eine Liste von Vorlagen. Es bleibt, wie es ist.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/model/SettingsStore.cpp"/>
+        <source>Another program holds the preferences.</source>
+        <translation>Ein anderes Programm hält die Einstellungen fest.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/model/SettingsStore.cpp"/>
+        <source>The preferences cannot be written.</source>
+        <translation>Die Einstellungen können nicht gespeichert werden.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/model/SettingsStore.cpp"/>
+        <source>The preferences cannot hold the text &apos;%1&apos;.</source>
+        <translation>Der Text „%1“ kann in den Einstellungen nicht gespeichert werden.</translation>
+    </message>
+    <message>
         <location filename="../../PreferencePane/model/VariableIndex.cpp"/>
         <source>Rename Variable</source>
         <translation>Variable umbenennen</translation>
@@ -1734,6 +1579,176 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
         <location filename="../../PreferencePane/model/VariableMaking.cpp"/>
         <source>Make Variable</source>
         <translation>Variable anlegen</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/platform/PosixSupportFolder.cpp"/>
+        <source>it is a folder</source>
+        <translation>es ist ein Ordner</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/platform/PosixSupportFolder.cpp"/>
+        <source>it is no ordinary file</source>
+        <translation>es ist keine gewöhnliche Datei</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/platform/PosixSupportFolder.cpp"/>
+        <source>its name cannot be used</source>
+        <translation>der Name kann nicht verwendet werden</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/platform/PosixSupportFolder.cpp"/>
+        <source>it is not an ordinary file</source>
+        <translation>es ist keine gewöhnliche Datei</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/platform/PosixSupportFolder.cpp"/>
+        <source>the preset is no dictionary</source>
+        <translation>die Vorlage ist kein Wörterbuch</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/platform/TrialCreation.cpp"/>
+        <source>The folder for contents and scripts cannot be made.</source>
+        <translation>Der Ordner für Inhalte und Skripte kann nicht angelegt werden.</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/FolderImport.cpp"/>
+        <source>%1: its contents are left out: %2</source>
+        <translation>%1: der Inhalt wird ausgelassen: %2</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/FolderImport.cpp"/>
+        <source>the contents of %1 cannot be stored: %2</source>
+        <translation>der Inhalt von %1 kann nicht gespeichert werden: %2</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/FolderImport.cpp"/>
+        <source>%1: a preset&apos;s top-level folder takes no label and no permissions of its own</source>
+        <translation>%1: Der oberste Ordner einer Vorlage bekommt weder ein Etikett noch eigene Rechte</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/FolderWalk.cpp"/>
+        <source>%1: left out: %2</source>
+        <translation>%1: ausgelassen: %2</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/FolderWalk.cpp"/>
+        <source>a symbolic link</source>
+        <translation>eine symbolische Verknüpfung</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/FolderWalk.cpp"/>
+        <source>a FIFO</source>
+        <translation>eine FIFO</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/FolderWalk.cpp"/>
+        <source>a socket</source>
+        <translation>ein Socket</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/FolderWalk.cpp"/>
+        <source>a device</source>
+        <translation>ein Gerät</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/FolderWalk.cpp"/>
+        <source>it holds more than 1,000,000 items</source>
+        <translation>es enthält mehr als 1.000.000 Objekte</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/FolderWalk.cpp"/>
+        <source>it was changed while it was read</source>
+        <translation>es wurde während des Lesens geändert</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/FolderWalk.cpp"/>
+        <source>%1: left out: its name is not UTF-8</source>
+        <translation>%1: ausgelassen: der Name ist kein UTF-8</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/FolderWalk.cpp"/>
+        <source>%1: left out: its name holds a character that XML cannot hold</source>
+        <translation>%1: ausgelassen: der Name enthält ein Zeichen, das es in XML nicht gibt</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/PresetPacking.cpp"/>
+        <source>it is larger than 1 GiB</source>
+        <translation>sie ist größer als 1 GiB</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/PresetPacking.cpp"/>
+        <source>the content file &apos;%1&apos; is left out: %2</source>
+        <translation>die Inhaltsdatei „%1“ wird ausgelassen: %2</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/PresetPacking.cpp"/>
+        <source>the script &apos;%1&apos; is left out: %2</source>
+        <translation>das Skript „%1“ wird ausgelassen: %2</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/PresetPacking.cpp"/>
+        <source>the content file &apos;%1&apos; is not used by the preset: left out</source>
+        <translation>die Inhaltsdatei „%1“ wird von der Vorlage nicht verwendet: ausgelassen</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/PresetPacking.cpp"/>
+        <source>the content file &apos;%1&apos; cannot be stored: %2</source>
+        <translation>die Inhaltsdatei „%1“ kann nicht gespeichert werden: %2</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/PresetPacking.cpp"/>
+        <source>the contents of &apos;%1&apos; are not in the file</source>
+        <translation>der Inhalt von „%1“ fehlt in der Datei</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/PresetPacking.cpp"/>
+        <source>the script &apos;%1&apos; is not the preset&apos;s: left out</source>
+        <translation>das Skript „%1“ ist nicht das der Vorlage: ausgelassen</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/PresetPacking.cpp"/>
+        <source>the script &apos;%1&apos; is not in the file</source>
+        <translation>das Skript „%1“ fehlt in der Datei</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/PresetPacking.cpp"/>
+        <source>the script &apos;%1&apos; cannot be stored: %2</source>
+        <translation>das Skript „%1“ kann nicht gespeichert werden: %2</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/presets/ORVPresetFile.cpp"/>
+        <source>its ORVFileContents is no dictionary</source>
+        <translation>ORVFileContents darin ist kein Wörterbuch</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/presets/ORVPresetFile.cpp"/>
+        <source>the content file &apos;%1&apos; in it has no data, or a mode that is none</source>
+        <translation>die Inhaltsdatei „%1“ darin hat keine Daten oder ungültige Zugriffsrechte</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/presets/ORVPresetFile.cpp"/>
+        <source>the script in it has no name or no data</source>
+        <translation>das Skript darin hat keinen Namen oder keine Daten</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/presets/ORVPresetFile.cpp"/>
+        <source>it is not a preset file</source>
+        <translation>es ist keine Vorlagendatei</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/presets/ORVPresetFile.cpp"/>
+        <source>it was made by a later version of Orvane</source>
+        <translation>sie stammt von einer neueren Version von Orvane</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/presets/ORVPresetFile.cpp"/>
+        <source>its version is not known</source>
+        <translation>die Version ist unbekannt</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/presets/ORVPresetFile.cpp"/>
+        <source>the preset in it is no dictionary</source>
+        <translation>die Vorlage darin ist kein Wörterbuch</translation>
     </message>
     <message>
         <location filename="../../HelperSource/main.cpp"/>

@@ -1187,161 +1187,6 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
     </message>
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>it is a folder</source>
-        <translation>c’est un dossier</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>it is no ordinary file</source>
-        <translation>ce n’est pas un fichier ordinaire</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>it is not an ordinary file</source>
-        <translation>ce n’est pas un fichier ordinaire</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>it is larger than 1 GiB</source>
-        <translation>il dépasse 1 Gio</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>its name cannot be used</source>
-        <translation>son nom ne peut pas être utilisé</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>it is not a preset file</source>
-        <translation>ce n’est pas un fichier de modèle</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>it was made by a later version of Orvane</source>
-        <translation>il vient d’une version plus récente d’Orvane</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>its version is not known</source>
-        <translation>sa version est inconnue</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>the preset is no dictionary</source>
-        <translation>le modèle n’est pas un dictionnaire</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>the preset in it is no dictionary</source>
-        <translation>le modèle qu’il contient n’est pas un dictionnaire</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>its ORVFileContents is no dictionary</source>
-        <translation>son ORVFileContents n’est pas un dictionnaire</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>the content file &apos;%1&apos; in it has no data, or a mode that is none</source>
-        <translation>le fichier de contenu « %1 » qu’il contient est sans données, ou a des droits non valables</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>the script in it has no name or no data</source>
-        <translation>le script qu’il contient est sans nom ou sans données</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>the content file &apos;%1&apos; cannot be stored: %2</source>
-        <translation>le fichier de contenu « %1 » ne peut pas être enregistré : %2</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>the content file &apos;%1&apos; is not used by the preset: left out</source>
-        <translation>le fichier de contenu « %1 » n’est pas utilisé par le modèle : laissé de côté</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>the content file &apos;%1&apos; is left out: %2</source>
-        <translation>le fichier de contenu « %1 » est laissé de côté : %2</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>the contents of &apos;%1&apos; are not in the file</source>
-        <translation>le contenu de « %1 » ne se trouve pas dans le fichier</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>the contents of %1 cannot be stored: %2</source>
-        <translation>le contenu de %1 ne peut pas être enregistré : %2</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>the script &apos;%1&apos; is not the preset&apos;s: left out</source>
-        <translation>le script « %1 » n’est pas celui du modèle : laissé de côté</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>the script &apos;%1&apos; is not in the file</source>
-        <translation>le script « %1 » ne se trouve pas dans le fichier</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>the script &apos;%1&apos; is left out: %2</source>
-        <translation>le script « %1 » est laissé de côté : %2</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>the script &apos;%1&apos; cannot be stored: %2</source>
-        <translation>le script « %1 » ne peut pas être enregistré : %2</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>it holds more than 1,000,000 items</source>
-        <translation>il contient plus de 1 000 000 d’éléments</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>it was changed while it was read</source>
-        <translation>il a été modifié pendant la lecture</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>%1: left out: its name is not UTF-8</source>
-        <translation>%1 : laissé de côté : son nom n’est pas en UTF-8</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>%1: left out: %2</source>
-        <translation>%1 : laissé de côté : %2</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>%1: its contents are left out: %2</source>
-        <translation>%1 : son contenu est laissé de côté : %2</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>a symbolic link</source>
-        <translation>un lien symbolique</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>a FIFO</source>
-        <translation>une FIFO</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>a socket</source>
-        <translation>un socket</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>a device</source>
-        <translation>un périphérique</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
         <source>reading failed: %1</source>
         <translation>échec de la lecture : %1</translation>
     </message>
@@ -1359,31 +1204,6 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
         <source>this is no property list</source>
         <translation>ce n’est pas une liste de propriétés</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>The folder for contents and scripts cannot be made.</source>
-        <translation>Le dossier des contenus et des scripts ne peut pas être créé.</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>The preferences file cannot be read. It is left as it is.</source>
-        <translation>Le fichier des préférences ne peut pas être lu. Il reste tel quel.</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>The preferences hold something else than a list of presets. It is left as it is.</source>
-        <translation>Les préférences contiennent autre chose qu’une liste de modèles. Elles restent telles quelles.</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>The preferences cannot be written.</source>
-        <translation>Les préférences ne peuvent pas être enregistrées.</translation>
-    </message>
-    <message>
-        <location filename="../../PreferencePane/window/Sentences.cpp"/>
-        <source>The preferences cannot hold the text &apos;%1&apos;.</source>
-        <translation>Les préférences ne peuvent pas contenir le texte « %1 ».</translation>
     </message>
     <message>
         <location filename="../../PreferencePane/window/Sentences.cpp"/>
@@ -1726,6 +1546,31 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
         <translation>Changer de fichier de contenu</translation>
     </message>
     <message>
+        <location filename="../../PreferencePane/model/SettingsStore.cpp"/>
+        <source>The preferences file cannot be read. It is left as it is.</source>
+        <translation>Le fichier des préférences ne peut pas être lu. Il reste tel quel.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/model/SettingsStore.cpp"/>
+        <source>The preferences hold something else than a list of presets. It is left as it is.</source>
+        <translation>Les préférences contiennent autre chose qu’une liste de modèles. Elles restent telles quelles.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/model/SettingsStore.cpp"/>
+        <source>Another program holds the preferences.</source>
+        <translation>Un autre programme retient les préférences.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/model/SettingsStore.cpp"/>
+        <source>The preferences cannot be written.</source>
+        <translation>Les préférences ne peuvent pas être enregistrées.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/model/SettingsStore.cpp"/>
+        <source>The preferences cannot hold the text &apos;%1&apos;.</source>
+        <translation>Les préférences ne peuvent pas contenir le texte « %1 ».</translation>
+    </message>
+    <message>
         <location filename="../../PreferencePane/model/VariableIndex.cpp"/>
         <source>Rename Variable</source>
         <translation>Renommer la variable</translation>
@@ -1734,6 +1579,176 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
         <location filename="../../PreferencePane/model/VariableMaking.cpp"/>
         <source>Make Variable</source>
         <translation>Créer une variable</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/platform/PosixSupportFolder.cpp"/>
+        <source>it is a folder</source>
+        <translation>c’est un dossier</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/platform/PosixSupportFolder.cpp"/>
+        <source>it is no ordinary file</source>
+        <translation>ce n’est pas un fichier ordinaire</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/platform/PosixSupportFolder.cpp"/>
+        <source>its name cannot be used</source>
+        <translation>son nom ne peut pas être utilisé</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/platform/PosixSupportFolder.cpp"/>
+        <source>it is not an ordinary file</source>
+        <translation>ce n’est pas un fichier ordinaire</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/platform/PosixSupportFolder.cpp"/>
+        <source>the preset is no dictionary</source>
+        <translation>le modèle n’est pas un dictionnaire</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/platform/TrialCreation.cpp"/>
+        <source>The folder for contents and scripts cannot be made.</source>
+        <translation>Le dossier des contenus et des scripts ne peut pas être créé.</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/FolderImport.cpp"/>
+        <source>%1: its contents are left out: %2</source>
+        <translation>%1 : son contenu est laissé de côté : %2</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/FolderImport.cpp"/>
+        <source>the contents of %1 cannot be stored: %2</source>
+        <translation>le contenu de %1 ne peut pas être enregistré : %2</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/FolderImport.cpp"/>
+        <source>%1: a preset&apos;s top-level folder takes no label and no permissions of its own</source>
+        <translation>%1 : le dossier principal d’un modèle ne prend ni étiquette ni droits propres</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/FolderWalk.cpp"/>
+        <source>%1: left out: %2</source>
+        <translation>%1 : laissé de côté : %2</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/FolderWalk.cpp"/>
+        <source>a symbolic link</source>
+        <translation>un lien symbolique</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/FolderWalk.cpp"/>
+        <source>a FIFO</source>
+        <translation>une FIFO</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/FolderWalk.cpp"/>
+        <source>a socket</source>
+        <translation>un socket</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/FolderWalk.cpp"/>
+        <source>a device</source>
+        <translation>un périphérique</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/FolderWalk.cpp"/>
+        <source>it holds more than 1,000,000 items</source>
+        <translation>il contient plus de 1 000 000 d’éléments</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/FolderWalk.cpp"/>
+        <source>it was changed while it was read</source>
+        <translation>il a été modifié pendant la lecture</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/FolderWalk.cpp"/>
+        <source>%1: left out: its name is not UTF-8</source>
+        <translation>%1 : laissé de côté : son nom n’est pas en UTF-8</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/FolderWalk.cpp"/>
+        <source>%1: left out: its name holds a character that XML cannot hold</source>
+        <translation>%1 : laissé de côté : son nom contient un caractère que XML ne peut pas contenir</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/PresetPacking.cpp"/>
+        <source>it is larger than 1 GiB</source>
+        <translation>il dépasse 1 Gio</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/PresetPacking.cpp"/>
+        <source>the content file &apos;%1&apos; is left out: %2</source>
+        <translation>le fichier de contenu « %1 » est laissé de côté : %2</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/PresetPacking.cpp"/>
+        <source>the script &apos;%1&apos; is left out: %2</source>
+        <translation>le script « %1 » est laissé de côté : %2</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/PresetPacking.cpp"/>
+        <source>the content file &apos;%1&apos; is not used by the preset: left out</source>
+        <translation>le fichier de contenu « %1 » n’est pas utilisé par le modèle : laissé de côté</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/PresetPacking.cpp"/>
+        <source>the content file &apos;%1&apos; cannot be stored: %2</source>
+        <translation>le fichier de contenu « %1 » ne peut pas être enregistré : %2</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/PresetPacking.cpp"/>
+        <source>the contents of &apos;%1&apos; are not in the file</source>
+        <translation>le contenu de « %1 » ne se trouve pas dans le fichier</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/PresetPacking.cpp"/>
+        <source>the script &apos;%1&apos; is not the preset&apos;s: left out</source>
+        <translation>le script « %1 » n’est pas celui du modèle : laissé de côté</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/PresetPacking.cpp"/>
+        <source>the script &apos;%1&apos; is not in the file</source>
+        <translation>le script « %1 » ne se trouve pas dans le fichier</translation>
+    </message>
+    <message>
+        <location filename="../../PresetFiles/PresetPacking.cpp"/>
+        <source>the script &apos;%1&apos; cannot be stored: %2</source>
+        <translation>le script « %1 » ne peut pas être enregistré : %2</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/presets/ORVPresetFile.cpp"/>
+        <source>its ORVFileContents is no dictionary</source>
+        <translation>son ORVFileContents n’est pas un dictionnaire</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/presets/ORVPresetFile.cpp"/>
+        <source>the content file &apos;%1&apos; in it has no data, or a mode that is none</source>
+        <translation>le fichier de contenu « %1 » qu’il contient est sans données, ou a des droits non valables</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/presets/ORVPresetFile.cpp"/>
+        <source>the script in it has no name or no data</source>
+        <translation>le script qu’il contient est sans nom ou sans données</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/presets/ORVPresetFile.cpp"/>
+        <source>it is not a preset file</source>
+        <translation>ce n’est pas un fichier de modèle</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/presets/ORVPresetFile.cpp"/>
+        <source>it was made by a later version of Orvane</source>
+        <translation>il vient d’une version plus récente d’Orvane</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/presets/ORVPresetFile.cpp"/>
+        <source>its version is not known</source>
+        <translation>sa version est inconnue</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/presets/ORVPresetFile.cpp"/>
+        <source>the preset in it is no dictionary</source>
+        <translation>le modèle qu’il contient n’est pas un dictionnaire</translation>
     </message>
     <message>
         <location filename="../../HelperSource/main.cpp"/>

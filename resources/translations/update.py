@@ -4,7 +4,7 @@
     update.py            adds the texts that are new to each orvane_LANGUAGE.ts, as unfinished, and takes those out that are gone
     update.py --check    ends with status 1 when a file is not up to date, a text is unfinished, or a translation does not fit its text
 
-The texts are those that the programs look up under the one context "Orvane": what stands in `translated(...)` and in
+The texts are those that the programs look up under the one context "Orvane": what stands in `translated(...)`, `forTranslation(...)` and
 `QCoreApplication::translate("Orvane", ...)`, the names of steps that can be undone, the problems that the checker finds, how keys are
 bound on each desktop, and the interface files.
 Qt's own `lupdate` knows only the first kind of call, and not by that name. The same sources always give the same files.
@@ -21,12 +21,15 @@ CONTEXT = "Orvane"
 LITERAL = r'"(?:[^"\\\n]|\\.)*"'
 LITERALS = rf"{LITERAL}(?:\s*{LITERAL})*"
 # Calls in which every text is for people, with what stands before it; nested calls are left out.
-CALLS = (r"\btranslated\(", r'QCoreApplication::translate\(\s*"Orvane",', r'QT_TRANSLATE_NOOP\(\s*"Orvane",', r"\bStep \w+\([\w.>()-]+,")
+CALLS = (r"\btranslated\(", r"\bforTranslation\(", r'QCoreApplication::translate\(\s*"Orvane",', r'QT_TRANSLATE_NOOP\(\s*"Orvane",', r"\bStep \w+\([\w.>()-]+,")
 SOURCES = {
     "PreferencePane/window/*.cpp": CALLS,
     "PreferencePane/window/*.h": CALLS,
     "PreferencePane/model/*.cpp": CALLS,
     "PreferencePane/*.cpp": CALLS,
+    "PreferencePane/platform/*.cpp": CALLS,
+    "PresetFiles/*.cpp": CALLS,
+    "HelperSource/presets/ORVPresetFile.cpp": CALLS,
     "HelperSource/*.cpp": CALLS,
     "HelperSource/wiring/*.cpp": CALLS,
     "HelperSource/platform/qt/*.cpp": CALLS,

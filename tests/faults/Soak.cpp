@@ -5,6 +5,7 @@
 #include "fakes/FakeDistributedNotifications.h"
 #include "fakes/FakeMainThread.h"
 #include "fakes/FakeWorkspace.h"
+#include "platform/SingleThread.h"
 #include "platform/posix/PosixClock.h"
 #include "platform/posix/PosixCreationJournal.h"
 #include "platform/posix/PosixFileSystem.h"
@@ -205,7 +206,7 @@ private:
     FakeAlerts _alerts;
     FakeDistributedNotifications _notifications;
     FakeWorkspace _workspace;
-    CommandLineApplication _application;
+    SingleThreadApplication _application;
     NobodyThere _nobody;
     CommandLinePrompt _prompt;
     std::unique_ptr<ORVPresetManager> _manager;

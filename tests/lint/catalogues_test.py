@@ -13,7 +13,7 @@ import unittest
 from pathlib import Path
 
 TOP = Path(sys.argv.pop(1))
-FOLDERS = ("CommandLine", "resources/translations", "HelperSource/presets", "HelperSource/hotkeys")
+FOLDERS = ("CommandLine", "PresetFiles", "resources/translations", "HelperSource/ports", "HelperSource/presets", "HelperSource/hotkeys")
 CATALOGUES = "resources/translations/commandline"
 FRENCH = CATALOGUES + "/fr.po"
 

@@ -78,7 +78,7 @@ check_includes() {
         { grep -vE "include[[:space:]]+($allowed|\"((ports|presets|menubar|hotkeys)/)?[A-Za-z0-9_]+\.h\")" || true; } |
         problems "what the settings know includes the standard library, ports and core only" || status=1
     # Each of these initialises a good deal before main, or brings much code along.
-    files_like '^(HelperSource|CommandLine)/.*\.(h|cpp)$' |
+    files_like '^(HelperSource|PresetFiles|CommandLine)/.*\.(h|cpp)$' |
         matches '^[[:space:]]*#[[:space:]]*include[[:space:]]+<(iostream|fstream|sstream|iomanip|regex|locale|filesystem)>' |
         problems "header that costs start-up time" || status=1
     return "$status"

@@ -12,6 +12,7 @@ orvane_add_test(NAME core_test LABEL unit
     unit/core/PropertyListTest.cpp
     unit/core/RecordsTest.cpp
     unit/core/RunnerTest.cpp
+    unit/core/SentenceTest.cpp
     unit/core/ServiceTest.cpp
     unit/core/SurveyTest.cpp
     unit/core/TableViewTest.cpp

@@ -16,6 +16,7 @@ target_sources(platform_posix PRIVATE
   PosixHierarchyWriter_threads.cpp
   PosixItemFinish.cpp
   PosixMadeItems.cpp
+  PosixNewFile.cpp
   PosixPath.cpp
   PosixPrivateFolder.cpp
   PosixSecondThread.cpp)

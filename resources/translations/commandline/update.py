@@ -19,7 +19,8 @@ from pathlib import Path
 
 HERE = Path(__file__).resolve().parent
 TOP = HERE.parents[2]
-SOURCES = ("CommandLine/*.cpp", "CommandLine/*.h", "CommandLine/bus/*.cpp")
+SOURCES = ("CommandLine/*.cpp", "CommandLine/*.h", "CommandLine/bus/*.cpp", "PresetFiles/*.cpp", "HelperSource/presets/ORVPresetFile.cpp",
+           "HelperSource/ports/Sentence.cpp")
 KEYWORDS = ("localized:1", "forTranslation:1", "localizedCount:1,2")
 FLAGS = [f"--flag={keyword.split(':')[0]}:{argument}:qt-format" for keyword in KEYWORDS for argument in keyword.split(":")[1].split(",")]
 LONGEST_LINE = 80

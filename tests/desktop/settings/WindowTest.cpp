@@ -328,11 +328,11 @@ TEST_F(SettingsWindowTest, AnExportedPresetComesBackWithItsContents) {
     writeFile(paths.supportFolder + "/File Content/text", "inside");
     start();
     context().presets.setContentFilename(std::array{item("c.txt")}, "text");
-    std::string problem;
-    std::vector<std::string> warnings;
+    Sentence problem;
+    std::vector<Sentence> warnings;
     const std::string file = path("/one.orvpreset");
     ASSERT_TRUE(context().contents.writePresetFile(context().presets.record(context().presets.presetAt(0)), file, false, warnings, problem))
-        << problem;
+        << problem.english();
     ASSERT_EQ(std::remove((paths.supportFolder + "/File Content/text").c_str()), 0);
     window->openPaths({QtTextOf(file)});
     EXPECT_EQ(context().presets.numberOfPresets(), 2U);
@@ -361,10 +361,10 @@ TEST_F(SettingsWindowTest, AnAddedPresetThatBringsAScriptIsNamed) {
     start();
     const ItemID preset = context().presets.presetAt(0);
     context().presets.setScript(preset, "tidy.sh");
-    std::string problem;
-    std::vector<std::string> warnings;
+    Sentence problem;
+    std::vector<Sentence> warnings;
     ASSERT_TRUE(context().contents.writePresetFile(context().presets.record(preset), path("/one.orvpreset"), false, warnings, problem))
-        << problem;
+        << problem.english();
     window->openPaths({QtTextOf(path("/one.orvpreset"))});
     const QString text = bar("messageBar").text();
     EXPECT_TRUE(text.contains(QStringLiteral("Tidy job"))) << text.toStdString();

@@ -1,13 +1,18 @@
 """Import, export and add while system calls fail, which strace does, and beside what killed programs have left."""
 
+import fcntl
 import os
 import plistlib
 import re
 import resource
+import signal
+import subprocess
+import termios
+import time
 import unittest
 from pathlib import Path
 
-from homes import Case, Home
+from homes import LIMIT, PROGRAM, Case, Home
 
 CALL = re.compile(r"^(\w+)\(")
 HIDDEN_NAMES = 100  # that the program tries
@@ -228,6 +233,47 @@ class Interrupted(Traced):
 
         struck = self.sweep(home, ["export", "0", self.file], check)
         self.assertLessEqual({"openat", "read", "write", "fsync"}, struck)
+
+    def stop(self, home, signal, call, *words, **more):
+        """Sends the signal when the first such call begins. The result."""
+        trace = Path(self.top) / "trace"
+        result = home.run(*words, under=["strace", "-qq", "-o", str(trace), "-e", f"inject={call}:signal={signal.name}:when=1"], status=-signal, **more)
+        self.assertIn(f"--- {signal.name}", trace.read_text(errors="replace"))
+        return result
+
+    def test_a_signal_leaves_nothing_of_what_was_added(self):
+        for words in (["add", self.packed()], ["import", str(self.source), "--with-content"]):
+            for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+                # When contents get their name, when they go to the disk, when it is the preferences' turn.
+                for call in ("linkat", "syncfs", "flock"):
+                    with self.subTest(command=words[0], signal=number, call=call):
+                        home = Home(self.top)
+                        home.write_preferences({"ORVPresets": []})
+                        before = home.preferences.read_bytes()
+                        result = self.stop(home, number, call, *words)
+                        self.assertEqual(result.stderr, b"orvane: interrupted, and what was made is removed again\n")
+                        self.assertEqual(result.stdout, b"")
+                        self.assertEqual(home.preferences.read_bytes(), before)
+                        self.assertEqual(home.stored(), [])
+
+    def test_a_signal_that_comes_too_late_leaves_what_was_added_whole(self):
+        for words in (["add", self.packed()], ["import", str(self.source), "--with-content"]):
+            home = Home(self.top)
+            result = self.stop(home, signal.SIGINT, "fsync", *words)  # of the preferences
+            self.assertEqual(result.stderr, b"")
+            self.assertRegex(result.stdout, rb"^0  ")
+            self.assertEqual(len(home.presets()), 1)
+            self.assertEqual(home.stored(), ["a.txt"])
+
+    def test_a_signal_ends_what_waits_for_a_pipe(self):
+        with subprocess.Popen([PROGRAM, "add", "-"], env={"HOME": str(self.home.top)}, stdin=subprocess.PIPE) as program:
+            os.write(program.stdin.fileno(), b"<")
+            deadline = time.monotonic() + LIMIT
+            while fcntl.ioctl(program.stdin, termios.FIONREAD, b"\0" * 4) != b"\0" * 4:  # it has taken the byte, and wants more
+                self.assertLess(time.monotonic(), deadline)
+                time.sleep(0.001)
+            program.send_signal(signal.SIGINT)
+            self.assertEqual(program.wait(timeout=LIMIT), -signal.SIGINT)
 
 
 if __name__ == "__main__":

@@ -7,6 +7,7 @@
 #include "fakes/FakeFileSystem.h"
 #include "fakes/FakePreferencesStore.h"
 #include "fakes/FakeProcesses.h"
+#include "platform/SingleThread.h"
 
 #include <gtest/gtest.h>
 

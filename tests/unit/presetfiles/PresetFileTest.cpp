@@ -22,9 +22,9 @@ protected:
                          {{"scriptFile", plist.text("s.sh")}, {"foreign", PropertyListValue::ofReal(1.5)}}));
     }
     std::string whyOf(const PropertyListValue &root) {
-        std::string why;
+        Sentence why;
         EXPECT_FALSE(ORVUnpackPreset(plist.document(root), why).has_value());
-        return why;
+        return why.english();
     }
     PropertyListValue fileWith(test::PresetMaker::Entries more) {
         more.insert(more.begin(), {{"ORVPresetFileVersion", PropertyListValue::ofInteger(1)}, {"ORVPreset", plist.dictionary({})}});
@@ -41,9 +41,9 @@ TEST_F(PresetFile, ComesBackWholeFromItsXML) {
     ASSERT_TRUE(xml.has_value());
     const auto read = readPropertyList(*xml);
     ASSERT_TRUE(read.has_value());
-    std::string why;
+    Sentence why;
     const auto parts = ORVUnpackPreset(*read, why);
-    ASSERT_TRUE(parts.has_value()) << why;
+    ASSERT_TRUE(parts.has_value()) << why.english();
     EXPECT_TRUE(parts->preset.root().equals(preset().root()));
     ASSERT_EQ(parts->contents.size(), 2U);
     EXPECT_EQ(parts->contents[0].name, "x");

@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -37,7 +38,7 @@ protected:
     PosixFinderInformation finderInformation;
     PosixSupportFolder store{folder / "Orvane", finderInformation};
     test::PresetMaker make;
-    std::string problem;
+    Sentence problem;
 };
 
 TEST_F(Contents, CopiesAContentFileIntoTheStore) {
@@ -81,9 +82,9 @@ TEST_F(Contents, WhatIsNoFileIsRefusedAndLeavesNothing) {
     std::filesystem::create_directories(folder / "in/dir");
     ASSERT_EQ(::mkfifo((folder / "in/fifo").c_str(), 0600), 0);
     for (const char *name : {"in/dir", "in/fifo", "in/none"}) {
-        problem.clear();
+        problem = {};
         EXPECT_EQ(store.addContent(folder / name, problem), std::nullopt) << name;
-        EXPECT_FALSE(problem.empty()) << name;
+        EXPECT_FALSE(problem.isEmpty()) << name;
     }
     EXPECT_FALSE(folder.has("Orvane"));
 }
@@ -92,7 +93,7 @@ TEST_F(Contents, ImportsAFolderWithItsContents) {
     folder.write("Film Acme/notes.txt", "text");
     folder.write("Film Acme/Raw/empty.txt", "");
     const auto incoming = store.importFolder({folder / "Film Acme", "", {{"Acme", "Client"}}, true}, problem);
-    ASSERT_TRUE(incoming.has_value()) << problem;
+    ASSERT_TRUE(incoming.has_value()) << problem.english();
     const PropertyListValue &preset = incoming->preset.root();
     EXPECT_EQ(ORVTextValue(preset.find("label")), "Film Acme");
     EXPECT_EQ(ORVTextValue(preset.find("directoryName")), "Film {Client}");
@@ -115,13 +116,13 @@ TEST_F(Contents, APresetGoesThroughAFileToAnotherStore) {
     folder.write("Orvane/Scripts/run.sh", "#!/bin/sh\n", 0755);
     const auto preset = make.document(
         make.preset("{A}", {make.file("x", {{"contentFilename", make.text("a.txt")}})}, {{"scriptFile", make.text("run.sh")}}));
-    std::vector<std::string> warnings;
-    ASSERT_TRUE(store.writePresetFile(preset, folder / "out.orvpreset", false, warnings, problem)) << problem;
+    std::vector<Sentence> warnings;
+    ASSERT_TRUE(store.writePresetFile(preset, folder / "out.orvpreset", false, warnings, problem)) << problem.english();
     EXPECT_TRUE(warnings.empty());
     folder.write("Other/File Content/a.txt", "something else");
     PosixSupportFolder other(folder / "Other", finderInformation);
     const auto incoming = other.readPresetFile(folder / "out.orvpreset", problem);
-    ASSERT_TRUE(incoming.has_value()) << problem;
+    ASSERT_TRUE(incoming.has_value()) << problem.english();
     EXPECT_EQ(incoming->script, "run.sh");
     const PropertyListValue &node = incoming->preset.root().find("fileHierarchy")->find("children")->array()[0];
     EXPECT_EQ(ORVTextValue(node.find("contentFilename")), "a 2.txt");
@@ -135,25 +136,25 @@ TEST_F(Contents, WhatDoesNotReachTheDiskIsRefusedAndLeavesNothing) {
     const std::string file = folder.write("in/brief.txt", "text");
     folder.write("Orvane/File Content/a.txt", "contents");
     const auto preset = make.document(make.preset("{A}", {make.file("x", {{"contentFilename", make.text("a.txt")}})}));
-    std::vector<std::string> warnings;
-    ASSERT_TRUE(store.writePresetFile(preset, folder / "out.orvpreset", false, warnings, problem)) << problem;
+    std::vector<Sentence> warnings;
+    ASSERT_TRUE(store.writePresetFile(preset, folder / "out.orvpreset", false, warnings, problem)) << problem.english();
     PosixSupportFolder other(folder / "Other", finderInformation);
     diskFails = true;
     EXPECT_EQ(other.addContent(file, problem), std::nullopt);
-    EXPECT_EQ(std::exchange(problem, {}), "Input/output error");
+    EXPECT_EQ(std::exchange(problem, {}).english(), "Input/output error");
     EXPECT_EQ(other.addScript(file, problem), std::nullopt);
-    EXPECT_EQ(std::exchange(problem, {}), "Input/output error");
+    EXPECT_EQ(std::exchange(problem, {}).english(), "Input/output error");
     EXPECT_EQ(other.importFolder({folder / "Film", "", {}, true}, problem), std::nullopt);
-    EXPECT_EQ(std::exchange(problem, {}), "Input/output error");
+    EXPECT_EQ(std::exchange(problem, {}).english(), "Input/output error");
     EXPECT_EQ(other.readPresetFile(folder / "out.orvpreset", problem), std::nullopt);
-    EXPECT_EQ(problem, folder / "Other: Input/output error");
+    EXPECT_EQ(problem.english(), folder / "Other: Input/output error");
     diskFails = false;
     EXPECT_FALSE(folder.has("Other"));
 }
 
 TEST_F(Contents, AnExportReplacesAFileOnlyWhenAsked) {
     const auto preset = make.document(make.preset("{A}"));
-    std::vector<std::string> warnings;
+    std::vector<Sentence> warnings;
     folder.write("out", "mine");
     EXPECT_FALSE(store.writePresetFile(preset, folder / "out", false, warnings, problem));
     EXPECT_EQ(folder.read("out"), "mine");
@@ -164,7 +165,7 @@ TEST_F(Contents, AnExportReplacesAFileOnlyWhenAsked) {
 
 TEST_F(Contents, WhatIsMissingInAnExportIsWarnedOf) {
     const auto preset = make.document(make.preset("{A}", {make.file("x", {{"contentFilename", make.text("gone")}})}));
-    std::vector<std::string> warnings;
+    std::vector<Sentence> warnings;
     EXPECT_TRUE(store.writePresetFile(preset, folder / "out", false, warnings, problem));
     EXPECT_EQ(warnings.size(), 1U);
 }
@@ -172,7 +173,10 @@ TEST_F(Contents, WhatIsMissingInAnExportIsWarnedOf) {
 TEST_F(Contents, WhatIsNoPresetFileIsRefusedAndLeavesNothing) {
     folder.write("odd", "odd");
     EXPECT_EQ(store.readPresetFile(folder / "odd", problem), std::nullopt);
-    EXPECT_FALSE(problem.empty());
+    EXPECT_FALSE(problem.isEmpty());
+    ASSERT_EQ(::mkfifo((folder / "fifo").c_str(), 0600), 0);
+    EXPECT_EQ(store.readPresetFile(folder / "fifo", problem), std::nullopt); // and nobody waits for it
+    EXPECT_EQ(problem.english(), "it is no ordinary file");
     EXPECT_EQ(store.readPresetFile(folder / "none", problem), std::nullopt);
     EXPECT_FALSE(folder.has("Orvane"));
 }

@@ -135,7 +135,7 @@ TEST_F(SettingsOnDisk, ATextThatXMLCannotHoldIsNamedAndNothingIsLost) {
     EXPECT_FALSE(run.store.canStoreText("a\x01"));
     run.presets.renamePreset(run.preset(0), "a\x01");
     EXPECT_EQ(run.store.save(), Outcome::Failed);
-    EXPECT_NE(run.store.problem().find("a\x01"), std::string::npos);
+    EXPECT_NE(run.store.problem().english().find("a\x01"), std::string::npos);
     EXPECT_EQ(folder.read("preferences.plist"), Before);
     EXPECT_TRUE(run.store.isModified());
     run.presets.renamePreset(run.preset(0), "ab");

@@ -299,7 +299,7 @@ TEST_F(Store, AFileThatCannotBeReadIsShownAsSuchAndNeverWritten) {
     start();
     EXPECT_EQ(loaded, Outcome::Unreadable);
     EXPECT_EQ(run->store.state(), SettingsStore::State::Unreadable);
-    EXPECT_FALSE(run->store.problem().empty());
+    EXPECT_FALSE(run->store.problem().isEmpty());
     run->presets.addPreset(0, "New", "x");
     preferences.journal.clear();
     EXPECT_EQ(run->store.save(), Outcome::Unreadable);
@@ -357,7 +357,7 @@ TEST_F(Store, ARefusedWritingLosesNothing) {
     run->presets.renamePreset(run->preset(0), "B");
     preferences.failAt("synchronize", 2); // the first one reads
     EXPECT_EQ(run->store.save(), Outcome::Failed);
-    EXPECT_FALSE(run->store.problem().empty());
+    EXPECT_FALSE(run->store.problem().isEmpty());
     EXPECT_TRUE(notifications.posted.empty());
     EXPECT_TRUE(run->store.isModified());
     EXPECT_EQ(run->store.save(), Outcome::Done);
@@ -370,7 +370,7 @@ TEST_F(Store, ATextThatTheFileCannotHoldIsNamed) {
     run->presets.renamePreset(run->preset(0), std::string_view("a\0b", 3));
     EXPECT_EQ(run->store.save(), Outcome::Failed);
     EXPECT_EQ(labelsOnDisk(), List{"A"});
-    EXPECT_NE(run->store.problem().find(std::string_view("a\0b", 3)), std::string::npos);
+    EXPECT_NE(run->store.problem().english().find(std::string_view("a\0b", 3)), std::string::npos);
 }
 
 } // namespace
