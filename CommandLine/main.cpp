@@ -103,7 +103,7 @@ ExitStatus runCommand(const Command &command, const CommandArguments &arguments)
     PosixFinderInformation finderInformation;
     BusProgramNotifications notifications;
     PosixClock clock;
-    PosixProcessLauncher processes;
+    PosixProcessLauncher processes(PosixProcessLauncher::StopSignals::ArePassedOn);
     UnistringTextCase textCase;
     EnginePorts engine{clock, processes, log, textCase};
     PosixCreationJournal journal(PosixCreationJournal::usualDirectory());

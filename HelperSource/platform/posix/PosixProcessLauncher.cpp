@@ -2,6 +2,7 @@
 
 #include "platform/posix/FileDescriptor.h"
 #include "platform/posix/PosixChildReaper.h"
+#include "platform/posix/PosixStopSignals.h"
 
 #include <algorithm>
 #include <array>
@@ -83,11 +84,13 @@ std::string readToEnd(FileDescriptor descriptor, FileDescriptor unwanted = FileD
 
 class PosixChildProcess final : public ChildProcess {
 public:
-    PosixChildProcess(pid_t child, FileDescriptor output, FileDescriptor error)
-        : _child(child), _output(std::move(output)), _error(std::move(error)) {}
+    /// `stopSignals` may be null, or are passed to the child already.
+    PosixChildProcess(pid_t child, FileDescriptor output, FileDescriptor error, std::unique_ptr<PosixStopSignals> stopSignals)
+        : _child(child), _output(std::move(output)), _error(std::move(error)), _stopSignals(std::move(stopSignals)) {}
     PosixChildProcess(const PosixChildProcess &) = delete;
     PosixChildProcess &operator=(const PosixChildProcess &) = delete;
     ~PosixChildProcess() override {
+        _stopSignals.reset(); // before anybody can reap it
         if (!_status) {
             PosixReapWhenEnded(_child);
         }
@@ -96,6 +99,12 @@ public:
     [[nodiscard]] bool isRunning() override {
         if (_status) {
             return false;
+        }
+        if (_stopSignals) {
+            if (!_hasEnded()) {
+                return true;
+            }
+            _stopSignals.reset();
         }
         int status = 0;
         const pid_t result = ::waitpid(_child, &status, WNOHANG);
@@ -112,12 +121,19 @@ public:
     [[nodiscard]] std::string readStandardOutputToEnd() override { return readToEnd(std::move(_output)); }
 
 private:
+    /// Without reaping it.
+    [[nodiscard]] bool _hasEnded() const {
+        siginfo_t information{};
+        const int result = ::waitid(P_PID, static_cast<id_t>(_child), &information, WEXITED | WNOHANG | WNOWAIT);
+        return result == 0 ? information.si_pid == _child : errno != EINTR; // or it is no child of ours any more
+    }
     [[nodiscard]] static int _exitStatusOf(int status) { return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status); }
 
     const pid_t _child;
     std::optional<int> _status; ///< once ended
     FileDescriptor _output;
     FileDescriptor _error;
+    std::unique_ptr<PosixStopSignals> _stopSignals; ///< null also when it has ended
 };
 
 // Starting -----------------------------------------------------------------------------------------------------------
@@ -237,7 +253,7 @@ std::optional<pid_t> spawn(const std::string &path, const std::map<std::string, 
 
 } // namespace
 
-PosixProcessLauncher::PosixProcessLauncher() {
+PosixProcessLauncher::PosixProcessLauncher(StopSignals stopSignals) : _stopSignals(stopSignals) {
     struct sigaction action {};
     if (::sigaction(SIGCHLD, nullptr, &action) == 0 && (action.sa_handler == SIG_IGN || (action.sa_flags & SA_NOCLDWAIT) != 0)) {
         struct sigaction standard {};
@@ -256,11 +272,15 @@ std::unique_ptr<ChildProcess> PosixProcessLauncher::launch(const std::string &pa
     if (!output || !error) {
         return nullptr;
     }
+    auto stopSignals = _stopSignals == StopSignals::ArePassedOn ? std::make_unique<PosixStopSignals>() : nullptr;
     const auto child = spawn(path, environment, *output, *error);
     if (!child) {
         return nullptr;
     }
-    return std::make_unique<PosixChildProcess>(*child, std::move(output->readingEnd), std::move(error->readingEnd));
+    if (stopSignals) {
+        stopSignals->passTo(*child);
+    }
+    return std::make_unique<PosixChildProcess>(*child, std::move(output->readingEnd), std::move(error->readingEnd), std::move(stopSignals));
 }
 
 } // namespace orvane

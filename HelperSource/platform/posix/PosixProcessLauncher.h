@@ -18,12 +18,21 @@ namespace orvane {
 /// `isRunning` notices; one whose object is gone before is reaped when it ends.
 class PosixProcessLauncher final : public ProcessLauncher {
 public:
+    /// What becomes of the signals that stop this program while a child runs.
+    enum class StopSignals {
+        AreOurs,    ///< the child goes on
+        ArePassedOn ///< it is stopped, too (see `PosixStopSignals`); for one child at a time, of the thread that gets the signals
+    };
+
     /// Where the program was started with SIGCHLD ignored, this sets it back to its default: the system would throw the
     /// exit statuses of all children away.
-    PosixProcessLauncher();
+    explicit PosixProcessLauncher(StopSignals stopSignals = StopSignals::AreOurs);
 
     [[nodiscard]] std::unique_ptr<ChildProcess> launch(const std::string &path,
                                                        const std::map<std::string, std::string> &environment) override;
+
+private:
+    StopSignals _stopSignals;
 };
 
 } // namespace orvane

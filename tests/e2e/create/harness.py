@@ -9,6 +9,7 @@ import os
 import plistlib
 import pty
 import shutil
+import signal
 import stat
 import subprocess
 import tempfile
@@ -95,6 +96,38 @@ class Terminal:
         self._reader.join(DEADLINE)
         os.close(self._master)
         return Result(self._process.returncode, (out or b"").decode(), self.shown)
+
+
+class RunningScript:
+    """A script that tells of itself: its process, the one that started it, and whether somebody is still at it. Ended with the test."""
+
+    def __init__(self, test, *lines):
+        folder_of_its_own = tempfile.mkdtemp(dir=test.root)
+        life = os.path.join(folder_of_its_own, "life")
+        os.mkfifo(life)
+        self._life = os.open(life, os.O_RDONLY | os.O_NONBLOCK)  # at its end when nobody is at it
+        self._told = os.path.join(folder_of_its_own, "told")
+        self._test = test
+        tell = f"tell() {{ echo $* > '{self._told}.new'; mv '{self._told}.new' '{self._told}'; }}"
+        self.text = "\n".join(("#!/bin/sh", f"exec 9> '{life}'", tell, *lines, ""))
+        test.addCleanup(self._end)
+
+    def _end(self):
+        if os.path.exists(self._told) and self.is_there():
+            os.kill(self.told()[0], signal.SIGKILL)
+        os.close(self._life)
+
+    def told(self):
+        """Numbers that it has told, once it has; the first one is the process that goes on."""
+        self._test.wait_for(lambda: os.path.exists(self._told))
+        with open(self._told, encoding="ascii") as told:
+            return [int(number) for number in told.read().split()]
+
+    def is_there(self):
+        try:
+            return os.read(self._life, 1) != b""
+        except BlockingIOError:
+            return True
 
 
 class OrvaneTest(unittest.TestCase):

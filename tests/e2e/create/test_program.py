@@ -4,11 +4,12 @@ import os
 import plistlib
 import re
 import shutil
+import signal
 import subprocess
 import time
 import unittest
 
-from harness import DEADLINE, PROGRAM, OrvaneTest, file, folder, preset
+from harness import DEADLINE, PROGRAM, OrvaneTest, RunningScript, file, folder, preset
 
 CALLS_AT_START = 150
 CALLS_PER_NODE = 2.6
@@ -175,6 +176,68 @@ class Slowly(OrvaneTest):
         terminal.read_until("A: ")
         terminal.type("\x03")
         self.assertEqual(terminal.finish().status, 3)
+
+
+class StoppedUnderTrace(OrvaneTest):
+    """Signals while a script runs, and what the program does then, seen by a tracer."""
+
+    HALF_A_SECOND_AND_MORE = "900000"  # microseconds
+
+    def words_of_tracer(self, held_up=None):
+        self.trace = os.path.join(self.root, "trace")
+        delay = ("-e", f"inject={held_up}:delay_exit={self.HALF_A_SECOND_AND_MORE}:when=1") if held_up else ()
+        return ("strace", "-f", "-qq", "-o", self.trace, "-e", "trace=kill" + ("," + held_up if held_up else ""), *delay)
+
+    def prepare(self, *lines):
+        script = RunningScript(self, *lines)
+        self.write_script("x.sh", script.text)
+        self.write_presets(preset("P", "top", scriptFile="x.sh"))
+        return script
+
+    def start(self, held_up):
+        tracer = subprocess.Popen([*self.words_of_tracer(held_up), PROGRAM, "create", "0", "--no-open"], env=self.env, cwd=self.target,
+                                  stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL)
+        self.addCleanup(tracer.kill)
+        return tracer
+
+    def calls_of(self, process):
+        with open(self.trace, encoding="utf-8", errors="replace") as lines:
+            words = [line.split(maxsplit=1) for line in lines]
+        return [call for number, call in words if int(number) == process and "(" in call]
+
+    def test_a_script_that_has_just_been_started_is_stopped(self):
+        script = self.prepare("tell $$ $PPID", "exec sleep 1000")
+        tracer = self.start("clone,clone3,vfork")
+        process, program = script.told()
+        os.kill(program, signal.SIGTERM)
+        self.assertEqual(tracer.wait(DEADLINE), -signal.SIGTERM)
+        self.assertIn(f"kill({process}, SIGTERM)", "".join(self.calls_of(program)))
+        self.wait_for(lambda: not script.is_there())
+
+    def test_a_script_that_has_been_waited_for_is_no_process_to_be_stopped(self):
+        script = self.prepare("tell $$ $PPID")
+        tracer = self.start("wait4")
+        process, program = script.told()
+        self.wait_for(lambda: not os.path.exists(f"/proc/{process}"))
+        os.kill(program, signal.SIGTERM)
+        self.assertEqual(tracer.wait(DEADLINE), -signal.SIGTERM)
+        calls = "".join(self.calls_of(program))
+        self.assertIn(f"wait4({process},", calls)
+        self.assertNotIn("kill(", calls)
+
+    def test_control_c_reaches_the_script_from_the_terminal_alone(self):
+        heeded = os.path.join(self.root, "heeded")
+        # The terminal's end, which comes with the tracer's here, is another signal.
+        script = self.prepare("trap '' HUP", f"trap \"echo INT >> '{heeded}'; go=\" INT", "go=on", "tell $$ $PPID",
+                              "while test $go; do sleep 0.01; done")
+        terminal = self.on_terminal("create", "0", "--no-open", slowly=self.words_of_tracer())
+        _, program = script.told()
+        terminal.type("\x03")
+        self.wait_for(lambda: not script.is_there())
+        result = terminal.finish()
+        self.assertEqual((result.status, result.out), (-signal.SIGINT, self.in_target("top") + "\n"))
+        self.assertEqual(self.content(heeded), b"INT\n")
+        self.assertEqual(self.calls_of(program), [])
 
 
 class Killed(OrvaneTest):

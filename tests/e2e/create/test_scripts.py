@@ -6,7 +6,7 @@ import signal
 import subprocess
 import unittest
 
-from harness import DEADLINE, PROGRAM, OrvaneTest, file, preset
+from harness import DEADLINE, PROGRAM, OrvaneTest, RunningScript, file, preset
 
 
 class Scripts(OrvaneTest):
@@ -96,6 +96,72 @@ class Scripts(OrvaneTest):
             text = log.read()
         self.assertIn("ORV script 'x.sh' error: Script returned error code 3.", text)
         self.assertIn("Script stderr:\noops", text)
+
+
+class Stopped(OrvaneTest):
+    """What stops the program while the script runs stops the script."""
+
+    SIGNALS = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP)
+
+    def start(self, name, *lines, ignored=None):
+        """The program, and its script, which has told its process first and its parent's second."""
+        script = RunningScript(self, *lines)
+        self.write_script("x.sh", script.text)
+        self.write_presets(preset("P", name, scriptFile="x.sh"))
+
+        def ignore():
+            if ignored is not None:
+                signal.signal(ignored, signal.SIG_IGN)
+
+        program = subprocess.Popen([PROGRAM, "create", "0", "--no-open"], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                                   stderr=subprocess.PIPE, env=self.env, cwd=self.target, preexec_fn=ignore)
+        self.addCleanup(program.kill)
+        self.assertEqual(script.told()[1], program.pid)
+        return program, script
+
+    def assertEnded(self, program, name, status):
+        out, err = program.communicate(timeout=DEADLINE)
+        self.assertEqual((program.returncode, out.decode(), err), (status, self.in_target(name) + "\n", b""))
+
+    def test_a_signal_for_the_program_alone_ends_both(self):
+        for number in self.SIGNALS:
+            with self.subTest(number):
+                program, script = self.start(number.name, "tell $$ $PPID", "exec sleep 1000")
+                self.assertTrue(script.is_there())
+                program.send_signal(number)
+                self.assertEnded(program, number.name, -number)
+                self.wait_for(lambda script=script: not script.is_there())
+
+    def test_the_script_gets_the_signal_itself_and_may_heed_it(self):
+        heeded = os.path.join(self.root, "heeded")
+        for number in self.SIGNALS:
+            with self.subTest(number):
+                trap = f"trap \"echo {number.name} >> '{heeded}'; go=\" {number.name.removeprefix('SIG')}"
+                program, script = self.start(number.name, "go=on", trap, "tell $$ $PPID", "while test $go; do sleep 0.01; done")
+                program.send_signal(number)
+                self.assertEnded(program, number.name, -number)
+                self.wait_for(lambda script=script: not script.is_there())
+                self.assertTrue(self.content(heeded).decode().endswith(number.name + "\n"))
+        self.assertEqual(self.content(heeded).count(b"\n"), len(self.SIGNALS))
+
+    def test_a_signal_that_is_ignored_stops_neither(self):
+        finish = os.path.join(self.root, "finish")
+        for number in self.SIGNALS:
+            with self.subTest(number):
+                program, script = self.start(number.name, "tell $$ $PPID", f"while ! test -e '{finish}'; do sleep 0.01; done", ignored=number)
+                program.send_signal(number)
+                self.write_bytes(finish, b"")
+                self.assertEnded(program, number.name, 0)
+                self.assertFalse(script.is_there())
+                os.remove(finish)
+
+    def test_what_a_script_left_in_the_background_goes_on(self):
+        # The program waits for its standard error. The script itself has ended, and its number may be another process's by now.
+        program, script = self.start("top", "parent=$PPID", "{ tell $(exec sh -c 'echo $PPID') $parent $$; exec sleep 1000; } &")
+        self.wait_for(lambda: not os.path.exists(f"/proc/{script.told()[2]}"))
+        program.send_signal(signal.SIGTERM)
+        self.assertEnded(program, "top", -signal.SIGTERM)
+        self.assertTrue(script.is_there())
 
 
 class Opening(OrvaneTest):

@@ -1,0 +1,64 @@
+#include "platform/posix/PosixStopSignals.h"
+
+#include <atomic>
+#include <cstddef>
+
+#include <pthread.h>
+
+namespace orvane {
+
+namespace {
+
+/// Read by the handler; 0 when there is none.
+std::atomic<pid_t> childToStop = 0;
+static_assert(std::atomic<pid_t>::is_always_lock_free, "what a signal handler reads must need no lock");
+
+bool wasSentByAProcess(const siginfo_t &information) {
+    return information.si_code <= 0; // POSIX, 2.4.3: what the system sends has a positive one
+}
+
+/// Runs once: the action is the default one again by then, and the signal waits for the handler's end.
+void stopBoth(int signal, siginfo_t *information, void * /*context*/) {
+    const pid_t child = childToStop;
+    if (child > 0 && wasSentByAProcess(*information)) {
+        ::kill(child, signal);
+    }
+    ::raise(signal);
+}
+
+} // namespace
+
+PosixStopSignals::PosixStopSignals() {
+    sigset_t held;
+    ::sigemptyset(&held);
+    for (const int signal : Signals) {
+        ::sigaddset(&held, signal);
+    }
+    ::pthread_sigmask(SIG_BLOCK, &held, &_maskBefore);
+    struct sigaction action {};
+    action.sa_sigaction = stopBoth;
+    action.sa_flags = static_cast<int>(SA_SIGINFO | SA_RESETHAND);
+    for (std::size_t i = 0; i < Signals.size(); ++i) {
+        ::sigaction(Signals[i], nullptr, &_before[i]);
+        if (_before[i].sa_handler == SIG_DFL) {
+            ::sigaction(Signals[i], &action, nullptr);
+        }
+    }
+}
+
+void PosixStopSignals::passTo(pid_t child) {
+    childToStop = child;
+    ::pthread_sigmask(SIG_SETMASK, &_maskBefore, nullptr);
+}
+
+PosixStopSignals::~PosixStopSignals() {
+    childToStop = 0;
+    for (std::size_t i = 0; i < Signals.size(); ++i) {
+        if (_before[i].sa_handler == SIG_DFL) {
+            ::sigaction(Signals[i], &_before[i], nullptr);
+        }
+    }
+    ::pthread_sigmask(SIG_SETMASK, &_maskBefore, nullptr);
+}
+
+} // namespace orvane
