@@ -7,6 +7,7 @@
 #include "DryRunFileSystem.h"
 #include "Interruption.h"
 #include "ObservedFileSystem.h"
+#include "Options.h"
 #include "ParentFolder.h"
 #include "PresetEngine.h"
 #include "PresetStorage.h"
@@ -51,12 +52,12 @@ private:
 /// One run of the command.
 class Creation {
 public:
-    Creation(CommandContext &context, const CreateOptions &options)
-        : _context(context), _options(options), _prompt(options.assignments, options.noInput, _terminal),
+    Creation(CommandContext &context, const CommandArguments &words, const CreateOptions &options)
+        : _context(context), _words(words), _options(options), _prompt(options.assignments, options.noInput, _terminal),
           _observed(
               context.fileSystem, [this] { _beginProgress(); }, &Interruption::wasRequested),
           _planned(context.fileSystem), _readOnly(context.preferences), _processes(context.engine->processes),
-          _workspace([this] { return !_options.noOpen && !_options.dryRun && !_observed.wasStopped(); }) {
+          _workspace([this] { return !_options.noOpen && !_options.dryRun && !_observed.wasStopped(); }), _answersInJSON(options.json) {
         _alerts.setGate([this] { return _mayShowAlert(); });
     }
 
@@ -74,6 +75,7 @@ private:
         std::string problem;
         const std::string parent = parentFolder(_options.in, problem);
         if (!problem.empty()) {
+            _answersInJSON = _answersInJSON || asksForJSON(_words); // a "--in" whose value is missing has taken "--json" for it
             return _refuseUsage(_options.in ? withReason("--in", problem) : problem);
         }
         const std::unique_ptr<ORVPresetManager> manager = _makeManager();
@@ -155,7 +157,7 @@ private:
         _report.created = true;
         _report.path = _observed.topPath();
         _report.nodes = _nodes.nodes();
-        if (!_options.json) { // before the script, which may take long and be interrupted
+        if (!_answersInJSON) { // before the script, which may take long and be interrupted
             const std::string &path = *_report.path;
             _written = writeStandardOutput((isTerminal(STDOUT_FILENO) ? printable(path) : path) + "\n");
         }
@@ -257,7 +259,7 @@ private:
         if (!_report.error && !_alerts.shown().empty()) {
             _report.error = _alerts.shown().front();
         }
-        if (_options.json) {
+        if (_answersInJSON) {
             _written = writeStandardOutput(jsonOfReport(_report));
         } else if (_report.tree) {
             _written = writeStandardOutput(textOfDryRun(_report, styleOfDescriptor(STDOUT_FILENO)));
@@ -266,6 +268,7 @@ private:
     }
 
     CommandContext &_context;
+    const CommandArguments &_words;
     const CreateOptions &_options;
     StandardTerminal _terminal;
     CommandLinePrompt _prompt;
@@ -284,6 +287,7 @@ private:
     ExitStatus _written = ExitStatus::Success; ///< of what goes to standard output
     bool _tellsOfDryRun = false;               ///< the first failure that a dry run would meet
     bool _interruptionIsOpen = false;          ///< one arrived and changed nothing; the signal is still to be raised
+    bool _answersInJSON;
 };
 
 /// The answer to words that mean nothing, in the form that they ask for.
@@ -330,7 +334,7 @@ ExitStatus runCreateCommand(CommandContext &context, const CommandArguments &arg
     if (!problem.empty()) {
         return refuseWords(options, problem);
     }
-    return Creation(context, options).run();
+    return Creation(context, arguments, options).run();
 }
 
 } // namespace orvane

@@ -82,15 +82,21 @@ class Words(OrvaneTest):
                                (("0", "--json=1", "--json"), "option '--json' takes no value"),
                                (("0", "--set", "--json"), "option '--set' needs NAME=VALUE, not '--json'"),
                                (("0", "--json", "--in"), "option '--in' needs a value"),
+                               (("0", "--in", "--json"), "--in: '--json' cannot be used: No such file or directory"),
+                               (("0", "--in", "--js", "--no-input"), "--in: '--js' cannot be used: No such file or directory"),
+                               (("0", "--in", "none", "--json"), "--in: 'none' cannot be used: No such file or directory"),
                                (("0", "--set", "x", "--json"), "option '--set' needs NAME=VALUE, not 'x'")):
             result = self.create(*words)
             self.assertEqual((result.status, result.json["error"]), (2, {"title": "Usage", "message": problem}))
             self.assertEqual((result.json["created"], result.json["path"], result.json["nodes"]), (False, None, 0))
             self.assertTrue(result.err.startswith(f"orvane: create: {problem}\n"), result.err)
-        for words in (("0", "--nonsense", "--", "--json"), ("0", "--nonsense")):
+        for words in (("0", "--nonsense", "--", "--json"), ("0", "--nonsense"), ("0", "--in=--json"), ("0", "--in", "--json.d")):
             result = self.create(*words)
             self.assertEqual((result.status, result.out), (2, ""))
         self.assertNothingMade()
+        os.mkdir(self.in_target("--json"))  # and so it is the name of a folder
+        self.assertMade(self.create("0", "--in", "--json"), os.path.join("--json", "made"))
+        self.assertEqual(self.create("99", "--in", "--json").out, "")
 
     def test_control_characters_of_words_are_made_visible_on_a_terminal(self):
         self.write_presets(preset("P", "made"))
