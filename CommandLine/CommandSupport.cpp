@@ -130,7 +130,18 @@ bool writeWhole(int descriptor, std::string_view text) {
 }
 
 ExitStatus writeStandardOutput(std::string_view text) {
-    return writeWhole(STDOUT_FILENO, text) ? ExitStatus::Success : failure(localized("Standard output"), textOfError(errno));
+    int error = 0;
+    return writeStandardOutput(text, error) ? ExitStatus::Success : reportStandardOutput(error);
+}
+
+bool writeStandardOutput(std::string_view text, int &error) {
+    const bool isWritten = writeWhole(STDOUT_FILENO, text);
+    error = isWritten ? 0 : errno;
+    return isWritten;
+}
+
+ExitStatus reportStandardOutput(int error) {
+    return failure(localized("Standard output"), textOfError(error));
 }
 
 void writeStandardError(std::string_view text) {

@@ -16,6 +16,10 @@ namespace orvane {
 bool writeWhole(int descriptor, std::string_view text);
 /// Writes text to standard output; a failure is reported. Returns `Success` or `NotMade`.
 ExitStatus writeStandardOutput(std::string_view text);
+/// The same, but a failure is left to be reported later: false then, with its `errno` in `error`.
+bool writeStandardOutput(std::string_view text, int &error);
+/// Reports a failure of standard output. Returns `NotMade`.
+ExitStatus reportStandardOutput(int error);
 /// Writes one or more whole lines to standard error, which every message passes. On a terminal, control characters but line feeds and
 /// tabs are made visible.
 void writeStandardError(std::string_view text);

@@ -157,12 +157,16 @@ private:
         _report.created = true;
         _report.path = _observed.topPath();
         _report.nodes = _nodes.nodes();
+        int errorOfOutput = 0;
         if (!_answersInJSON) { // before the script, which may take long and be interrupted
             const std::string &path = *_report.path;
-            _written = writeStandardOutput((isTerminal(STDOUT_FILENO) ? printable(path) : path) + "\n");
+            writeStandardOutput((isTerminal(STDOUT_FILENO) ? printable(path) : path) + "\n", errorOfOutput);
         }
         if (!_interruptionIsOpen) { // else it is too late to take anything back, but not to keep the script from starting
             _runScript();
+        }
+        if (errorOfOutput != 0) { // the least of what there is to tell
+            _written = reportStandardOutput(errorOfOutput);
         }
     }
 

@@ -75,6 +75,22 @@ class Scripts(OrvaneTest):
                 os.remove(self.in_target("top", "a"))
                 os.rmdir(self.in_target("top"))
 
+    def test_that_nobody_reads_the_path_is_told_after_what_became_of_the_script(self):
+        self.write_script("x.sh", "#!/bin/sh\nexit 3\n")
+        self.write_presets(preset("P", "top", scriptFile="x.sh"))
+        reader, writer = os.pipe()
+        os.close(reader)
+        with os.fdopen(writer, "wb") as pipe, open("/dev/full", "wb") as full:
+            for output, status, why in ((pipe, -signal.SIGPIPE, "Broken pipe"), (full, 4, "No space left on device")):
+                done = subprocess.run([PROGRAM, "create", "0", "--no-input", "--no-open", "--set", "Too=many"], env=self.env,
+                                      cwd=self.target, stdin=subprocess.DEVNULL, stdout=output, stderr=subprocess.PIPE, timeout=DEADLINE,
+                                      check=False)
+                warning, script, written = done.stderr.decode().splitlines()
+                self.assertEqual((done.returncode, written), (status, f"orvane: Standard output: {why}"))
+                self.assertTrue(warning.startswith("orvane: warning: "), warning)
+                self.assertTrue(script.startswith("orvane: Script reported errors: "), script)
+                os.rmdir(self.in_target("top"))
+
     def test_each_way_to_fail(self):
         nothing = f"#!/bin/sh\n: > {self.root}/ran\n"
         for text, mode, status, title in ((nothing, 0o644, None, "Script file not executable"),
