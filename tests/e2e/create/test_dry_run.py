@@ -68,6 +68,22 @@ class DryRun(OrvaneTest):
             self.assertEqual((real.status, real.json["error"], real.err), (1, dry.json["error"], dry.err))
             shutil.rmtree(self.in_target("to_p"))  # a cleaned name's folder stays after a failure
 
+    def test_a_name_that_comes_out_empty_is_told_as_by_a_creation(self):
+        # There is no reason for it, deliberately: none is noted for such a name, and the last one counts.
+        blank = "Top level folder name is blank"
+        failed = "ORV wasn't able to create the preset"
+        for name, children, title in (("", (), blank), ("{B}", (), blank), ("{A}{B}", (), blank), ("{B}{A}", (), failed),
+                                      ("top", (file(""),), failed), ("top", (file("x"), folder("{B}", file("y"))), failed),
+                                      ("top", (folder("f", file("{B}", contentFilename="none")), file("..")), failed)):
+            self.write_presets(preset("P", name, *children))
+            words = ("0", "--no-input", "--json", "--set", "A={B}", "--set", "B=")
+            dry = self.dry(*words)
+            self.assertEqual((dry.status, dry.json["error"]["title"]), (1, title))
+            self.assertEqual(dry.json["error"]["message"].endswith(" failed: (null)"), title == failed, dry.err)
+            real = self.create(*words)
+            self.assertEqual((real.status, real.json["error"], real.err), (1, dry.json["error"], dry.err))
+            self.assertNothingMade()
+
     def test_a_forbidden_parent_is_a_failure_too(self):
         self.write_presets(preset("P", "top"))
         os.chmod(self.target, 0o555)
