@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Options.h"
+#include "StandardStreams.h"
 
 #include "ports/Clock.h"
 #include "ports/CreationJournal.h"
@@ -96,7 +97,5 @@ ExitStatus alert(std::string_view title, std::string_view message);
 /// The array under `ORVPresets` (an empty one when absent). Nothing, after a message on standard error, when the
 /// preferences file exists and cannot be read.
 [[nodiscard]] std::optional<PropertyList> readPresets(CommandContext &context);
-/// Text made safe for one line of a terminal: control characters and bytes that are no UTF-8 as \xNN.
-[[nodiscard]] std::string printable(std::string_view text);
 
 } // namespace orvane

@@ -1,6 +1,5 @@
 #include "CommandSupport.h"
 
-#include "Terminal.h"
 #include "Translation.h"
 
 #include "platform/posix/FileDescriptor.h"
@@ -8,7 +7,6 @@
 #include "presets/ORVFileHelpers.h"
 #include "presets/ORVPresetManager.h"
 #include "presets/ORVPropertyListReading.h"
-#include "presets/ORVUTF16.h"
 
 #include <cerrno>
 #include <charconv>
@@ -81,53 +79,7 @@ std::string problemOfFile(const std::string &path) {
     return localized(list->root().isDictionary() ? Passed : forTranslation("it holds something else than a dictionary"));
 }
 
-char hexDigit(unsigned value) {
-    return "0123456789abcdef"[value & 0xFU];
-}
-
-/// Whether the bytes of one character may not go to a terminal: control characters (C0, DEL, C1) and what is no UTF-8.
-bool isUnprintable(std::string_view character) {
-    const auto lead = static_cast<unsigned char>(character[0]);
-    if (character.size() == 1) {
-        return lead < 0x20 || lead >= 0x7F;
-    }
-    const auto second = static_cast<unsigned char>(character[1]);
-    const bool isC1 = character.size() == 2 && lead == 0xC2 && second < 0xA0;
-    const bool isSurrogate = character.size() == 3 && lead == 0xED && second >= 0xA0;
-    return isC1 || isSurrogate;
-}
-
-/// `text` with everything unprintable written as \xNN, but for the characters in `kept`.
-std::string printableBut(std::string_view text, std::string_view kept) {
-    std::string result;
-    result.reserve(text.size());
-    for (std::size_t at = 0; at < text.size();) {
-        const std::string_view character = text.substr(at, ORVCharacterLength(text, at));
-        at += character.size();
-        if (!isUnprintable(character) || kept.find(character) != std::string_view::npos) {
-            result += character;
-            continue;
-        }
-        for (const char byte : character) {
-            const auto value = static_cast<unsigned char>(byte);
-            result += {'\\', 'x', hexDigit(value >> 4U), hexDigit(value)};
-        }
-    }
-    return result;
-}
-
 } // namespace
-
-bool writeWhole(int descriptor, std::string_view text) {
-    while (!text.empty()) {
-        const ssize_t written = ::write(descriptor, text.data(), text.size());
-        if (written < 0 && errno != EINTR) {
-            return false;
-        }
-        text.remove_prefix(written < 0 ? 0 : static_cast<std::size_t>(written));
-    }
-    return true;
-}
 
 ExitStatus writeStandardOutput(std::string_view text) {
     int error = 0;
@@ -142,11 +94,6 @@ bool writeStandardOutput(std::string_view text, int &error) {
 
 ExitStatus reportStandardOutput(int error) {
     return failure(localized("Standard output"), textOfError(error));
-}
-
-void writeStandardError(std::string_view text) {
-    // A name in a message may hold what would move a terminal's cursor or more; other readers get it as it is.
-    writeWhole(STDERR_FILENO, isTerminal(STDERR_FILENO) ? printableBut(text, "\n\t") : std::string(text));
 }
 
 ExitStatus usageError(std::string_view command, std::string_view text) {
@@ -258,10 +205,6 @@ bool warnOfPresetsThatAreNoArray(CommandContext &context) {
     const char *const text = localized("ORVPresets in the preferences is no array.");
     writeStandardError("orvane: " + localized("warning: %1", {text}) + "\n");
     return true;
-}
-
-std::string printable(std::string_view text) {
-    return printableBut(text, "");
 }
 
 } // namespace orvane

@@ -1,28 +1,23 @@
 #pragma once
 
 #include "Command.h"
+#include "StandardStreams.h"
 #include "Translation.h"
 
 #include <optional>
 #include <string>
 #include <string_view>
 
-// What the commands share besides `Command.h`: the standard streams without buffers of their own, and the choice of a
-// preset by word.
+// What the commands share besides `Command.h`: standard output, and the choice of a preset by word.
 
 namespace orvane {
 
-/// Writes the whole text to the descriptor, however often it takes. False, with `errno` set, when that fails.
-bool writeWhole(int descriptor, std::string_view text);
 /// Writes text to standard output; a failure is reported. Returns `Success` or `NotMade`.
 ExitStatus writeStandardOutput(std::string_view text);
 /// The same, but a failure is left to be reported later: false then, with its `errno` in `error`.
 bool writeStandardOutput(std::string_view text, int &error);
 /// Reports a failure of standard output. Returns `NotMade`.
 ExitStatus reportStandardOutput(int error);
-/// Writes one or more whole lines to standard error, which every message passes. On a terminal, control characters but line feeds and
-/// tabs are made visible.
-void writeStandardError(std::string_view text);
 
 /// What a word that is meant to name a preset stands for.
 struct PresetChoice {

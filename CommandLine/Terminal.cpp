@@ -1,6 +1,5 @@
 #include "Terminal.h"
 
-#include "CommandSupport.h"
 #include "Interruption.h"
 
 #include <array>
@@ -31,20 +30,6 @@ std::string printableLines(std::string_view text) {
 }
 
 } // namespace
-
-bool isTerminal(int descriptor) {
-    constexpr std::size_t StandardStreams = 3;
-    enum class Known : char { Not, Yes, No };
-    static std::array<Known, StandardStreams> known{};
-    const auto stream = static_cast<std::size_t>(descriptor);
-    if (stream >= StandardStreams) {
-        return ::isatty(descriptor) != 0;
-    }
-    if (known[stream] == Known::Not) {
-        known[stream] = ::isatty(descriptor) != 0 ? Known::Yes : Known::No;
-    }
-    return known[stream] == Known::Yes;
-}
 
 bool environmentHasUTF8() {
     std::string_view locale = variable("LC_ALL");

@@ -1,13 +1,12 @@
 #pragma once
 
+#include "StandardStreams.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
 
 namespace orvane {
-
-/// Whether the descriptor is a terminal; asked once for each of the standard streams.
-[[nodiscard]] bool isTerminal(int descriptor);
 
 /// What text on a stream may use.
 struct TextStyle {

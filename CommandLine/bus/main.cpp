@@ -1,10 +1,10 @@
+#include "StandardStreams.h"
 #include "Translation.h"
 
 #include "platform/dbus/SdBusHelperMenu.h"
 #include "platform/dbus/SdBusNotifications.h"
 
 #include <array>
-#include <cstdio>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -42,7 +42,7 @@ int showMenu(const std::optional<std::string> &folder) {
         return Done;
     }
     const std::string said = orvane::withReason(localized("Menu not shown"), localized(why.c_str()));
-    std::fprintf(stderr, "orvane: %s\n", said.c_str());
+    orvane::writeStandardError("orvane: " + said + "\n");
     return NotDone;
 }
 
@@ -57,6 +57,6 @@ int main(int count, char **words) {
     if (verb == "menu" && count <= 3) {
         return showMenu(count == 3 ? std::optional<std::string>(words[2]) : std::nullopt);
     }
-    std::fputs("usage: orvane-bus notify NAME | orvane-bus menu [FOLDER]\n", stderr);
+    orvane::writeStandardError("usage: orvane-bus notify NAME | orvane-bus menu [FOLDER]\n");
     return WrongUsage;
 }

@@ -1,11 +1,42 @@
 """The helper for other programs: actions and services on the bus, start by the bus, second starts, `orvane menu`."""
 
 import os
+import pty
+import threading
+
+import gi
+
+gi.require_version("Gio", "2.0")
+from gi.repository import Gio, GLib  # noqa: E402 (after the version)
 
 from desktop import *
 from neighbours import BUS, DesktopWithOwnBus, call, labels, names
 
 PROMPT, PANEL = "New Folder from Preset", "Orvane: Choose Parent Folder"
+
+
+class RefusingHelper:
+    """Has the helper's name on the bus and refuses everything in these words."""
+
+    XML = """<node><interface name="org.freedesktop.Application"><method name="ActivateAction"><arg type="s" direction="in"/>
+    <arg type="av" direction="in"/><arg type="a{sv}" direction="in"/></method></interface></node>"""
+
+    def __init__(self, words):
+        self._words = words
+        flags = Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION
+        self._connection = Gio.DBusConnection.new_for_address_sync(os.environ["DBUS_SESSION_BUS_ADDRESS"], flags, None, None)
+        [interface] = Gio.DBusNodeInfo.new_for_xml(self.XML).interfaces
+        self._connection.register_object("/" + NAME.replace(".", "/"), interface, self._refuse, None, None)
+        self._connection.call_sync(*BUS, "RequestName", GLib.Variant("(su)", (NAME, 4)), None, 0, 5000, None)
+        self._loop = GLib.MainLoop()
+        threading.Thread(target=self._loop.run, daemon=True).start()
+
+    def _refuse(self, _connection, _sender, _path, _interface, _method, _parameters, invocation):
+        invocation.return_dbus_error("org.orvane.Refused", self._words)
+
+    def stop(self):
+        self._connection.close_sync(None)
+        self._loop.quit()
 
 
 class Services(DesktopWithOwnBus):
@@ -79,6 +110,21 @@ class Services(DesktopWithOwnBus):
         result = self.run_program(os.environ["ORVANE_TEST_ORVANE"], "menu", DBUS_SESSION_BUS_ADDRESS=f"unix:path={self.home}/none")
         self.assertEqual(result.returncode, 1)
         self.assertIn("session bus", result.stderr)
+
+    def test_control_characters_in_what_the_bus_says_stay_away_from_terminals(self):
+        words = "no \x1b[31m\u009bmenu\r\x7f é"
+        helper = RefusingHelper(words)
+        self.addCleanup(helper.stop)
+        result = subprocess.run([os.environ["ORVANE_TEST_ORVANE"], "menu"], env=self.environment(), capture_output=True, timeout=LIMIT)
+        self.assertEqual((result.returncode, result.stdout), (1, b""))
+        self.assertEqual(result.stderr.decode(), f"orvane: Menu not shown: {words}\n")  # as it came, where it is no terminal
+        shown, terminal = pty.openpty()
+        self.addCleanup(os.close, shown)
+        result = subprocess.run([os.environ["ORVANE_TEST_ORVANE"], "menu"], env=self.environment(), stdin=subprocess.DEVNULL, stdout=terminal,
+                                stderr=terminal, timeout=LIMIT)
+        os.close(terminal)
+        self.assertEqual(result.returncode, 1)
+        self.assertEqual(os.read(shown, 4096).decode(), "orvane: Menu not shown: no \\x1b[31m\\xc2\\x9bmenu\\x0d\\x7f é\r\n")
 
     def test_a_folder_with_an_odd_name_is_the_one_that_is_used(self):
         odd = self.projects / "with space & 100% #näïve 日本 'quote'"
