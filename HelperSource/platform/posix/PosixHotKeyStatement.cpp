@@ -15,6 +15,7 @@ namespace orvane {
 namespace {
 
 constexpr std::size_t LongestStatement = 8000; // bytes; what is said has a tenth of it
+constexpr int MostAttempts = 100;              // each lost to another statement: nobody says that many
 
 std::string pathIn(const std::string &directory) {
     return directory + "/hot-key";
@@ -23,6 +24,26 @@ std::string pathIn(const std::string &directory) {
 /// Its helper holds the lock of the file that it wrote: a number in it could be another process's by now.
 bool isLocked(int file) {
     return uninterrupted([&] { return ::flock(file, LOCK_SH | LOCK_NB); }) != 0 && errno == EWOULDBLOCK;
+}
+
+/// Whether the path leads to the open file still: one that is replaced is let go of after that.
+bool standsAt(const std::string &path, int file) {
+    struct stat there {};
+    struct stat held {};
+    return ::stat(path.c_str(), &there) == 0 && ::fstat(file, &held) == 0 && there.st_dev == held.st_dev && there.st_ino == held.st_ino;
+}
+
+/// What is said, behind the number.
+std::optional<std::string> textIn(std::string_view content) {
+    const std::size_t end = content.find('\n');
+    if (end == std::string_view::npos) {
+        return std::nullopt;
+    }
+    content.remove_prefix(end + 1);
+    while (content.ends_with('\n')) {
+        content.remove_suffix(1);
+    }
+    return content.empty() ? std::nullopt : std::optional<std::string>(content);
 }
 
 bool writeWhole(int descriptor, std::string_view text) {
@@ -68,22 +89,23 @@ void PosixHotKeyStatement::say(std::string_view text) {
 }
 
 std::optional<std::string> PosixHotKeyStatement::ofDirectory(const std::string &directory) {
-    const FileDescriptor file(uninterrupted([&] { return ::open(pathIn(directory).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); }));
-    if (!file) {
-        return std::nullopt;
+    const std::string path = pathIn(directory);
+    for (int attempt = 0; attempt < MostAttempts; ++attempt) {
+        const FileDescriptor file(uninterrupted([&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); }));
+        if (!file) {
+            return std::nullopt;
+        }
+        std::array<char, LongestStatement> content{};
+        const ssize_t size = uninterrupted([&] { return ::read(file.get(), content.data(), content.size()); });
+        if (isLocked(file.get())) {
+            return textIn(std::string_view(content.data(), size > 0 ? static_cast<std::size_t>(size) : 0));
+        }
+        if (standsAt(path, file.get())) {
+            return std::nullopt;
+        }
+        // The helper has said something else meanwhile, and let this file go.
     }
-    std::array<char, LongestStatement> content{};
-    const ssize_t size = uninterrupted([&] { return ::read(file.get(), content.data(), content.size()); });
-    std::string_view text(content.data(), size > 0 ? static_cast<std::size_t>(size) : 0);
-    const std::size_t end = text.find('\n');
-    if (end == std::string_view::npos || !isLocked(file.get())) {
-        return std::nullopt;
-    }
-    text.remove_prefix(end + 1);
-    while (text.ends_with('\n')) {
-        text.remove_suffix(1);
-    }
-    return text.empty() ? std::nullopt : std::optional<std::string>(text);
+    return std::nullopt;
 }
 
 } // namespace orvane

@@ -22,7 +22,8 @@ public:
     /// Replaces the statement; readers see the one before or the whole of this one. An empty text takes it back. What fails is left
     /// out silently: the log has the statement too.
     void say(std::string_view text);
-    /// The statement of a helper that is running; nothing when there is none.
+    /// The statement of a helper that is running, the one before or the one after where it is just being replaced; nothing when there is
+    /// none.
     [[nodiscard]] static std::optional<std::string> ofDirectory(const std::string &directory);
 
 private:

@@ -8,11 +8,14 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <fcntl.h>
@@ -65,6 +68,32 @@ TEST_F(HotKeyStatement, AnEmptyOneTakesItBack) {
     statement.say({});
     statement.say("Again.");
     EXPECT_EQ(read(), "Again.");
+}
+
+TEST_F(HotKeyStatement, IsThereAlsoAtTheMomentInWhichAnotherTakesItsPlace) {
+    PosixHotKeyStatement statement(folder);
+    statement.say("The key works.");
+    std::atomic<bool> isOver = false;
+    std::thread reader([&] {
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+        for (int round = 0; round < 20'000; ++round) {
+            const auto found = read();
+            if (std::chrono::steady_clock::now() >= deadline) {
+                ADD_FAILURE() << "no more than " << round << " rounds in time";
+                break;
+            }
+            if (found != "The key works." && found != "The key does not work.") {
+                ADD_FAILURE() << "in round " << round << ": " << found.value_or("(none)");
+                break;
+            }
+        }
+        isOver = true;
+    });
+    while (!isOver) {
+        statement.say("The key does not work.");
+        statement.say("The key works.");
+    }
+    reader.join();
 }
 
 TEST_F(HotKeyStatement, OfAHelperThatIsGoneDoesNotCount) {
