@@ -45,8 +45,8 @@ public:
     /// Copies the nodes that the mime data holds to before the child at `row`; a negative row means behind all. `move`: our own items
     /// are moved. Returns the items that are new or moved.
     std::vector<ItemID> insertMimeData(const QMimeData &data, ItemID parent, int row, bool move);
-    /// Copies files to there, contents into the support folder; those that cannot be read are told of and left out. Nothing happens
-    /// when the parent is gone. Returns the new items.
+    /// Copies files to there, contents into the support folder; those that cannot be read are told of and left out. When the parent is
+    /// gone that is told instead, and nothing else happens. Returns the new items.
     std::vector<ItemID> insertFiles(const std::vector<FileToInsert> &files, ItemID parent, int row);
     /// Whether what `canInsertMimeData` accepts are files of a file manager rather than nodes.
     [[nodiscard]] static bool holdsFiles(const QMimeData &data, PropertyListTextForm &form);

@@ -201,6 +201,9 @@ std::optional<PropertyList> PresetTreeModel::_nodeOfFile(const std::string &path
 
 std::vector<ItemID> PresetTreeModel::insertFiles(const std::vector<FileToInsert> &files, ItemID parent, int row) {
     if (!_document.contains(parent) || !_document.canInsert(parent)) {
+        if (!files.empty()) {
+            _context.showMessage(translated("Nothing was added: the folder for it is no longer there."), true);
+        }
         return {};
     }
     std::vector<PropertyList> nodes;

@@ -625,6 +625,11 @@
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetTreeModel_drops.cpp"/>
+        <source>Nothing was added: the folder for it is no longer there.</source>
+        <translation>Nichts wurde hinzugefügt: Den Ordner dafür gibt es nicht mehr.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/PresetTreeModel_drops.cpp"/>
         <source>Add Files</source>
         <translation>Dateien hinzufügen</translation>
     </message>

@@ -625,6 +625,11 @@
     </message>
     <message>
         <location filename="../../PreferencePane/window/PresetTreeModel_drops.cpp"/>
+        <source>Nothing was added: the folder for it is no longer there.</source>
+        <translation>Rien n’a été ajouté : le dossier prévu n’existe plus.</translation>
+    </message>
+    <message>
+        <location filename="../../PreferencePane/window/PresetTreeModel_drops.cpp"/>
         <source>Add Files</source>
         <translation>Ajouter des fichiers</translation>
     </message>

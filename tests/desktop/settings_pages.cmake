@@ -5,6 +5,7 @@ target_link_libraries(settings_pages_support INTERFACE settings_window qt_test_s
 orvane_add_desktop_test(NAME desktop_settings_pages
   SOURCES
     desktop/settings_pages/CountersPageTest.cpp
+    desktop/settings_pages/DroppedFilesTest.cpp
     desktop/settings_pages/FolderContentsTest.cpp
     desktop/settings_pages/GeneralPageTest.cpp
     desktop/settings_pages/HotKeyFieldTest.cpp
