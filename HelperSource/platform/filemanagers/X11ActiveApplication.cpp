@@ -4,6 +4,7 @@
 #include "platform/posix/FileDescriptor.h"
 
 #include <chrono>
+#include <utility>
 
 #include <poll.h>
 
@@ -16,7 +17,7 @@ constexpr std::chrono::milliseconds LongestWait(100);
 
 } // namespace
 
-X11ActiveApplication::X11ActiveApplication() {
+X11ActiveApplication::X11ActiveApplication(std::function<void()> beginsToWait) : _beginsToWait(std::move(beginsToWait)) {
     if (!_windows.isUsable()) {
         return;
     }
@@ -56,6 +57,9 @@ void X11ActiveApplication::_waitForSome() {
     while (_windows.isUsable() && _windows.activeWindow() == XCB_WINDOW_NONE && !deadline.passed()) {
         if (_windows.takeEvents()) {
             continue;
+        }
+        if (_beginsToWait) {
+            _beginsToWait();
         }
         struct pollfd descriptor = {_windows.descriptor(), POLLIN, 0};
         (void)uninterrupted([&] { return ::poll(&descriptor, 1, deadline.remaining()); });

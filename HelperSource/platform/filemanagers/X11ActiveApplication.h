@@ -3,6 +3,7 @@
 #include "platform/filemanagers/ActiveApplication.h"
 #include "platform/filemanagers/X11Windows.h"
 
+#include <functional>
 #include <memory>
 
 #include <QSocketNotifier>
@@ -13,7 +14,8 @@ namespace orvane {
 /// events from Qt nor changes which ones Qt gets, and follows the changes of the active window through Qt's event loop.
 class X11ActiveApplication final : public ActiveApplication {
 public:
-    X11ActiveApplication();
+    /// `beginsToWait` is called by `window` before each wait for the window manager, for tests to give the focus back then.
+    explicit X11ActiveApplication(std::function<void()> beginsToWait = {});
     /// False where there is no X server.
     [[nodiscard]] bool isUsable() const { return _windows.isUsable(); }
     /// Where no window is active, waits a tenth of a second for one: some desktops take the focus away while the panel's menu is
@@ -26,6 +28,7 @@ private:
     [[nodiscard]] xcb_window_t _current();
     void _waitForSome();
 
+    const std::function<void()> _beginsToWait;
     X11Windows _windows;
     xcb_window_t _last = 0; ///< the last active window that was an application's and not our own
     std::unique_ptr<QSocketNotifier> _notifier;

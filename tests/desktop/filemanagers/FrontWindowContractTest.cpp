@@ -9,9 +9,9 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <future>
 #include <memory>
 #include <string>
-#include <thread>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -30,15 +30,21 @@ public:
 
 class ScriptedFileManager final : public FileManager {
 public:
+    /// Lets the questions about a window named "hung" come to an end; without that they take 20 s.
+    void comesBack() { _back.set_value(); }
     [[nodiscard]] const char *name() const override { return "Scripted"; }
     [[nodiscard]] bool hasClass(const std::string &className) const override { return className == "files"; }
     [[nodiscard]] std::optional<std::string> folder(const ApplicationWindow &window, const Surroundings &,
                                                     const Deadline &) const override {
         if (window.title == "hung") {
-            std::this_thread::sleep_for(std::chrono::milliseconds(600));
+            _isBack.wait_for(std::chrono::seconds(20));
         }
         return isFolder(window.title) ? std::optional(window.title) : std::nullopt;
     }
+
+private:
+    std::promise<void> _back;
+    std::shared_future<void> _isBack = _back.get_future().share();
 };
 
 /// A front window and a way to say what the user works in.
@@ -87,9 +93,10 @@ public:
 
     ScriptedActiveApplication active;
     FakeSystemLog log;
+    std::shared_ptr<ScriptedFileManager> fileManager = std::make_shared<ScriptedFileManager>();
 
 private:
-    DesktopFrontWindow _front{active, log, {std::make_shared<ScriptedFileManager>()}, {"/", "/no-such-folder", ""}};
+    DesktopFrontWindow _front{active, log, {fileManager}, {"/", "/no-such-folder", ""}};
 };
 
 /// The decorator with nothing handed over.
@@ -147,6 +154,7 @@ TEST(DesktopFrontWindow, AnAnswerThatDoesNotComeCostsTheLimitAndIsLogged) {
     const auto taken = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start);
     EXPECT_GE(taken.count(), 250);
     EXPECT_LT(taken.count(), 550);
+    world.fileManager->comesBack();
     ASSERT_EQ(world.log.entries().size(), 1U);
     EXPECT_EQ(world.log.entries()[0], "The folder of Scripted's front window is not known (no answer in time).");
 }

@@ -12,7 +12,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <unistd.h>
@@ -178,14 +177,16 @@ TEST_F(X11Active, AWindowThatWasMinimisedSinceIsNotTheOneBefore) {
 
 TEST_F(X11Active, FocusThatComesBackSoonIsWaitedFor) {
     const xcb_window_t files = window("Thunar", "files");
-    becomesActive(files);
-    becomesActive(XCB_WINDOW_NONE);
-    std::thread later([&] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(30));
+    int waits = 0;
+    _active = std::make_unique<X11ActiveApplication>([&] {
+        ++waits;
         setActive({files});
     });
+    becomesActive(files);
+    becomesActive(XCB_WINDOW_NONE);
+    EXPECT_EQ(waits, 0);
     EXPECT_EQ(title(), "files");
-    later.join();
+    EXPECT_EQ(waits, 1);
 }
 
 TEST_F(X11Active, ADesktopAndAnotherMachineAreRecognised) {
