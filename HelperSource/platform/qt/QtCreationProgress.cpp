@@ -154,6 +154,7 @@ void QtCreationProgress::_showUntilEnd(std::unique_lock<std::mutex> &lock) {
         lock.lock();
         while (_creation == shown) {
             window.tell(_nodes.load(std::memory_order_relaxed));
+            ++_tellings;
             _changed.wait_for(lock, TimeBetweenNumbers, [&] { return _creation != shown; });
         }
         lock.unlock();

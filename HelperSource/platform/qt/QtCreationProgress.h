@@ -36,6 +36,8 @@ public:
     void startedOver() override { _nodes = 0; }
     /// So many nodes the present creation has made; 0 between creations. Any thread.
     [[nodiscard]] std::uint64_t nodes() const { return _nodes; }
+    /// So many times a window was given the number, counting those that could not be started. Any thread; for tests.
+    [[nodiscard]] std::uint64_t tellings() const { return _tellings; }
 
 private:
     void _begin();
@@ -47,6 +49,7 @@ private:
     std::unique_ptr<QObject> _context; ///< of the event that ends a creation
     std::atomic<bool> _isCreating = false;
     std::atomic<std::uint64_t> _nodes = 0;
+    std::atomic<std::uint64_t> _tellings = 0;
 
     std::mutex _mutex;
     std::condition_variable _changed;

@@ -21,8 +21,6 @@ namespace orvane {
 namespace {
 
 constexpr std::array<int, 3> Signals = {SIGTERM, SIGINT, SIGHUP};
-/// How long an end in order may take.
-constexpr std::chrono::milliseconds PatienceWithMainThread{3000};
 
 /// What the handler touches, for it may touch nothing else: the two that are woken, and the signal that came first.
 std::atomic<int> wakeDescriptor = -1;
@@ -50,7 +48,7 @@ extern "C" void orvaneNoteSignal(int signal) {
 /// too long. No signal is ever handled on that thread.
 class Watch {
 public:
-    explicit Watch(QtTermination::Progress progress) : _progress(std::move(progress)) {
+    Watch(QtTermination::Progress progress, std::chrono::milliseconds patience) : _progress(std::move(progress)), _patience(patience) {
         watchDescriptor = _signalled;
         sigset_t all{};
         sigset_t before{};
@@ -81,7 +79,7 @@ private:
         std::uint64_t seen = 0;
         do {
             seen = _progress ? _progress() : 0;
-            if (either[1].revents != 0 || _isOverWithin(PatienceWithMainThread)) {
+            if (either[1].revents != 0 || _isOverWithin(_patience)) {
                 return;
             }
         } while (_progress && _progress() != seen);
@@ -94,6 +92,7 @@ private:
     }
 
     const QtTermination::Progress _progress;
+    const std::chrono::milliseconds _patience;
     const int _signalled = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
     const int _over = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
     std::thread _thread;
@@ -103,7 +102,7 @@ private:
 
 /// The members in the order of their making; they go in the opposite one.
 struct QtTermination::Parts {
-    explicit Parts(Progress progress) : watch(std::move(progress)) {
+    Parts(Progress progress, std::chrono::milliseconds patience) : watch(std::move(progress), patience) {
         firstSignal = 0;
         for (std::size_t i = 0; i < Signals.size(); ++i) {
             struct sigaction action {};
@@ -145,8 +144,8 @@ struct QtTermination::Parts {
     QObject context;
 };
 
-QtTermination::QtTermination(QtApplication &application, Progress progress)
-    : _application(application), _parts(std::make_unique<Parts>(std::move(progress))) {
+QtTermination::QtTermination(QtApplication &application, Progress progress, std::chrono::milliseconds patience)
+    : _application(application), _parts(std::make_unique<Parts>(std::move(progress), patience)) {
     QObject::connect(&_parts->notifier, &QSocketNotifier::activated, &_parts->context, [this] { _signalled(); });
     const auto dontAsk = [](QSessionManager &session) { session.setRestartHint(QSessionManager::RestartNever); };
     QObject::connect(qGuiApp, &QGuiApplication::commitDataRequest, &_parts->context, dontAsk, Qt::DirectConnection);

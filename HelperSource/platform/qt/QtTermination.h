@@ -2,6 +2,7 @@
 
 #include "platform/qt/QtApplication.h"
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -20,7 +21,9 @@ public:
     /// anew. Asked on another thread.
     using Progress = std::function<std::uint64_t()>;
 
-    explicit QtTermination(QtApplication &application, Progress progress = {});
+    /// `patience` is how long an end in order may take.
+    explicit QtTermination(QtApplication &application, Progress progress = {},
+                           std::chrono::milliseconds patience = std::chrono::seconds(3));
     QtTermination(const QtTermination &) = delete;
     QtTermination &operator=(const QtTermination &) = delete;
     ~QtTermination();

@@ -141,9 +141,7 @@ TEST(CreationProgressWindow, ShortCreationsShowNothing) {
 
 TEST(CreationProgressWindow, ProgramThatCannotBeStartedHindersNothing) {
     QtCreationProgress progress({"/nonexistent/program"});
-    progress.advanced(1);
-    std::this_thread::sleep_for(700ms); // past the moment in which it is tried
-    progress.advanced(1);
+    EXPECT_TRUE(createUntil([&] { progress.advanced(1); }, [&] { return progress.tellings() >= 2; })); // tried, and gone on from there
     bool wasHandled = false;
     QTimer::singleShot(0, [&] { wasHandled = true; });
     EXPECT_TRUE(waitUntil([&] { return wasHandled; }));

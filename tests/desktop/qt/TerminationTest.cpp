@@ -10,11 +10,9 @@
 #include "platform/qt/QtTermination.h"
 #include "ports/AssertionHandler.h"
 
-#include <atomic>
 #include <chrono>
 #include <csignal>
 #include <functional>
-#include <thread>
 
 #include <unistd.h>
 
@@ -207,8 +205,7 @@ TEST(TerminationSignals, SecondOneEndsAProgramThatHangs) {
 }
 
 /// Says "hangs" and then keeps the main thread in something that handles no events.
-int hang(QtApplication &application, const QtTermination::Progress &progress, const std::function<void()> &step) {
-    const QtTermination termination(application, progress);
+int hang(QtApplication &application, const std::function<void()> &step) {
     QTimer::singleShot(0, [&] {
         say("hangs");
         for (;;) {
@@ -218,7 +215,10 @@ int hang(QtApplication &application, const QtTermination::Progress &progress, co
     return application.run();
 }
 
-const Program HangingProgram("hanging", [](QtApplication &application) { return hang(application, {}, [] {}); });
+const Program HangingProgram("hanging", [](QtApplication &application) {
+    const QtTermination termination(application);
+    return hang(application, [] {});
+});
 
 TEST(TerminationSignals, EachOfThemEndsAProgramWhoseMainThreadNeverComesBackAfterThreeSeconds) {
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
@@ -231,26 +231,31 @@ TEST(TerminationSignals, EachOfThemEndsAProgramWhoseMainThreadNeverComesBackAfte
     }
 }
 
+constexpr std::chrono::milliseconds ShortPatience(50);
+
 const Program WorkingProgram("working", [](QtApplication &application) {
-    std::atomic<std::uint64_t> nodes = 0;
-    std::thread([&] { // a main thread that works for longer than is waited for, and then not any more
-        for (int tenths = 0; tenths < 45; ++tenths) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(100));
-            ++nodes;
+    // A main thread that works for longer than is waited for, twice over, and then not any more: it is looked at before and after each
+    // time of patience.
+    constexpr std::uint64_t Last = 5;
+    std::uint64_t nodes = 0;
+    const auto progress = [&] {
+        if (nodes < Last && ++nodes == Last) {
+            say("worked");
         }
-        say("worked");
-    })
-        .detach();
-    return hang(
-        application, [&] { return nodes.load(); }, [] { ::usleep(1000); });
+        return nodes;
+    };
+    const QtTermination termination(application, progress, ShortPatience);
+    return hang(application, [] { ::pause(); });
 });
 
 TEST(TerminationSignals, MainThreadThatGetsOnWithItsWorkIsWaitedFor) {
     RunningProgram program("working");
     ASSERT_EQ(program.line(), "hangs");
+    const auto begin = std::chrono::steady_clock::now();
     program.signal(SIGTERM);
     EXPECT_EQ(program.line(), "worked");
     EXPECT_EQ(program.status(), 128 + SIGTERM);
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, 3 * ShortPatience);
 }
 
 const Program IgnoringProgram("ignoring", [](QtApplication &application) {
