@@ -11,6 +11,7 @@
 #include <future>
 #include <memory>
 #include <sstream>
+#include <sys/ioctl.h>
 #include <vector>
 
 namespace orvane {
@@ -48,6 +49,17 @@ char stateOf(pid_t process) {
     const std::string status = test::contentsOf("/proc/" + std::to_string(process) + "/stat");
     const std::size_t end = status.rfind(") ");
     return end == std::string::npos ? '?' : status[end + 2];
+}
+
+/// Whether something stands in the pipe on that process's standard output and it waits, which it does for a reader then.
+bool waitsForReader(pid_t process) {
+    const int output = ::open(("/proc/" + std::to_string(process) + "/fd/1").c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    int unread = 0;
+    const bool isPipe = output >= 0 && ::ioctl(output, FIONREAD, &unread) == 0;
+    if (output >= 0) {
+        ::close(output);
+    }
+    return isPipe && unread > 0 && stateOf(process) == 'S';
 }
 
 // What cannot be started --------------------------------------------------------------------------------------------
@@ -284,12 +296,11 @@ TEST_F(PosixProcessLauncherTest, ScriptThatOverfillsItsOutputTimesOutAndIsThenHe
     const std::string script = folder.write("script", "#!/bin/sh\necho early >&2\necho $$ > '" + folder.path("pid") +
                                                           "'\nprintf 'a=%02000000d\\n' 1\necho late >&2\nexit 0\n");
     FakeClock clock;
-    clock.onSleep = [&](std::chrono::microseconds duration) {
-        std::this_thread::sleep_for(duration);
-        const std::string number = test::contentsOf(folder.path("pid"));
-        if (number.ends_with('\n') && stateOf(std::stoi(number)) == 'S') { // it waits for a reader
-            clock.advance(std::chrono::seconds(5));
-        }
+    bool hasWaited = false;
+    clock.onSleep = [&](std::chrono::microseconds /*duration*/) {
+        const pid_t process = awaitPid();
+        hasWaited = hasWaited || (process > 0 && eventually([&] { return waitsForReader(process); }));
+        clock.advance(std::chrono::seconds(21));
     };
     ORVScriptRunner runner(script, launcher, clock);
     ORVError error;
@@ -299,6 +310,7 @@ TEST_F(PosixProcessLauncherTest, ScriptThatOverfillsItsOutputTimesOutAndIsThenHe
         ::kill(stuck, SIGKILL); // else the runner would be waited for without end
     }
     ASSERT_TRUE(returned);
+    EXPECT_TRUE(hasWaited);
     EXPECT_FALSE(run.get());
     EXPECT_EQ(error.localizedDescription(), "Script timed out.");
     EXPECT_EQ(error.localizedFailureReason(), "early\nlate\n");
