@@ -7,7 +7,7 @@ namespace orvane {
 
 QtDBusStatusBar::QtDBusStatusBar(QtDBusStatusBarOptions options) : _options(std::move(options)) {
     _missingTimer.setSingleShot(true);
-    QObject::connect(&_missingTimer, &QTimer::timeout, &_missingTimer, [this] { _lookForPlace(); });
+    QObject::connect(&_missingTimer, &QTimer::timeout, &_missingTimer, [this] { lookForPlace(); });
 }
 
 QtDBusStatusBar::~QtDBusStatusBar() {
@@ -41,7 +41,7 @@ void QtDBusStatusBar::removeStatusItem(const std::shared_ptr<StatusItem> &item) 
     }
 }
 
-void QtDBusStatusBar::_lookForPlace() {
+void QtDBusStatusBar::lookForPlace() {
     std::size_t present = 0;
     for (const auto &each : _items) {
         if (const auto item = each.lock(); item && !item->isRemoved()) {

@@ -25,9 +25,10 @@ public:
     [[nodiscard]] std::shared_ptr<StatusItem> statusItemWithLength(double length) override;
     void removeStatusItem(const std::shared_ptr<StatusItem> &item) override;
 
-private:
-    void _lookForPlace();
+    /// Tells `statusBarIsMissing` where no item has a place, once. Done by itself `untilMissing` after an item was made; public for tests.
+    void lookForPlace();
 
+private:
     const QtDBusStatusBarOptions _options;
     std::vector<std::weak_ptr<QtDBusStatusItem>> _items;
     unsigned _lastNumber = 0;

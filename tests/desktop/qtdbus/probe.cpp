@@ -97,6 +97,9 @@ public:
         options.toolTip = QStringLiteral("Makes folders from presets");
         options.untilFallback = fromEnvironment("ORVANE_TEST_FALLBACK_MS", 3000);
         options.untilMissing = fromEnvironment("ORVANE_TEST_MISSING_MS", 40000);
+        if (const auto check = fromEnvironment("ORVANE_TEST_CHECK_MS", 0); check.count() > 0) {
+            options.checks = {check, 2 * check, 3 * check};
+        }
         options.statusBarIsMissing = [] { say("missing"); };
         options.makeFallbackItem = [folder = options.resourceFolder] {
             auto item = QtXEmbedStatusItem::make(folder, [](Menu &menu) {
@@ -180,6 +183,10 @@ private:
             _bar->removeStatusItem(_item);
             _item.reset();
             say("hidden");
+        };
+        _commands["look"] = [this](const Words &) {
+            _bar->lookForPlace();
+            say("looked");
         };
         // menu|TITLE|TITLE...: the whole menu anew; a title of "-" is a separator, one that begins with "!" is switched off,
         // "wait" holds its action until "release", "vanish" removes the status item from its own action.

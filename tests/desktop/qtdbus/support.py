@@ -220,6 +220,7 @@ class Watcher:
         self.forget = forget
         self.items = []
         self.registrations = []
+        self.questions = []
         self._connection = connect()
         node = Gio.DBusNodeInfo.new_for_xml(_WATCHER_XML)
         self._connection.register_object("/StatusNotifierWatcher", node.interfaces[0], self._call, self._get, None)
@@ -243,6 +244,7 @@ class Watcher:
         invocation.return_value(None)
 
     def _get(self, _connection, _sender, _path, _interface, name):
+        self.questions.append(name)
         return {
             "RegisteredStatusNotifierItems": GLib.Variant("as", [f"{name}/StatusNotifierItem" for name, _ in self.items]),
             "IsStatusNotifierHostRegistered": GLib.Variant("b", self.has_host),
@@ -266,8 +268,30 @@ class Watcher:
         assert len(self.items) == 1, self.items
         return Item(self.items[0][0])
 
+    def wait_for(self, question, times=1):
+        """Until that property has been asked for so often."""
+        wait_until(lambda: self.questions.count(question) >= times, what=f"question {times} for {question}")
+
+    def settle(self, item):
+        """The item's program has handled all that this watcher has answered, and this watcher all that came of it: messages from one
+        to the other keep their order, and both handle them one after the other."""
+        answered = threading.Event()
+
+        def finish(connection, result):
+            connection.call_finish(result)
+            answered.set()
+
+        def ask():  # on the thread that answers, so after what is being answered
+            arguments = GLib.Variant("(ss)", (ITEM, "Id"))
+            path, properties = "/StatusNotifierItem", "org.freedesktop.DBus.Properties"
+            self._connection.call(item.name, path, properties, "Get", arguments, None, 0, 5000, None, finish)
+
+        GLib.idle_add(ask)
+        assert answered.wait(10), "the item does not answer"
+
     def crash(self):
-        self._connection.close_sync(None)
+        if not self._connection.is_closed():
+            self._connection.close_sync(None)
 
 
 class Item:

@@ -197,11 +197,16 @@ class ServicesTest(BusTest):
         bus = self.private_bus()
         log = os.path.join(bus.folder, "log")
         script = os.path.join(bus.folder, "start")
+        orders = os.path.join(bus.folder, "orders")
         with open(script, "w", encoding="utf-8") as file:
-            file.write(f"#!/bin/sh\n{{ printf 'claim\\nprovide\\n'; sleep 3; }} | QT_QPA_PLATFORM=offscreen {PROBE} >{log}\n")
+            file.write(f"#!/bin/sh\n{{ echo claim; timeout 60 cat {orders}; }} | QT_QPA_PLATFORM=offscreen {PROBE} >{log}\n")
         os.chmod(script, 0o755)
+        os.mkfifo(orders)
+        descriptor = os.open(orders, os.O_RDWR)
+        self.addCleanup(os.close, descriptor)  # which ends the probe
         bus.add_service(NAME, script)
         activate_action("make-preset")
+        os.write(descriptor, b"provide\n")  # the request waits for it
 
         def lines():
             with open(log, encoding="utf-8") as file:

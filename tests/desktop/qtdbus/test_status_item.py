@@ -5,7 +5,7 @@ import time
 
 from gi.repository import GLib
 
-from support import BusTest, Watcher, connect, run, wait_until
+from support import BusTest, Item, Watcher, call, connect, run, wait_until
 
 EVERY_LABEL = {
     "Rock & Roll": "Rock & Roll",
@@ -18,12 +18,14 @@ EVERY_LABEL = {
 }
 
 
-class StatusItemTest(BusTest):
+class HostedTest(BusTest):
     def watcher(self, **options):
         watcher = Watcher(**options)
         self.addCleanup(watcher.crash)
         return watcher
 
+
+class StatusItemTest(HostedTest):
     def shown(self, *titles):
         """Watcher, probe and item with a menu of these titles."""
         watcher = self.watcher()
@@ -240,32 +242,44 @@ class StatusItemTest(BusTest):
         self.assertIn("chosen 999", probe.expect("chosen"))
 
 
-class HostTest(BusTest):
+class HostTest(HostedTest):
     def test_the_item_appears_when_the_host_starts_late(self):
-        probe = self.probe(QT_QPA_PLATFORM="offscreen")
-        probe.ask("menu|A", "menu")
-        for wait in (1, 5):
-            probe.ask("show", "shown")
-            time.sleep(wait)  # what is tested is the lateness itself
-            watcher = Watcher()
-            self.assertEqual(watcher.item().labels(), ["A"])
-            probe.ask("hide", "hidden")
-            watcher.crash()
+        for last_said, environment in (
+            ("shown", {}),
+            ("no fallback", {"ORVANE_TEST_FALLBACK_MS": "20"}),
+            ("missing", {"ORVANE_TEST_FALLBACK_MS": "20", "ORVANE_TEST_MISSING_MS": "40"}),
+        ):
+            with self.subTest(last_said):
+                probe = self.probe(QT_QPA_PLATFORM="offscreen", **environment)
+                probe.ask("menu|A", "menu")
+                probe.ask("show", last_said)
+                self.wait_without_host(probe)
+                watcher = self.watcher()
+                self.assertEqual(watcher.item().labels(), ["A"])
+                probe.ask("hide", "hidden")
+                watcher.crash()
+
+    def wait_without_host(self, probe):
+        """Until the probe's item has heard from the bus that there is no watcher: it asks before anybody can ask it."""
+        name = f"org.kde.StatusNotifierItem-{probe.process.pid}-1"
+        bus = ("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus")
+        wait_until(lambda: call(*bus, "NameHasOwner", "(s)", name)[0], what=name)
+        Item(name).properties()
 
     def test_the_item_comes_back_with_a_host_that_crashed_and_never_doubles(self):
-        probe = self.probe(QT_QPA_PLATFORM="offscreen")
+        probe = self.probe(QT_QPA_PLATFORM="offscreen", ORVANE_TEST_CHECK_MS="20")
         probe.ask("menu|A", "menu")
         probe.ask("show", "shown")
         for _ in range(3):
-            watcher = Watcher()
-            watcher.item()
-            time.sleep(3.5)  # past two of the checks that may register again
+            watcher = self.watcher()
+            item = watcher.item()
+            watcher.wait_for("RegisteredStatusNotifierItems", 3)  # by each of the checks that may register again
+            watcher.settle(item)
             self.assertEqual(len(watcher.registrations), 1)
             watcher.crash()
 
     def test_a_lost_registration_is_repeated(self):
-        watcher = Watcher(forget=2)
-        self.addCleanup(watcher.crash)
+        watcher = self.watcher(forget=2)
         probe = self.probe(QT_QPA_PLATFORM="offscreen")
         probe.ask("show", "shown")
         wait_until(lambda: watcher.items, 8, "the third registration")
@@ -294,17 +308,22 @@ class HostTest(BusTest):
         probe.ask("hide", "hidden")
         probe.ask("show", "shown")
         wait_until(lambda: probe.count("no fallback") == 2, what="the second item's fallback")
-        time.sleep(0.4)  # twice the time that it takes
+        probe.ask("look", "looked")
         self.assertEqual(probe.count("missing"), 1)
 
     def test_says_nothing_when_a_host_came_in_time(self):
-        probe = self.probe(QT_QPA_PLATFORM="offscreen", ORVANE_TEST_FALLBACK_MS="50", ORVANE_TEST_MISSING_MS="1500")
+        probe = self.probe(QT_QPA_PLATFORM="offscreen", ORVANE_TEST_FALLBACK_MS="50")
         probe.ask("show", "shown")
-        watcher = Watcher()
-        self.addCleanup(watcher.crash)
-        watcher.item()
-        time.sleep(1.8)  # past the time at which it would say so
+        watcher = self.watcher()
+        item = watcher.item()
+        watcher.wait_for("IsStatusNotifierHostRegistered")
+        watcher.settle(item)
+        probe.ask("look", "looked")
         self.assertEqual(probe.count("missing"), 0)
+        before = probe.count("no fallback")
+        watcher.crash()
+        wait_until(lambda: probe.count("no fallback") > before, what="the item without a host")
+        probe.ask("look", "missing")
 
 
 if __name__ == "__main__":

@@ -76,7 +76,7 @@ class TrayTest(BusTest):
     def settle_screen(self):
         def is_still():
             first = picture("first")
-            time.sleep(0.3)  # nothing may happen for so long
+            time.sleep(0.3)  # slept deliberately: panels say nowhere that all is drawn, rest shows over some time only
             return difference(first, picture()) is None
 
         wait_until(is_still, 20, "a quiet screen")
@@ -136,14 +136,15 @@ class PanelTest(TrayTest):
 
     def test_the_icon_comes_back_with_a_panel_that_crashed(self):
         probe, place = self.shown()
+        before = picture("with-icon")
         os.kill(self.panel("org.xfce.Panel"), signal.SIGKILL)
         wait_until(lambda: self.panel() is None, 10, "no panel")
+        wait_for_difference(before)
         probe.expect("fallback", 10)
         panel = subprocess.Popen(["xfce4-panel", "--disable-wm-check"], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         self.addClassCleanup(panel.wait)  # the tests after this one need it, too
         self.addClassCleanup(panel.kill)
-        wait_until(self.panel, 20, "the panel")
-        self.settle_screen()
+        wait_until(lambda: difference(before, picture()) is None, 20, "the panel with the icon where it was")
         self.assertIn("chosen 0", self.pick(probe, place, 1, "Down", "Return"))
         before = picture("shown")
         probe.ask("hide", "hidden")
