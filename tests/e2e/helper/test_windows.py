@@ -39,6 +39,7 @@ class Windows(Desktop):
         return self.icon(before)
 
     def choose_in_tray(self, icon, *names):
+        # Slept deliberately: a panel says nowhere that it has done moving its icons, rest shows over some time only.
         wait(lambda: self.find(icon) == (time.sleep(0.2), self.find(icon))[1], "the icon to stay where it is")
         before = screen()
         open_menu(before, lambda: self.find(icon))

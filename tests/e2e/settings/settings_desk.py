@@ -4,6 +4,7 @@ Runs inside tests/tools/with-desktop.sh --accessibility. ORVANE_TEST_SETTINGS, O
 programs, ORVANE_TEST_SCREENSHOTS a folder for pictures.
 """
 
+import contextlib
 import sys
 from pathlib import Path
 
@@ -15,6 +16,7 @@ gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402 (after the version)
 
 from desktop import *  # noqa: E402,F403
+from drag_messages import DragMessages  # noqa: E402
 
 TITLE = "^Orvane Settings$"
 State = Atspi.StateType
@@ -45,9 +47,10 @@ def parts(accessible, depth=0):
                 yield from parts(child, depth + 1)
 
 
-def center(accessible):
+def extents(accessible):
+    """x, y, width, height on the screen."""
     box = accessible.get_extents(Atspi.CoordType.SCREEN)
-    return box.x + box.width // 2, box.y + box.height // 2
+    return box.x, box.y, box.width, box.height
 
 
 def click_on(accessible, from_left=None, clicks=1, button=1):
@@ -57,18 +60,44 @@ def click_on(accessible, from_left=None, clicks=1, button=1):
     subprocess.run(["xdotool", "click", "--repeat", str(clicks), "--delay", "40", str(button)], check=True, timeout=LIMIT)
 
 
+@contextlib.contextmanager
+def dragging(start):
+    """With the mouse: takes what is there, lets it go at the end."""
+    messages = DragMessages()
+
+    def has_begun():
+        if not messages.has_begun():
+            move(start[0] + 15, start[1])  # of moves that come at once a program may take the last one only, and it needs two
+            move(start[0] + 20, start[1])
+        return messages.has_begun()
+
+    try:
+        move(*start)
+        subprocess.run(["xdotool", "mousedown", "1"], check=True, timeout=LIMIT)
+        wait(has_begun, "the drag to begin")
+        yield messages
+        subprocess.run(["xdotool", "mouseup", "1"], check=True, timeout=LIMIT)
+    finally:
+        messages.close()
+
+
 def drag(start, end):
-    """With the mouse and some stops on the way, as hands do it; both programs hear of each."""
-    move(*start)
-    subprocess.run(["xdotool", "mousedown", "1"], check=True, timeout=LIMIT)
-    steps = 12
-    for step in range(1, steps + 1):
-        move(start[0] + (end[0] - start[0]) * step // steps, start[1] + (end[1] - start[1]) * step // steps)
-        time.sleep(0.03)  # a hand's speed: what is under the mouse is asked over the X server
-    for offset in ((3, 0), (0, 2), (0, 0)):
-        move(end[0] + offset[0], end[1] + offset[1])
-        time.sleep(0.08)
-    subprocess.run(["xdotool", "mouseup", "1"], check=True, timeout=LIMIT)
+    """Within one program, which then does one thing after the other."""
+    with dragging(start):
+        move(*end)
+
+
+def drag_to_other(start, end):
+    """From one program to another. Lets go once the other has agreed."""
+    with dragging(start) as messages:
+
+        def may_drop():
+            if not messages.may_drop_at(end):
+                move(end[0] - 1, end[1])  # where the mouse is moved to while the programs talk is not told
+                move(*end)
+            return messages.may_drop_at(end)
+
+        wait(may_drop, "the other program to agree to the drop")
 
 
 class SettingsDesktop(Desktop):

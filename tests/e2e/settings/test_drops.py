@@ -2,6 +2,8 @@
 
 from settings_desk import *
 
+MANAGER_PLACE = 905, 0, 370, 500
+
 
 class Drops(SettingsDesktop):
     def setUp(self):
@@ -20,18 +22,21 @@ class Drops(SettingsDesktop):
     def open_file_manager(self):
         self.manager = self.run_beside("pcmanfm-qt", str(self.desk), QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
         active("On the desk")
-        self.place(active_window(), 905, 0, 370, 500)
+        self.place(active_window(), *MANAGER_PLACE)
         return self.manager
 
     def icon(self, name):
-        """Where a file's icon is on the screen, once the file manager has laid it out."""
+        """Where a file's icon is on the screen, once the file manager knows where its window is and has put the icon into it."""
         part = self.part(ITEM, f"^{re.escape(name)}$", self.manager)
-        before = None
-        end = time.monotonic() + LIMIT
-        while before != (before := center(part)) or before[0] < 900:
-            self.assertLess(time.monotonic(), end, f"it never comes to rest: {before}")
-            time.sleep(0.1)
-        return before
+
+        def place():
+            knows = extents(next(children(self.program(self.manager)))) == MANAGER_PLACE
+            x, y, width, height = extents(part)
+            left, upper, across, down = extents(part.get_parent())
+            is_inside = left <= x < x + width <= left + across and upper <= y < y + height <= upper + down
+            return knows and is_inside and (x + width // 2, y + height // 2)
+
+        return wait(place, f"'{name}' to be in the file manager's window")
 
     def row(self, pattern):
         box = self.part(ITEM, pattern).get_extents(Atspi.CoordType.SCREEN)
@@ -40,7 +45,7 @@ class Drops(SettingsDesktop):
     def test_a_file_becomes_a_content_file_in_the_folder_that_it_is_dropped_on(self):
         (self.desk / "letter.txt").write_text("Dear …")
         self.open_file_manager()
-        drag(self.icon("letter.txt"), self.row("^B, Folder"))
+        drag_to_other(self.icon("letter.txt"), self.row("^B, Folder"))
         wait(lambda: self.tree_of() == ["A", "B", ["letter.txt"]], f"the file in the tree on disk, not {self.tree_of()}")
         self.assertEqual((self.support / "File Content/letter.txt").read_text(), "Dear …")
         self.assertTrue((self.desk / "letter.txt").exists(), "it is copied, not moved")
@@ -50,7 +55,7 @@ class Drops(SettingsDesktop):
         (self.desk / "Kit/sub").mkdir(parents=True)
         (self.desk / "Kit/sub/tool.sh").write_text("#!/bin/sh\n")
         self.open_file_manager()
-        drag(self.icon("Kit"), self.row("^A, Folder"))
+        drag_to_other(self.icon("Kit"), self.row("^A, Folder"))
         wait(lambda: self.tree_of() == ["A", ["Kit", ["sub", ["tool.sh"]]], "B"], f"the folder in the tree on disk, not {self.tree_of()}")
         self.assertTrue((self.desk / "Kit/sub/tool.sh").exists(), "it is copied, not moved")
 
@@ -60,7 +65,7 @@ class Drops(SettingsDesktop):
         self.assertEqual(made.returncode, 0, made.stderr)
         self.open_file_manager()
         x, y = self.row("^Film$")
-        drag(self.icon("Again.orvpreset"), (x, y + 60))
+        drag_to_other(self.icon("Again.orvpreset"), (x, y + 60))
         self.wait_for_labels("Film", "Film")
         self.assertTrue((self.desk / "Again.orvpreset").exists())
 
@@ -69,7 +74,7 @@ class Drops(SettingsDesktop):
         before = self.preferences.read_bytes()
         subprocess.run(["xdotool", "windowactivate", str(window(TITLE))], check=True, timeout=LIMIT)
         active(TITLE)
-        drag(self.row("^Film$"), (1150, 300))
+        drag_to_other(self.row("^Film$"), (1150, 300))
         picture("drops-out")
         wait(self.manager_asks, "the file manager to ask what to do")
         keys("Down", "Return")  # "Copy here"
