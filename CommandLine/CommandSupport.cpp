@@ -4,6 +4,7 @@
 
 #include "platform/posix/FileDescriptor.h"
 #include "platform/propertylist/PropertyListFiles.h"
+#include "ports/UTF16.h"
 #include "presets/ORVFileHelpers.h"
 #include "presets/ORVPresetManager.h"
 #include "presets/ORVPropertyListReading.h"

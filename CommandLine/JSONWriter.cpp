@@ -1,6 +1,6 @@
 #include "JSONWriter.h"
 
-#include "presets/ORVUTF16.h"
+#include "ports/UTF16.h"
 
 namespace orvane {
 

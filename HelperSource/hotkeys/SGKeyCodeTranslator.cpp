@@ -1,6 +1,6 @@
 #include "hotkeys/SGKeyCodeTranslator.h"
 
-#include "presets/ORVUTF16.h"
+#include "ports/UTF16.h"
 
 #include <array>
 #include <optional>

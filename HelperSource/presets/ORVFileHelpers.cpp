@@ -1,6 +1,6 @@
 #include "presets/ORVFileHelpers.h"
 
-#include "presets/ORVUTF16.h"
+#include "ports/UTF16.h"
 
 #include <algorithm>
 #include <cstdint>

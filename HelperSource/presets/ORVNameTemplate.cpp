@@ -1,5 +1,6 @@
 #include "presets/ORVNameTemplate.h"
 
+#include "ports/UTF16.h"
 #include "presets/ORVUTF16.h"
 
 #include <utility>

@@ -1,7 +1,7 @@
 #include "presets/ORVPresetFile.h"
 
+#include "ports/UTF16.h"
 #include "presets/ORVPropertyListReading.h"
-#include "presets/ORVUTF16.h"
 
 #include <algorithm>
 #include <array>

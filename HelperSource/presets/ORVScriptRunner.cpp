@@ -1,6 +1,6 @@
 #include "presets/ORVScriptRunner.h"
 
-#include "presets/ORVUTF16.h"
+#include "ports/UTF16.h"
 
 #include <algorithm>
 #include <utility>

@@ -2,7 +2,7 @@
 
 #include "core/Fuzz.h"
 #include "core/FuzzDesk.h"
-#include "presets/ORVUTF16.h"
+#include "ports/UTF16.h"
 
 #include <cstdint>
 #include <optional>

@@ -2,6 +2,7 @@
 
 #include "core/Fuzz.h"
 #include "core/FuzzDesk.h"
+#include "ports/UTF16.h"
 #include "presets/ORVFileHelpers.h"
 #include "presets/ORVScriptRunner.h"
 #include "presets/ORVUTF16.h"

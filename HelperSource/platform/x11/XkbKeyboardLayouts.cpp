@@ -1,7 +1,7 @@
 #include "platform/x11/XkbKeyboardLayouts.h"
 
 #include "platform/x11/X11KeyCodes.h"
-#include "presets/ORVUTF16.h"
+#include "ports/UTF16.h"
 
 #include <xkbcommon/xkbcommon.h>
 

@@ -6,7 +6,7 @@
 #include "platform/propertylist/PropertyListFiles.h"
 #include "platform/x11/X11DeadKeys.h"
 #include "platform/x11/X11KeyboardLayouts.h"
-#include "presets/ORVUTF16.h"
+#include "ports/UTF16.h"
 
 #include <gtest/gtest.h>
 

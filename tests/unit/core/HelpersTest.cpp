@@ -1,5 +1,6 @@
 #include "fakes/FakeFinderInformation.h"
 #include "fakes/FakeUserFolders.h"
+#include "ports/UTF16.h"
 #include "presets/ORVFileHelpers.h"
 #include "presets/ORVUTF16.h"
 #include "unit/core/Desk.h"
