@@ -36,6 +36,12 @@ private:
     std::function<void()> _refused;
 };
 
+/// What to do where this desktop gives no hot key.
+std::string adviceForThisDesktop() {
+    const char *const desktop = std::getenv("XDG_CURRENT_DESKTOP");
+    return ORVHotKeyAdvice(desktop == nullptr ? "" : desktop);
+}
+
 } // namespace
 
 DesktopHotKeys::DesktopHotKeys(const DesktopHotKeysPorts &ports) : _log(ports.log), _statement(ports.stateDirectory) {
@@ -81,15 +87,14 @@ bool DesktopHotKeys::_useX11(const DesktopHotKeysPorts &ports) {
 }
 
 void DesktopHotKeys::_useWayland(const DesktopHotKeysPorts &ports) {
-    auto keys = makeWaylandHotKeys(ports.session, ports.log);
+    auto keys = makeWaylandHotKeys(ports.session, adviceForThisDesktop(), ports.log);
     keys->stated = [this](const std::string &statement) { _statement.say(statement); }; // the log has it already
     _events = std::move(keys);
     _layouts = std::make_unique<WaylandKeyboardLayouts>(&ports.session);
 }
 
 void DesktopHotKeys::_useNothing() {
-    const char *const desktop = std::getenv("XDG_CURRENT_DESKTOP");
-    _events = std::make_unique<NullHotKeyEvents>([this, advice = ORVHotKeyAdvice(desktop == nullptr ? "" : desktop)] { _state(advice); });
+    _events = std::make_unique<NullHotKeyEvents>([this, advice = adviceForThisDesktop()] { _state(advice); });
 }
 
 } // namespace orvane

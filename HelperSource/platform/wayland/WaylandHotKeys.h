@@ -62,6 +62,6 @@ private:
 
 /// Those of this session: KGlobalAccel, sway's IPC, the desktop portal. `session` and `log` are borrowed. Needs the application to be
 /// loaded.
-[[nodiscard]] std::unique_ptr<WaylandHotKeys> makeWaylandHotKeys(QtDBusSession &session, SystemLog &log);
+[[nodiscard]] std::unique_ptr<WaylandHotKeys> makeWaylandHotKeys(QtDBusSession &session, std::string advice, SystemLog &log);
 
 } // namespace orvane

@@ -15,6 +15,7 @@ public:
     static constexpr std::uint32_t B = 0x0B;
     static constexpr std::uint32_t H = 0x04;
     static constexpr std::uint32_t ShiftControl = 0x0200 | 0x1000;
+    static constexpr const char *Advice = "Bind a key to 'orvane menu'."; ///< where nothing gives the key
 
     HotKeyDesk() {
         constexpr std::array types{EventTypeSpec{EventClassKeyboard, EventHotKeyPressed},
@@ -44,7 +45,7 @@ public:
 
     Log log;
     QtDBusSession session{nullptr};
-    std::unique_ptr<WaylandHotKeys> keys = makeWaylandHotKeys(session, log);
+    std::unique_ptr<WaylandHotKeys> keys = makeWaylandHotKeys(session, Advice, log);
     EventHotKeyRef reference = nullptr;
     std::vector<std::uint32_t> presses;  ///< ids
     std::vector<std::uint32_t> releases; ///< ids

@@ -50,7 +50,7 @@ TEST(HotKeyServicesTest, WithoutAnyServiceTheKeyIsRefusedAndTheAdviceSaysWhatToB
     const EventStatus status = desk.take(HotKeyDesk::H);
     // Where a real portal is installed it answers later that it has none for this desktop.
     EXPECT_TRUE(status == EventInternalError || starts(desk.keys->statement(), "The hot key is asked of the desktop portal"));
-    EXPECT_TRUE(HotKeyDesk::waitFor([&] { return desk.keys->statement().ends_with(ORVHotKeyAdvice("")); }, std::chrono::seconds(30)));
+    EXPECT_TRUE(HotKeyDesk::waitFor([&] { return desk.keys->statement().ends_with(HotKeyDesk::Advice); }, std::chrono::seconds(30)));
     EXPECT_TRUE(desk.log.has("'orvane menu'"));
 }
 
