@@ -5,7 +5,7 @@
 #
 # FOLDER is the top of the tree to check (this one unless told), CHECK one of
 #   includes   the core, the ports and the model of the settings include the standard library and each other, nothing else;
-#              nothing includes what makes programs start slowly
+#              adapters include nothing of the core or of what wires them; nothing includes what makes programs start slowly
 #   words      no leftovers in the text: notes to oneself, switched-off tests, paths of somebody's machine
 #   length     no source is longer than 600 lines
 #   format     clang-format would change nothing
@@ -74,6 +74,10 @@ check_includes() {
     files_like '^HelperSource/(presets|menubar|hotkeys)/.*\.(h|cpp)$' | matches '^[[:space:]]*#[[:space:]]*include' |
         { grep -vE "include[[:space:]]+($allowed|\"(ports|presets|menubar|hotkeys)/)" || true; } |
         problems "the core includes the standard library, ports and core only" || status=1
+    files_like '^HelperSource/platform/.*\.(h|cpp)$' |
+        matches '^[[:space:]]*#[[:space:]]*include[[:space:]]+("|<(presets|menubar|hotkeys|wiring)/)' |
+        { grep -vE 'include[[:space:]]+"(ports|platform)/' || true; } |
+        problems "adapters include headers of the system and of libraries, ports and adapters only" || status=1
     files_like '^PreferencePane/model/.*\.(h|cpp)$' | matches '^[[:space:]]*#[[:space:]]*include' |
         { grep -vE "include[[:space:]]+($allowed|\"((ports|presets|menubar|hotkeys)/)?[A-Za-z0-9_]+\.h\")" || true; } |
         problems "what the settings know includes the standard library, ports and core only" || status=1

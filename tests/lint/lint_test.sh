@@ -62,10 +62,16 @@ finds includes HelperSource/presets/Core.cpp '#include <sys/stat.h>'
 finds includes HelperSource/presets/Core.cpp '#include <stringology>'
 finds includes HelperSource/platform/posix/Adapter.cpp '#include <iostream>'
 finds includes HelperSource/platform/posix/Adapter.cpp '#include <filesystem>'
+for folder in presets menubar hotkeys wiring; do
+    finds includes HelperSource/platform/posix/Adapter.cpp "#include \"$folder/Core.h\""
+    finds includes HelperSource/platform/posix/Adapter.cpp "#  include <$folder/Core.h>"
+done
+finds includes HelperSource/platform/posix/Adapter.cpp '#include "../../presets/Core.h"'
 finds includes PreferencePane/model/Model.cpp '#include <QString>'
 finds includes PreferencePane/model/Model.cpp '#include "window/Page.h"'
 accepts includes HelperSource/presets/Core.cpp '#include "presets/Core.h"\n#include <string_view>'
-accepts includes HelperSource/platform/posix/Adapter.cpp '#include "presets/Core.h"\n#include <sys/stat.h>'
+accepts includes HelperSource/platform/posix/Adapter.cpp '#include "ports/Port.h"\n#include "platform/posix/Other.h"\n#include <sys/stat.h>'
+accepts includes HelperSource/platform/posix/Adapter.cpp '#include <QString>\n#include <xcb/xcb.h>'
 
 # Put together, so that this file passes the check itself.
 for leftover in "TO""DO" "FIX""ME:" "XX""X" "HA""CK" "GTEST_""SKIP()" "DIS""ABLED_Test" "the sp""ec" "Sp""ecification" \
