@@ -3,6 +3,7 @@
 #include "Translation.h"
 
 #include "platform/posix/FileDescriptor.h"
+#include "platform/posix/PosixContentCopy.h"
 #include "platform/propertylist/PropertyListFiles.h"
 #include "ports/UTF16.h"
 #include "presets/ORVFileHelpers.h"
@@ -88,7 +89,7 @@ ExitStatus writeStandardOutput(std::string_view text) {
 }
 
 bool writeStandardOutput(std::string_view text, int &error) {
-    const bool isWritten = writeWhole(STDOUT_FILENO, text);
+    const bool isWritten = writeContents(STDOUT_FILENO, text);
     error = isWritten ? 0 : errno;
     return isWritten;
 }

@@ -1,7 +1,9 @@
 #include "ProgressBar.h"
 
 #include "CommandSupport.h"
-#include "Translation.h"
+#include "Terminal.h"
+
+#include "platform/posix/PosixContentCopy.h"
 
 #include <algorithm>
 #include <csignal>
@@ -41,6 +43,11 @@ private:
     sigset_t _before{};
 };
 
+/// A terminal that is gone has nobody who waits.
+void show(std::string_view text) {
+    static_cast<void>(writeContents(STDERR_FILENO, text));
+}
+
 } // namespace
 
 void ProgressBar::begin() {
@@ -74,9 +81,9 @@ void ProgressBar::_run() {
     }
     do {
         const std::string shown = line(_counter.nodes(), _total, unicode, columnsOfTerminal() - 1);
-        writeWhole(STDERR_FILENO, std::string(ClearLine) + shown);
+        show(std::string(ClearLine) + shown);
     } while (!_changed.wait_for(lock, Interval, [this] { return _isOver; }));
-    writeWhole(STDERR_FILENO, ClearLine);
+    show(ClearLine);
 }
 
 std::string ProgressBar::line(std::size_t nodes, std::size_t total, bool unicode, std::size_t columns) {

@@ -1,9 +1,9 @@
 #include "StandardStreams.h"
 
+#include "platform/posix/PosixContentCopy.h"
 #include "presets/ORVUTF16.h"
 
 #include <array>
-#include <cerrno>
 #include <cstddef>
 #include <unistd.h>
 
@@ -62,20 +62,10 @@ bool isTerminal(int descriptor) {
     return known[stream] == Known::Yes;
 }
 
-bool writeWhole(int descriptor, std::string_view text) {
-    while (!text.empty()) {
-        const ssize_t written = ::write(descriptor, text.data(), text.size());
-        if (written < 0 && errno != EINTR) {
-            return false;
-        }
-        text.remove_prefix(written < 0 ? 0 : static_cast<std::size_t>(written));
-    }
-    return true;
-}
-
 void writeStandardError(std::string_view text) {
     // A name in a message may hold what would move a terminal's cursor or more; other readers get it as it is.
-    writeWhole(STDERR_FILENO, isTerminal(STDERR_FILENO) ? printableBut(text, "\n\t") : std::string(text));
+    // Who does not get it cannot be told that either.
+    static_cast<void>(writeContents(STDERR_FILENO, isTerminal(STDERR_FILENO) ? printableBut(text, "\n\t") : std::string(text)));
 }
 
 std::string printable(std::string_view text) {

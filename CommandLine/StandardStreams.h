@@ -10,8 +10,6 @@ namespace orvane {
 /// Whether the descriptor is a terminal; asked once for each of the standard streams.
 [[nodiscard]] bool isTerminal(int descriptor);
 
-/// Writes the whole text to the descriptor, however often it takes. False, with `errno` set, when that fails.
-bool writeWhole(int descriptor, std::string_view text);
 /// Writes one or more whole lines to standard error, which every message passes. On a terminal, control characters but line feeds and
 /// tabs are made visible.
 void writeStandardError(std::string_view text);

@@ -2,6 +2,8 @@
 
 #include "Interruption.h"
 
+#include "platform/posix/PosixContentCopy.h"
+
 #include <array>
 #include <cerrno>
 #include <cstdint>
@@ -84,7 +86,7 @@ bool StandardTerminal::isAvailable() {
 }
 
 void StandardTerminal::write(std::string_view text) {
-    writeWhole(_shown, printableLines(text));
+    static_cast<void>(writeContents(_shown, printableLines(text))); // a question that cannot be shown is answered by no line
 }
 
 std::optional<std::string> StandardTerminal::readLine() {

@@ -3,6 +3,7 @@
 #include "CommandSupport.h"
 
 #include "platform/posix/PosixClock.h"
+#include "platform/posix/PosixContentCopy.h"
 #include "platform/posix/PosixCreationJournal.h"
 #include "platform/posix/PosixCreationRecovery.h"
 #include "platform/posix/PosixFileSystem.h"
@@ -183,7 +184,7 @@ int main(int count, char **words) {
     try {
         return static_cast<int>(runProgram(CommandArguments(words + (count > 0 ? 1 : 0), words + count)));
     } catch (const std::bad_alloc &) {
-        static_cast<void>(writeWhole(STDERR_FILENO, "orvane: Out of memory\n"));
+        static_cast<void>(writeContents(STDERR_FILENO, "orvane: Out of memory\n"));
         return static_cast<int>(ExitStatus::NotMade);
     }
 }

@@ -1,5 +1,7 @@
 #include "platform/posix/PosixHotKeyStatement.h"
 
+#include "platform/posix/PosixContentCopy.h"
+
 #include <array>
 #include <cerrno>
 #include <cstddef>
@@ -46,17 +48,6 @@ std::optional<std::string> textIn(std::string_view content) {
     return content.empty() ? std::nullopt : std::optional<std::string>(content);
 }
 
-bool writeWhole(int descriptor, std::string_view text) {
-    while (!text.empty()) {
-        const ssize_t written = uninterrupted([&] { return ::write(descriptor, text.data(), text.size()); });
-        if (written <= 0) {
-            return false;
-        }
-        text.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return true;
-}
-
 } // namespace
 
 PosixHotKeyStatement::PosixHotKeyStatement(std::string directory) : _directory(std::move(directory)), _path(pathIn(_directory)) {}
@@ -79,7 +70,7 @@ void PosixHotKeyStatement::say(std::string_view text) {
     FileDescriptor file(
         uninterrupted([&] { return ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, ForTheUser); }));
     const std::string content = std::to_string(::getpid()) + "\n" + std::string(text) + "\n"; // the number is for whoever looks
-    if (file && ::flock(file.get(), LOCK_EX | LOCK_NB) == 0 && writeWhole(file.get(), content) &&
+    if (file && ::flock(file.get(), LOCK_EX | LOCK_NB) == 0 && writeContents(file.get(), content) &&
         ::rename(temporary.c_str(), _path.c_str()) == 0) {
         _isSaid = true;
         _file = std::move(file);

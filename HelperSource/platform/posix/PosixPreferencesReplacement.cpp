@@ -1,5 +1,6 @@
 #include "platform/posix/PosixPreferencesReplacement.h"
 
+#include "platform/posix/PosixContentCopy.h"
 #include "platform/posix/PosixPreferencesLock.h"
 
 #include <algorithm>
@@ -105,14 +106,7 @@ bool PosixPreferencesReplacement::_removeLeftover(const std::string &name) {
 }
 
 bool PosixPreferencesReplacement::write(std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t count = uninterrupted([&] { return ::write(_file.get(), bytes.data(), bytes.size()); });
-        if (count < 0) {
-            return _fail("it cannot be written");
-        }
-        bytes.remove_prefix(static_cast<std::size_t>(count));
-    }
-    return true;
+    return writeContents(_file.get(), bytes) || _fail("it cannot be written");
 }
 
 bool PosixPreferencesReplacement::copy(int file, std::uint64_t begin, std::uint64_t end) {

@@ -1,15 +1,21 @@
 #include "FilesTestSupport.h"
+#include "platform/posix/PosixContentCopy.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
+#include <cerrno>
 #include <chrono>
 #include <cstring>
 #include <string>
+#include <thread>
 
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/un.h>
+#include <unistd.h>
 
 namespace orvane::testing {
 
@@ -370,6 +376,38 @@ TEST_F(PosixContents, ADeepFolderOfContentsIsCopiedWithFewDescriptors) {
               }),
               "");
     EXPECT_EQ(run("test $(find '" + folder.path() + "/copy' -mindepth 1 | wc -l) = 2001"), 0);
+}
+
+TEST(WriteContents, WritesEverythingAndTellsFailure) {
+    std::array<int, 2> ends{};
+    ASSERT_EQ(::pipe2(ends.data(), O_CLOEXEC), 0);
+    EXPECT_TRUE(writeContents(ends[1], "text"));
+    std::array<char, 8> bytes{};
+    EXPECT_EQ(::read(ends[0], bytes.data(), bytes.size()), 4);
+    EXPECT_STREQ(bytes.data(), "text");
+    EXPECT_FALSE(writeContents(ends[0], "text"));
+    EXPECT_EQ(errno, EBADF);
+    ::close(ends[0]);
+    ::close(ends[1]);
+}
+
+TEST(WriteContents, GoesOnWhereAWriteTookAPart) {
+    std::array<int, 2> ends{};
+    ASSERT_EQ(::pipe2(ends.data(), O_CLOEXEC), 0);
+    const std::string bytes = patternOf(1'000'000); // more than a pipe holds
+    std::string got;
+    std::thread reader([&] {
+        std::array<char, 4096> part{};
+        for (ssize_t size = 1; size > 0;) {
+            size = ::read(ends[0], part.data(), part.size());
+            got.append(part.data(), static_cast<std::size_t>(std::max<ssize_t>(size, 0)));
+        }
+    });
+    EXPECT_TRUE(writeContents(ends[1], bytes));
+    ::close(ends[1]);
+    reader.join();
+    EXPECT_TRUE(got == bytes);
+    ::close(ends[0]);
 }
 
 } // namespace orvane::testing

@@ -4,11 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cerrno>
-#include <fcntl.h>
-#include <unistd.h>
-
 namespace orvane {
 namespace {
 
@@ -106,19 +101,6 @@ TEST(Messages, AreGivenAsTheyAreWhereNoTerminalIs) {
     testing::internal::CaptureStderr();
     EXPECT_EQ(failure("No\r", "two\nlines\t\x7f"), ExitStatus::NotMade);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "orvane: No\r: two\nlines\t\x7f\n");
-}
-
-TEST(WriteWhole, WritesEverythingAndTellsFailure) {
-    std::array<int, 2> ends{};
-    ASSERT_EQ(::pipe2(ends.data(), O_CLOEXEC), 0);
-    EXPECT_TRUE(writeWhole(ends[1], "text"));
-    std::array<char, 8> bytes{};
-    EXPECT_EQ(::read(ends[0], bytes.data(), bytes.size()), 4);
-    EXPECT_STREQ(bytes.data(), "text");
-    EXPECT_FALSE(writeWhole(ends[0], "text"));
-    EXPECT_EQ(errno, EBADF);
-    ::close(ends[0]);
-    ::close(ends[1]);
 }
 
 } // namespace
