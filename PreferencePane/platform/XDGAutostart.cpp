@@ -1,18 +1,14 @@
 #include "XDGAutostart.h"
 
-#include "platform/posix/FileDescriptor.h"
 #include "platform/posix/PosixNewFile.h"
 #include "platform/posix/PosixPreferencesLock.h"
+#include "platform/posix/PosixSmallFile.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <string_view>
 #include <utility>
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace orvane {
 
@@ -24,28 +20,6 @@ constexpr std::string_view HiddenKey = "Hidden";
 constexpr std::string_view GNOMEKey = "X-GNOME-Autostart-enabled";
 /// Nothing that is longer is an entry.
 constexpr std::size_t Longest = std::size_t{1} << 20U;
-
-std::optional<std::string> contentsOf(const std::string &path) {
-    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-    struct stat status {};
-    if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) || static_cast<std::size_t>(status.st_size) > Longest) {
-        return std::nullopt;
-    }
-    std::string text(static_cast<std::size_t>(status.st_size), '\0');
-    std::size_t done = 0;
-    while (done < text.size()) {
-        const ssize_t count = uninterrupted([&] { return ::read(file.get(), &text[done], text.size() - done); });
-        if (count < 0) {
-            return std::nullopt;
-        }
-        if (count == 0) {
-            break;
-        }
-        done += static_cast<std::size_t>(count);
-    }
-    text.resize(done);
-    return text;
-}
 
 std::vector<std::string> linesOf(std::string_view text) {
     std::vector<std::string> lines;
@@ -143,9 +117,9 @@ std::vector<std::string> XDGAutostart::systemFoldersOfEnvironment() {
 
 /// The entry that counts; nothing when there is none.
 std::optional<std::string> XDGAutostart::_text() const {
-    auto text = contentsOf(_folder + "/" + _fileName);
+    auto text = contentsOfSmallFile(_folder + "/" + _fileName, Longest);
     for (std::size_t i = 0; i < _systemFolders.size() && !text; ++i) {
-        text = contentsOf(_systemFolders[i] + "/autostart/" + _fileName);
+        text = contentsOfSmallFile(_systemFolders[i] + "/autostart/" + _fileName, Longest);
     }
     return text;
 }

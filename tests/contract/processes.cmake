@@ -4,6 +4,7 @@ orvane_add_test(NAME contract_processes LABEL contract
     contract/processes/ClockContractTest.cpp
     contract/processes/MainThreadContractTest.cpp
     contract/processes/PosixProcessLauncherTest.cpp
+    contract/processes/PosixSmallFileTest.cpp
     contract/processes/PosixStopSignalsTest.cpp
     contract/processes/PosixUserFoldersTest.cpp
     contract/processes/ProcessLauncherContractTest.cpp

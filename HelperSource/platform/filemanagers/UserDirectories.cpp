@@ -1,29 +1,14 @@
 #include "platform/filemanagers/UserDirectories.h"
 
 #include "platform/filemanagers/FolderAddress.h"
-#include "platform/posix/FileDescriptor.h"
-
-#include <fcntl.h>
+#include "platform/posix/PosixSmallFile.h"
 
 namespace orvane {
 
 namespace {
 
-constexpr std::size_t LongestFile = 65536;
-
-std::string contentsOf(const std::string &path) {
-    const FileDescriptor file(uninterrupted([&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); }));
-    std::string contents;
-    char part[4096];
-    while (file && contents.size() < LongestFile) {
-        const ssize_t count = uninterrupted([&] { return ::read(file.get(), part, sizeof part); });
-        if (count <= 0) {
-            break;
-        }
-        contents.append(part, static_cast<std::size_t>(count));
-    }
-    return contents;
-}
+/// Nothing that is longer is such a file.
+constexpr std::size_t Longest = std::size_t{1} << 20U;
 
 std::string_view withoutBlanks(std::string_view text) {
     while (!text.empty() && (text.front() == ' ' || text.front() == '\t')) {
@@ -89,7 +74,8 @@ std::string desktopDirectoryInText(std::string_view text, const std::string &hom
 }
 
 std::string desktopDirectory(const std::string &configurationFolder, const std::string &home) {
-    const std::string told = desktopDirectoryInText(contentsOf(configurationFolder + "/user-dirs.dirs"), home);
+    const std::string told =
+        desktopDirectoryInText(contentsOfSmallFile(configurationFolder + "/user-dirs.dirs", Longest).value_or(""), home);
     return told.empty() ? home + "/Desktop" : told;
 }
 

@@ -7,6 +7,7 @@ target_sources(platform_posix PRIVATE
   PosixHotKeyStatement.cpp
   PosixMainThread.cpp
   PosixProcessLauncher.cpp
+  PosixSmallFile.cpp
   PosixStopSignals.cpp
   PosixSystemLog.cpp
   PosixThreadLauncher.cpp
