@@ -39,6 +39,18 @@ bool travels(std::string_view name) {
     return !name.empty() && !name.starts_with("system.") && !name.starts_with("security.");
 }
 
+/// The names of an open file's attributes as the system gives them, each ended by a NUL.
+std::optional<std::string> listedNames(int descriptor) {
+    return readWhole([=](char *buffer, std::size_t size) { return ::flistxattr(descriptor, buffer, size); });
+}
+
+/// Takes the first name from such a list.
+std::string takeName(std::string_view &list) {
+    std::string name(list.substr(0, list.find('\0')));
+    list.remove_prefix(std::min(name.size() + 1, list.size()));
+    return name;
+}
+
 } // namespace
 
 const PosixExtendedAttribute *findExtendedAttribute(const PosixExtendedAttributes &attributes, std::string_view name) {
@@ -54,13 +66,24 @@ std::optional<std::string> readExtendedAttribute(const std::string &path, const 
     return readWhole([&](char *buffer, std::size_t size) { return ::lgetxattr(path.c_str(), name, buffer, size); });
 }
 
+std::optional<std::vector<std::string>> extendedAttributeNames(int descriptor) {
+    const auto list = listedNames(descriptor);
+    if (!list && errno != ENOTSUP) {
+        return std::nullopt;
+    }
+    std::vector<std::string> names;
+    for (std::string_view left = list ? std::string_view(*list) : std::string_view(); !left.empty();) {
+        names.push_back(takeName(left));
+    }
+    return names;
+}
+
 PosixExtendedAttributes readExtendedAttributes(int descriptor) {
     PosixExtendedAttributes attributes;
-    const auto names = readWhole([=](char *buffer, std::size_t size) { return ::flistxattr(descriptor, buffer, size); });
-    std::string_view left = names ? std::string_view(*names) : std::string_view();
+    const auto list = listedNames(descriptor);
+    std::string_view left = list ? std::string_view(*list) : std::string_view();
     while (!left.empty()) {
-        const std::string name(left.substr(0, left.find('\0')));
-        left.remove_prefix(std::min(name.size() + 1, left.size()));
+        const std::string name = takeName(left);
         if (!travels(name)) {
             continue;
         }

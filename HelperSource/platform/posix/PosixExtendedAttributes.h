@@ -24,6 +24,10 @@ using PosixExtendedAttributes = std::vector<PosixExtendedAttribute>;
 /// The same by path; a symbolic link at the path itself is not followed.
 [[nodiscard]] std::optional<std::string> readExtendedAttribute(const std::string &path, const char *name);
 
+/// The names of an open file's attributes; none where its file system knows no attributes. Nothing, with `errno`, when they cannot be
+/// read.
+[[nodiscard]] std::optional<std::vector<std::string>> extendedAttributeNames(int descriptor);
+
 /// All attributes of an open file that a copy takes along: everything but "system." (permissions, which follow the mode)
 /// and "security." (labels and capabilities, which belong to the place and are nobody's to pass on). What cannot be read
 /// is left out.

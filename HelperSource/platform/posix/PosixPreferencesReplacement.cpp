@@ -1,6 +1,7 @@
 #include "platform/posix/PosixPreferencesReplacement.h"
 
 #include "platform/posix/PosixContentCopy.h"
+#include "platform/posix/PosixExtendedAttributes.h"
 #include "platform/posix/PosixPreferencesLock.h"
 
 #include <algorithm>
@@ -8,7 +9,6 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
-#include <vector>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -20,21 +20,6 @@ namespace {
 
 constexpr std::size_t CopyBuffer = std::size_t{256} * 1024;
 constexpr int MostTemporaryNames = 100;
-
-/// The names of a file's extended attributes; nothing with `errno`.
-std::optional<std::vector<std::string>> attributeNames(int file) {
-    constexpr std::size_t Longest = 65536;                              // the kernel's limit (Linux, XATTR_LIST_MAX)
-    const auto names = std::make_unique_for_overwrite<char[]>(Longest); // only what is written to costs memory
-    const ssize_t size = ::flistxattr(file, names.get(), Longest);
-    if (size < 0) {
-        return errno == ENOTSUP ? std::optional(std::vector<std::string>()) : std::nullopt;
-    }
-    std::vector<std::string> result;
-    for (std::size_t at = 0; at < static_cast<std::size_t>(size); at += result.back().size() + 1) {
-        result.emplace_back(names.get() + at);
-    }
-    return result;
-}
 
 } // namespace
 
@@ -144,15 +129,13 @@ bool PosixPreferencesReplacement::takeAttributes(int oldFile) {
 
 /// Labels of a security module are set by the system and mostly nobody's to pass on, so they may be refused.
 bool PosixPreferencesReplacement::_takeExtendedAttributes(int oldFile) {
-    const auto names = attributeNames(oldFile);
+    const auto names = extendedAttributeNames(oldFile);
     if (!names) {
         return _fail("its extended attributes cannot be read");
     }
-    std::string value;
     for (const std::string &name : *names) {
-        value.resize(65536); // the kernel's limit (Linux, XATTR_SIZE_MAX)
-        const ssize_t size = ::fgetxattr(oldFile, name.c_str(), value.data(), value.size());
-        const bool kept = size >= 0 && ::fsetxattr(_file.get(), name.c_str(), value.data(), static_cast<std::size_t>(size), 0) == 0;
+        const auto value = readExtendedAttribute(oldFile, name.c_str());
+        const bool kept = value && ::fsetxattr(_file.get(), name.c_str(), value->data(), value->size(), 0) == 0;
         if (!kept && !name.starts_with("security.")) {
             return _fail("its extended attributes cannot be kept");
         }

@@ -2,6 +2,7 @@
 
 #include "contract/preferences/PreferencesHome.h"
 
+#include <algorithm>
 #include <string>
 
 #include <fcntl.h>
@@ -162,6 +163,25 @@ TEST(SavingPreferences, KeepsModeAndExtendedAttributes) {
     char value[8] = {};
     EXPECT_EQ(::getxattr(home.file.c_str(), "user.note", value, sizeof value), 4);
     EXPECT_STREQ(value, "kept");
+}
+
+TEST(SavingPreferences, KeepsEveryOneOfManyExtendedAttributes) {
+    PreferencesHome home;
+    home.put("<dict/>");
+    constexpr int Many = 20; // names of 600 bytes in all, and one value of 1,000
+    for (int i = 0; i < Many; ++i) {
+        const std::string name = "user.orvane-test-attribute-" + std::to_string(100 + i);
+        const std::string value(i == 0 ? 1000 : 2, static_cast<char>('a' + i));
+        ASSERT_EQ(::setxattr(home.file.c_str(), name.c_str(), value.data(), value.size(), 0), 0);
+    }
+    EXPECT_TRUE(save(home));
+    for (int i = 0; i < Many; ++i) {
+        const std::string name = "user.orvane-test-attribute-" + std::to_string(100 + i);
+        std::string value(2000, '\0');
+        const ssize_t size = ::getxattr(home.file.c_str(), name.c_str(), value.data(), value.size());
+        EXPECT_EQ(value.substr(0, static_cast<std::size_t>(std::max<ssize_t>(size, 0))),
+                  std::string(i == 0 ? 1000 : 2, static_cast<char>('a' + i)));
+    }
 }
 
 TEST(SavingPreferences, FollowsLinksAndLeavesThem) {
