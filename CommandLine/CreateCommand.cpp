@@ -15,6 +15,7 @@
 #include "Translation.h"
 
 #include "platform/SingleThread.h"
+#include "platform/posix/PosixBlockedSignals.h"
 #include "presets/ORVFileHelpers.h"
 #include "presets/ORVPresetManager.h"
 #include "presets/ORVPropertyListReading.h"
@@ -31,23 +32,6 @@ namespace orvane {
 namespace {
 
 constexpr const char *Name = "create";
-
-/// A reader who has gone ends a program at its next word. As long as this lives that has to wait: what was made is to be completed.
-class DeferredBrokenPipe {
-public:
-    DeferredBrokenPipe() {
-        sigset_t pipe;
-        sigemptyset(&pipe);
-        sigaddset(&pipe, SIGPIPE);
-        ::pthread_sigmask(SIG_BLOCK, &pipe, &_before);
-    }
-    DeferredBrokenPipe(const DeferredBrokenPipe &) = delete;
-    DeferredBrokenPipe &operator=(const DeferredBrokenPipe &) = delete;
-    ~DeferredBrokenPipe() { ::pthread_sigmask(SIG_SETMASK, &_before, nullptr); } // and what has come meanwhile comes now
-
-private:
-    sigset_t _before{};
-};
 
 /// One run of the command.
 class Creation {
@@ -139,7 +123,8 @@ private:
         if (_observed.wasStopped()) {
             return _noteStop();
         }
-        const DeferredBrokenPipe deferred;
+        // A reader who has gone ends a program at its next word. That has to wait: what was made is to be completed.
+        const PosixBlockedSignals deferred(SIGPIPE);
         _warnOfDroppedValues(survey);
         _interruptionIsOpen = Interruption::wasRequested();
         _noteScript(manager, preset);

@@ -3,10 +3,10 @@
 #include "CommandSupport.h"
 #include "Terminal.h"
 
+#include "platform/posix/PosixBlockedSignals.h"
 #include "platform/posix/PosixContentCopy.h"
 
 #include <algorithm>
-#include <csignal>
 #include <sys/ioctl.h>
 #include <system_error>
 #include <unistd.h>
@@ -27,22 +27,6 @@ std::size_t columnsOfTerminal() {
     return ::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : UsualColumns;
 }
 
-/// Signals go to the thread that can act on them.
-class AllSignalsBlocked {
-public:
-    AllSignalsBlocked() {
-        sigset_t all;
-        sigfillset(&all);
-        ::pthread_sigmask(SIG_SETMASK, &all, &_before);
-    }
-    AllSignalsBlocked(const AllSignalsBlocked &) = delete;
-    AllSignalsBlocked &operator=(const AllSignalsBlocked &) = delete;
-    ~AllSignalsBlocked() { ::pthread_sigmask(SIG_SETMASK, &_before, nullptr); }
-
-private:
-    sigset_t _before{};
-};
-
 /// A terminal that is gone has nobody who waits.
 void show(std::string_view text) {
     static_cast<void>(writeContents(STDERR_FILENO, text));
@@ -54,7 +38,7 @@ void ProgressBar::begin() {
     if (_thread.joinable() || !isTerminal(STDERR_FILENO)) {
         return;
     }
-    const AllSignalsBlocked blocked;
+    const PosixBlockedSignals blocked; // signals go to the thread that can act on them
     try {
         _thread = std::thread([this] { _run(); });
     } catch (const std::system_error &) { // without a thread there is no bar

@@ -3,6 +3,7 @@ orvane_add_test(NAME contract_processes LABEL contract
   SOURCES
     contract/processes/ClockContractTest.cpp
     contract/processes/MainThreadContractTest.cpp
+    contract/processes/PosixBlockedSignalsTest.cpp
     contract/processes/PosixProcessLauncherTest.cpp
     contract/processes/PosixSmallFileTest.cpp
     contract/processes/PosixStopSignalsTest.cpp

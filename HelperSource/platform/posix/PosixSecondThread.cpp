@@ -1,6 +1,7 @@
 #include "platform/posix/PosixSecondThread.h"
 
-#include <csignal>
+#include "platform/posix/PosixBlockedSignals.h"
+
 #include <utility>
 
 namespace orvane {
@@ -20,18 +21,10 @@ cpu_set_t allowedProcessors() {
 /// What a new thread begins with.
 class Beginning {
 public:
-    Beginning() {
-        pthread_attr_init(&_attributes);
-        sigset_t all;
-        sigfillset(&all);
-        ::pthread_sigmask(SIG_SETMASK, &all, &_before); // a new thread inherits it
-    }
+    Beginning() { pthread_attr_init(&_attributes); }
     Beginning(const Beginning &) = delete;
     Beginning &operator=(const Beginning &) = delete;
-    ~Beginning() {
-        ::pthread_sigmask(SIG_SETMASK, &_before, nullptr);
-        pthread_attr_destroy(&_attributes);
-    }
+    ~Beginning() { pthread_attr_destroy(&_attributes); }
     /// False when there is none but the current one.
     [[nodiscard]] bool onAnotherOf(cpu_set_t processors) {
         const int current = ::sched_getcpu();
@@ -44,8 +37,8 @@ public:
     [[nodiscard]] const pthread_attr_t *attributes() const { return &_attributes; }
 
 private:
+    const PosixBlockedSignals _blocked;
     pthread_attr_t _attributes{};
-    sigset_t _before{};
 };
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "platform/qt/QtTermination.h"
 
+#include "platform/posix/PosixBlockedSignals.h"
+
 #include <array>
 #include <atomic>
 #include <cerrno>
@@ -50,12 +52,8 @@ class Watch {
 public:
     Watch(QtTermination::Progress progress, std::chrono::milliseconds patience) : _progress(std::move(progress)), _patience(patience) {
         watchDescriptor = _signalled;
-        sigset_t all{};
-        sigset_t before{};
-        sigfillset(&all);
-        ::pthread_sigmask(SIG_SETMASK, &all, &before);
+        const PosixBlockedSignals blocked; // the thread begins with that
         _thread = std::thread([this] { _watch(); });
-        ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
     }
     Watch(const Watch &) = delete;
     Watch &operator=(const Watch &) = delete;
