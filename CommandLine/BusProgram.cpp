@@ -3,6 +3,7 @@
 #include "ProgramFolder.h"
 
 #include "platform/posix/FileDescriptor.h"
+#include "platform/posix/PosixSpawning.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -25,16 +26,6 @@ std::vector<std::string> placesOfProgram() {
     return {folder + ProgramName, folder + ORVANE_BUS_FOLDER "/" + ProgramName};
 }
 
-std::vector<char *> argumentsOf(std::vector<std::string> &words) {
-    std::vector<char *> arguments;
-    arguments.reserve(words.size() + 1);
-    for (std::string &word : words) {
-        arguments.push_back(word.data());
-    }
-    arguments.push_back(nullptr);
-    return arguments;
-}
-
 std::vector<std::string> withName(const std::vector<std::string> &words) {
     std::vector<std::string> whole{ProgramName};
     whole.insert(whole.end(), words.begin(), words.end());
@@ -44,7 +35,7 @@ std::vector<std::string> withName(const std::vector<std::string> &words) {
 /// Without a standard error of ours: a notification that nobody hears is no failure that a user has to be told of here.
 bool start(const std::vector<std::string> &words, pid_t &child) {
     std::vector<std::string> whole = withName(words);
-    const std::vector<char *> arguments = argumentsOf(whole);
+    const std::vector<char *> arguments = PosixPointersTo(whole);
     posix_spawn_file_actions_t actions;
     if (::posix_spawn_file_actions_init(&actions) != 0) {
         return false;
@@ -73,7 +64,7 @@ bool BusProgramNotifications::post(std::string_view name) {
 
 void becomeBusProgram(const std::vector<std::string> &words) {
     std::vector<std::string> whole = withName(words);
-    const std::vector<char *> arguments = argumentsOf(whole);
+    const std::vector<char *> arguments = PosixPointersTo(whole);
     errno = ENOENT;
     for (const std::string &place : placesOfProgram()) {
         ::execv(place.c_str(), arguments.data());

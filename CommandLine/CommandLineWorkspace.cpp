@@ -1,5 +1,7 @@
 #include "CommandLineWorkspace.h"
 
+#include "platform/posix/PosixSpawning.h"
+
 #include <array>
 #include <cstdlib>
 #include <fcntl.h>
@@ -18,7 +20,8 @@ bool isSet(const char *name) {
     return value != nullptr && *value != '\0';
 }
 
-/// How the opener is started: a session of its own, so that it outlives the terminal, and no stream of ours.
+/// How the opener is started: a session of its own, so that it outlives the terminal, no stream of ours, and signals as a new program
+/// expects them.
 class Detachment {
 public:
     Detachment() {
@@ -26,21 +29,16 @@ public:
         posix_spawn_file_actions_addopen(&_actions, STDIN_FILENO, "/dev/null", O_RDWR, 0);
         posix_spawn_file_actions_adddup2(&_actions, STDIN_FILENO, STDOUT_FILENO);
         posix_spawn_file_actions_adddup2(&_actions, STDIN_FILENO, STDERR_FILENO);
-        posix_spawnattr_init(&_attributes);
-        posix_spawnattr_setflags(&_attributes, POSIX_SPAWN_SETSID);
     }
     Detachment(const Detachment &) = delete;
     Detachment &operator=(const Detachment &) = delete;
-    ~Detachment() {
-        posix_spawnattr_destroy(&_attributes);
-        posix_spawn_file_actions_destroy(&_actions);
-    }
+    ~Detachment() { posix_spawn_file_actions_destroy(&_actions); }
     [[nodiscard]] const posix_spawn_file_actions_t *actions() const { return &_actions; }
-    [[nodiscard]] const posix_spawnattr_t *attributes() const { return &_attributes; }
+    [[nodiscard]] const posix_spawnattr_t *attributes() const { return _attributes.get(); }
 
 private:
     posix_spawn_file_actions_t _actions{};
-    posix_spawnattr_t _attributes{};
+    const PosixSpawnAttributes _attributes{POSIX_SPAWN_SETSID};
 };
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "window/Page.h"
 #include "window/Sentences.h"
 
+#include "platform/posix/PosixSpawning.h"
 #include "platform/qt/QtText.h"
 
 #include <QDir>
@@ -12,8 +13,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
-#include <linux/close_range.h>
-#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace orvane {
@@ -26,14 +25,7 @@ constexpr auto PatienceAfterStop = 2s;
 
 /// Runs in the child before the script does: only system calls here. The script gets what the helper gives.
 void prepareChild() {
-    // Marked, not closed: Qt still tells the parent through one of them whether the script could be started.
-    ::syscall(SYS_close_range, 3U, ~0U, CLOSE_RANGE_CLOEXEC);
-    for (int number = 1; number < NSIG; ++number) {
-        ::signal(number, SIG_DFL);
-    }
-    sigset_t none;
-    ::sigemptyset(&none);
-    ::sigprocmask(SIG_SETMASK, &none, nullptr);
+    PosixPrepareForkedChild();
     // So that what the script starts can be stopped with it. Last, so that no signal for it comes to this program's own handlers.
     ::setpgid(0, 0);
 }

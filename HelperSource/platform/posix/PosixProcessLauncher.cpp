@@ -2,6 +2,7 @@
 
 #include "platform/posix/FileDescriptor.h"
 #include "platform/posix/PosixChildReaper.h"
+#include "platform/posix/PosixSpawning.h"
 #include "platform/posix/PosixStopSignals.h"
 
 #include <algorithm>
@@ -9,7 +10,6 @@
 #include <cerrno>
 #include <csignal>
 #include <cstddef>
-#include <cstring>
 #include <fcntl.h>
 #include <optional>
 #include <poll.h>
@@ -188,34 +188,6 @@ private:
     bool _isComplete = false;
 };
 
-/// Signals as a new program expects them.
-class SpawnAttributes {
-public:
-    SpawnAttributes() : _isInitialised(::posix_spawnattr_init(&_attributes) == 0) {
-        sigset_t none;
-        sigset_t all;
-        ::sigemptyset(&none);
-        // Not sigfillset, which leaves the C library's own two signals out: they would start ignored.
-        std::memset(&all, 0xFF, sizeof all);
-        _isComplete = _isInitialised && ::posix_spawnattr_setsigmask(&_attributes, &none) == 0 &&
-                      ::posix_spawnattr_setsigdefault(&_attributes, &all) == 0 &&
-                      ::posix_spawnattr_setflags(&_attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF) == 0;
-    }
-    SpawnAttributes(const SpawnAttributes &) = delete;
-    SpawnAttributes &operator=(const SpawnAttributes &) = delete;
-    ~SpawnAttributes() {
-        if (_isInitialised) {
-            ::posix_spawnattr_destroy(&_attributes);
-        }
-    }
-    [[nodiscard]] const posix_spawnattr_t *get() const { return _isComplete ? &_attributes : nullptr; }
-
-private:
-    posix_spawnattr_t _attributes{};
-    bool _isInitialised;
-    bool _isComplete = false;
-};
-
 /// "NAME=value" for each entry; each part ends at its first NUL, as C text does.
 std::vector<std::string> linesOfEnvironment(const std::map<std::string, std::string> &environment) {
     std::vector<std::string> lines;
@@ -226,28 +198,18 @@ std::vector<std::string> linesOfEnvironment(const std::map<std::string, std::str
     return lines;
 }
 
-std::vector<char *> pointersTo(std::vector<std::string> &texts) {
-    std::vector<char *> pointers;
-    pointers.reserve(texts.size() + 1);
-    for (std::string &text : texts) {
-        pointers.push_back(text.data());
-    }
-    pointers.push_back(nullptr);
-    return pointers;
-}
-
 std::optional<pid_t> spawn(const std::string &path, const std::map<std::string, std::string> &environment, const Pipe &output,
                            const Pipe &error) {
     const FileActions actions(output, error);
-    const SpawnAttributes attributes;
+    const PosixSpawnAttributes attributes;
     if (actions.get() == nullptr || attributes.get() == nullptr) {
         return std::nullopt;
     }
     std::vector<std::string> arguments{path};
     std::vector<std::string> lines = linesOfEnvironment(environment);
     pid_t child = -1;
-    const int result =
-        ::posix_spawn(&child, path.c_str(), actions.get(), attributes.get(), pointersTo(arguments).data(), pointersTo(lines).data());
+    const int result = ::posix_spawn(&child, path.c_str(), actions.get(), attributes.get(), PosixPointersTo(arguments).data(),
+                                     PosixPointersTo(lines).data());
     return result == 0 ? std::optional(child) : std::nullopt;
 }
 

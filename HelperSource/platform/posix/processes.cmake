@@ -8,6 +8,7 @@ target_sources(platform_posix PRIVATE
   PosixMainThread.cpp
   PosixProcessLauncher.cpp
   PosixSmallFile.cpp
+  PosixSpawning.cpp
   PosixStopSignals.cpp
   PosixSystemLog.cpp
   PosixThreadLauncher.cpp

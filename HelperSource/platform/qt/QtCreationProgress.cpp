@@ -1,5 +1,7 @@
 #include "platform/qt/QtCreationProgress.h"
 
+#include "platform/posix/PosixSpawning.h"
+
 #include <array>
 #include <cerrno>
 #include <chrono>
@@ -56,28 +58,15 @@ public:
     }
 
 private:
-    void _start(const std::vector<std::string> &command, int input) {
-        std::vector<char *> arguments;
-        arguments.reserve(command.size() + 1);
-        for (const std::string &argument : command) {
-            arguments.push_back(const_cast<char *>(argument.c_str())); // the call takes them so and changes nothing
-        }
-        arguments.push_back(nullptr);
+    void _start(std::vector<std::string> command, int input) {
+        const std::vector<char *> arguments = PosixPointersTo(command);
+        const PosixSpawnAttributes attributes;
         posix_spawn_file_actions_t files{};
-        posix_spawnattr_t attributes{};
         ::posix_spawn_file_actions_init(&files);
-        ::posix_spawnattr_init(&attributes);
         ::posix_spawn_file_actions_adddup2(&files, input, STDIN_FILENO);
-        sigset_t signals{};
-        sigemptyset(&signals);
-        ::posix_spawnattr_setsigmask(&attributes, &signals);
-        sigfillset(&signals);
-        ::posix_spawnattr_setsigdefault(&attributes, &signals);
-        ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-        if (::posix_spawn(&_process, arguments.front(), &files, &attributes, arguments.data(), environ) != 0) {
+        if (::posix_spawn(&_process, arguments.front(), &files, attributes.get(), arguments.data(), environ) != 0) {
             _process = -1;
         }
-        ::posix_spawnattr_destroy(&attributes);
         ::posix_spawn_file_actions_destroy(&files);
     }
 

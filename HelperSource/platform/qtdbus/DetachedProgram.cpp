@@ -1,15 +1,11 @@
 #include "platform/qtdbus/DetachedProgram.h"
 
+#include "platform/posix/PosixSpawning.h"
+
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QProcess>
 #include <QProcessEnvironment>
-
-#include <linux/close_range.h>
-#include <sys/syscall.h>
-#include <unistd.h>
-
-#include <csignal>
 
 namespace orvane {
 
@@ -30,18 +26,6 @@ QProcessEnvironment environmentForOthers() {
     return environment;
 }
 
-/// Runs in the child before the program does: only system calls here.
-void prepareChild() {
-    // Marked, not closed: Qt still tells the parent through one of them whether the program could be started.
-    syscall(SYS_close_range, 3U, ~0U, CLOSE_RANGE_CLOEXEC);
-    sigset_t none;
-    sigemptyset(&none);
-    sigprocmask(SIG_SETMASK, &none, nullptr);
-    for (const int number : {SIGPIPE, SIGTERM, SIGINT, SIGHUP, SIGCHLD, SIGXFSZ}) {
-        signal(number, SIG_DFL);
-    }
-}
-
 } // namespace
 
 bool startDetached(const QString &program, const QStringList &arguments) {
@@ -52,7 +36,7 @@ bool startDetached(const QString &program, const QStringList &arguments) {
     process.setStandardInputFile(QProcess::nullDevice());
     process.setStandardOutputFile(QProcess::nullDevice());
     process.setStandardErrorFile(QProcess::nullDevice());
-    process.setChildProcessModifier(prepareChild);
+    process.setChildProcessModifier(PosixPrepareForkedChild);
     return process.startDetached();
 }
 

@@ -205,6 +205,17 @@ class Opening(OrvaneTest):
             os.remove(self.opened)
             os.rmdir(self.in_target("top é"))
 
+    def test_the_opener_has_no_signal_blocked_or_ignored(self):
+        # No shell, which would let blocked ones through; some awks ignore SIGPIPE themselves.
+        with open(os.path.join(self.tools["PATH"].split(":")[0], "xdg-open"), "w", encoding="utf-8") as tool:
+            tool.write('#!/usr/bin/awk -f\nBEGIN { while ((getline line < "/proc/self/status") > 0) if (line ~ /^Sig(Blk|Ign):/)'
+                       f' print line > "{self.opened}.new"; close("{self.opened}.new"); system("mv {self.opened}.new {self.opened}") }}\n')
+        self.open_with(DISPLAY=":7")
+        self.wait_for(lambda: os.path.exists(self.opened))
+        with open(self.opened, encoding="utf-8") as opened:
+            blocked, ignored = [int(line.split()[1], 16) for line in opened]
+        self.assertEqual((blocked, ignored & ~(1 << signal.SIGPIPE - 1)), (0, 0))
+
     def test_otherwise_it_is_not(self):
         log = os.path.join(self.root, "spawned")
         with open(os.path.join(self.tools["PATH"].split(":")[0], "xdg-open"), "w", encoding="utf-8") as tool:
