@@ -1,10 +1,10 @@
 #include "window/SettingsApplication.h"
 
+#include "platform/qtdbus/BusName.h"
 #include "platform/qtdbus/QtActivationToken.h"
 #include "platform/qtdbus/QtDBusServicesObject.h"
 
 #include <QDBusError>
-#include <QDBusReply>
 #include <QFile>
 #include <QUrl>
 
@@ -18,7 +18,6 @@ namespace {
 
 const QString Name = u"org.orvane.Settings"_s;
 const QString Path = u"/org/orvane/Settings"_s;
-constexpr int LimitForBus = 500;    // ms
 constexpr int LimitForOther = 5000; // ms
 
 } // namespace
@@ -39,13 +38,7 @@ bool SettingsApplication::claimName() {
     }
     // Before the name: the bus may have a request ready for its owner.
     _session.connection().registerObject(Path, &_object, QDBusConnection::ExportAdaptors);
-    const QString bus = u"org.freedesktop.DBus"_s;
-    QDBusMessage call = QDBusMessage::createMethodCall(bus, u"/org/freedesktop/DBus"_s, bus, u"RequestName"_s);
-    constexpr uint doNotQueue = 4; // DBUS_NAME_FLAG_DO_NOT_QUEUE
-    constexpr uint taken = 3;      // DBUS_REQUEST_NAME_REPLY_EXISTS
-    call.setArguments({Name, doNotQueue});
-    const QDBusReply<uint> reply = _session.connection().call(call, QDBus::Block, LimitForBus);
-    _wantsName = !(reply.isValid() && reply.value() == taken);
+    _wantsName = requestBusName(_session.connection(), Name).value_or(true);
     return _wantsName;
 }
 

@@ -1,9 +1,9 @@
 #include "platform/qtdbus/QtDBusServices.h"
 
+#include "platform/qtdbus/BusName.h"
 #include "platform/qtdbus/QtActivationToken.h"
 
 #include <QDBusMessage>
-#include <QDBusReply>
 #include <QPointer>
 #include <QTimer>
 
@@ -17,7 +17,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString Name = u"org.orvane.Helper"_s;
-constexpr int LimitForBus = 500;    // ms; dbus-daemon itself answers in a fraction of one
 constexpr int LimitForOther = 3000; // ms
 constexpr int BetweenWindows = 20;  // ms until it is looked again what a request has on the screen
 
@@ -30,7 +29,7 @@ QtDBusServices::QtDBusServices(QtDBusSession &session, SystemLog &log, Hooks hoo
             return;
         }
         _export();
-        if (_requestName() == false) {
+        if (requestBusName(_session.connection(), Name) == false) {
             _log.log("Another program has taken the bus name " + Name.toStdString() + " meanwhile.");
         }
     });
@@ -42,7 +41,7 @@ bool QtDBusServices::claimName() {
         return true;
     }
     _export(); // before the name: the bus may have a request ready for its owner
-    const std::optional<bool> isOurs = _requestName();
+    const std::optional<bool> isOurs = requestBusName(_session.connection(), Name);
     if (!isOurs) {
         _log.log("The session bus did not give out the name " + Name.toStdString() + ".");
     }
@@ -68,17 +67,6 @@ void QtDBusServices::setServicesProvider(ServicesProvider *provider) {
 
 void QtDBusServices::_export() {
     _session.connection().registerObject(QLatin1String(QtDBusServicesObject::Path), &_object, QDBusConnection::ExportAdaptors);
-}
-
-/// Whether the name is ours; nothing when the bus does not say.
-std::optional<bool> QtDBusServices::_requestName() {
-    const QString bus = u"org.freedesktop.DBus"_s;
-    QDBusMessage call = QDBusMessage::createMethodCall(bus, u"/org/freedesktop/DBus"_s, bus, u"RequestName"_s);
-    constexpr uint doNotQueue = 4; // DBUS_NAME_FLAG_DO_NOT_QUEUE
-    constexpr uint taken = 3;      // DBUS_REQUEST_NAME_REPLY_EXISTS
-    call.setArguments({Name, doNotQueue});
-    const QDBusReply<uint> reply = _session.connection().call(call, QDBus::Block, LimitForBus);
-    return reply.isValid() ? std::optional(reply.value() != taken) : std::nullopt;
 }
 
 /// Takes a request in; it is served when the event loop is reached again, after its caller has been answered.

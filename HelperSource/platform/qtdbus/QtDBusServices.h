@@ -64,7 +64,6 @@ private:
     };
 
     void _export();
-    [[nodiscard]] std::optional<bool> _requestName();
     void _receive(Request request);
     void _serve(const Request &request);
     void _askProvider(const Request &request);

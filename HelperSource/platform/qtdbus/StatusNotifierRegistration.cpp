@@ -1,5 +1,7 @@
 #include "platform/qtdbus/StatusNotifierRegistration.h"
 
+#include "platform/qtdbus/BusName.h"
+
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
@@ -27,10 +29,7 @@ StatusNotifierRegistration::StatusNotifierRegistration(QDBusConnection connectio
     _checkTimer.setSingleShot(true);
     connect(&_checkTimer, &QTimer::timeout, this, &StatusNotifierRegistration::_check);
 
-    QDBusMessage claim = QDBusMessage::createMethodCall(BusName, BusPath, BusName, u"RequestName"_s);
-    constexpr uint doNotQueue = 4; // DBUS_NAME_FLAG_DO_NOT_QUEUE
-    claim.setArguments({_serviceName, doNotQueue});
-    _connection.asyncCall(claim);
+    _connection.asyncCall(busNameRequest(_serviceName));
 
     for (const char *signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"}) {
         _connection.connect({}, WatcherPath, WatcherName, QLatin1String(signal), this, SLOT(_askForHost()));
