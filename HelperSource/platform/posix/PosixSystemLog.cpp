@@ -93,7 +93,7 @@ void PosixSystemLog::log(std::string_view text) {
 
 void PosixSystemLog::writeToSyslog(const char *text) {
     static std::once_flag once;
-    std::call_once(once, [] { ::openlog("orvane-helper", LOG_PID, LOG_USER); });
+    std::call_once(once, [] { ::openlog(nullptr, LOG_PID, LOG_USER); });
     ::syslog(LOG_NOTICE, "%s", text);
 }
 

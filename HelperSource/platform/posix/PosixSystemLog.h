@@ -6,7 +6,7 @@
 
 namespace orvane {
 
-/// Writes each entry to syslog, as `orvane-helper`, and to the file `log` in a folder of the user.
+/// Writes each entry to syslog, under the program's own name, and to the file `log` in a folder of the user.
 ///
 /// Nothing is opened or made before the first entry. The folder is made when missing, for the user alone, as is the file.
 /// An entry is one write at the file's end: a time stamp (ISO 8601, local time), a blank, the text and a line feed. So

@@ -13,6 +13,8 @@
 #include <thread>
 #include <vector>
 
+#include <syslog.h>
+
 namespace orvane {
 namespace {
 
@@ -22,6 +24,14 @@ std::mutex syslogMutex;
 void rememberForSyslog(const char *text) {
     const std::lock_guard lock(syslogMutex);
     syslogEntries.emplace_back(text);
+}
+
+const char *nameForSyslog = "none yet";
+
+/// Stands in for the C library's.
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): the library's names are reserved ones
+extern "C" void openlog(const char *name, int /*options*/, int /*facility*/) {
+    nameForSyslog = name;
 }
 
 /// Length of a time stamp like "2026-01-02T03:04:05+0100 "; 0 when the text starts with none.
@@ -164,6 +174,13 @@ TEST_F(PosixSystemLogTest, ControlCharactersAreShownAsNumbers) {
 TEST_F(PosixSystemLogTest, EntryGoesToSyslogAsWell) {
     log.log("100 %s\nsecond line");
     EXPECT_EQ(syslogEntries, std::vector<std::string>{"100 %s\nsecond line"});
+}
+
+TEST_F(PosixSystemLogTest, SyslogTakesTheNameOfTheProgramThatRuns) {
+    const int mask = ::setlogmask(LOG_MASK(LOG_EMERG)); // so that nothing goes to this machine's log
+    PosixSystemLog::writeToSyslog("x");
+    ::setlogmask(mask);
+    EXPECT_EQ(nameForSyslog, nullptr); // which stands for that name (syslog(3))
 }
 
 TEST_F(PosixSystemLogTest, SyslogGetsTheStartOfALongEntryAndTheFileAllOfIt) {
