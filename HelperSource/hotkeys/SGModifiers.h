@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ports/HotKeyEvents.h"
+
 #include <array>
 #include <cstdint>
 
@@ -7,7 +9,7 @@ namespace orvane {
 
 /// One modifier in its two conventions, with its glyph in UTF-8.
 struct SGModifier {
-    std::uint32_t carbonBit; ///< Apple's Events.h: cmdKey, optionKey, controlKey, shiftKey
+    std::uint32_t carbonBit; ///< `EventModifier…`
     std::uint32_t cocoaBit;  ///< Apple's NSEvent.h: NSEventModifierFlagCommand and so on
     const char *glyph;
 };
@@ -15,10 +17,10 @@ struct SGModifier {
 /// In the order in which they are shown: command first, shift last. Deliberately not the usual order, which is control, option,
 /// shift, command.
 inline constexpr std::array<SGModifier, 4> SGModifiers{{
-    {0x0100, 0x100000, "\u2318"}, // command
-    {0x0800, 0x080000, "\u2325"}, // option
-    {0x1000, 0x040000, "\u2303"}, // control
-    {0x0200, 0x020000, "\u21E7"}, // shift
+    {EventModifierCommand, 0x100000, "\u2318"}, // command
+    {EventModifierOption, 0x080000, "\u2325"},  // option
+    {EventModifierControl, 0x040000, "\u2303"}, // control
+    {EventModifierShift, 0x020000, "\u21E7"},   // shift
 }};
 
 } // namespace orvane

@@ -26,6 +26,12 @@ inline constexpr EventStatus EventHotKeyInvalidError = -9879;     ///< eventHotK
     return code;
 }
 
+// Bits of a mask of modifiers, as in Carbon (Apple's Events.h: cmdKey and so on).
+inline constexpr std::uint32_t EventModifierCommand = 0x0100;
+inline constexpr std::uint32_t EventModifierShift = 0x0200;
+inline constexpr std::uint32_t EventModifierOption = 0x0800;
+inline constexpr std::uint32_t EventModifierControl = 0x1000;
+
 inline constexpr std::uint32_t EventClassKeyboard = FourCharacterCode("keyb");
 inline constexpr std::uint32_t EventHotKeyPressed = 5;
 inline constexpr std::uint32_t EventHotKeyReleased = 6;
@@ -71,8 +77,8 @@ using EventHandler = EventStatus (*)(const void *nextHandler, const Event &event
 class HotKeyEvents {
 public:
     virtual ~HotKeyEvents() = default;
-    /// Takes the key for this program. `keyCode` is a virtual key code of the Mac, `modifiers` a mask in the Carbon
-    /// convention (0x0100 command, 0x0200 shift, 0x0800 option, 0x1000 control). On success a reference is put into
+    /// Takes the key for this program. `keyCode` is a virtual key code of the Mac, `modifiers` a mask of
+    /// `EventModifier…`. On success a reference is put into
     /// `hotKey`. Otherwise nothing at all stays taken, and the status says why: `EventHotKeyExistsError`,
     /// `EventHotKeyInvalidError` or another that is not 0. `target` must be `getEventDispatcherTarget()`, `options` 0.
     [[nodiscard]] virtual EventStatus registerEventHotKey(std::uint32_t keyCode, std::uint32_t modifiers, EventHotKeyID hotKeyID,

@@ -2,6 +2,7 @@
 
 #include "platform/wayland/SeatKeymap.h"
 #include "platform/x11/X11KeyCodes.h"
+#include "ports/HotKeyEvents.h"
 
 #include <algorithm>
 #include <array>
@@ -16,12 +17,6 @@
 namespace orvane {
 
 namespace {
-
-// Carbon's mask, Apple's Events.h.
-constexpr std::uint32_t Command = 0x0100;
-constexpr std::uint32_t Shift = 0x0200;
-constexpr std::uint32_t Option = 0x0800;
-constexpr std::uint32_t Control = 0x1000;
 
 struct SpecialKey {
     xkb_keysym_t keysym;
@@ -125,14 +120,14 @@ std::optional<int> KeyboardMap::qtKey(std::uint32_t keyCode, std::uint32_t modif
     // The keypad's digits are on its second level.
     const std::optional<std::uint32_t> plain = keysym(keyCode, X11IsKeypadKey(keyCode) ? 1 : 0, layout);
     const std::optional<std::uint32_t> symbol = plain ? plain : keysym(keyCode, 0, layout);
-    if (!symbol || (modifiers & ~(Command | Shift | Option | Control)) != 0) {
+    if (!symbol || (modifiers & ~(EventModifierCommand | EventModifierShift | EventModifierOption | EventModifierControl)) != 0) {
         return std::nullopt;
     }
     std::optional<int> key = qtKeyOf(*symbol);
     if (!key) {
         return std::nullopt;
     }
-    bool hasShift = (modifiers & Shift) != 0;
+    bool hasShift = (modifiers & EventModifierShift) != 0;
     if (hasShift && !isLetter(*symbol) && !X11IsKeypadKey(keyCode)) {
         const std::optional<std::uint32_t> shifted = keysym(keyCode, 1, layout);
         const std::optional<int> other = shifted ? qtKeyOf(*shifted) : std::nullopt;
@@ -143,9 +138,9 @@ std::optional<int> KeyboardMap::qtKey(std::uint32_t keyCode, std::uint32_t modif
     }
     int combination = *key;
     combination |= hasShift ? static_cast<int>(Qt::ShiftModifier) : 0;
-    combination |= (modifiers & Control) != 0 ? static_cast<int>(Qt::ControlModifier) : 0;
-    combination |= (modifiers & Option) != 0 ? static_cast<int>(Qt::AltModifier) : 0;
-    combination |= (modifiers & Command) != 0 ? static_cast<int>(Qt::MetaModifier) : 0;
+    combination |= (modifiers & EventModifierControl) != 0 ? static_cast<int>(Qt::ControlModifier) : 0;
+    combination |= (modifiers & EventModifierOption) != 0 ? static_cast<int>(Qt::AltModifier) : 0;
+    combination |= (modifiers & EventModifierCommand) != 0 ? static_cast<int>(Qt::MetaModifier) : 0;
     return combination;
 }
 
@@ -168,8 +163,8 @@ std::optional<std::string> KeyboardMap::portalTrigger(std::uint32_t keyCode, std
         return std::nullopt;
     }
     std::string trigger;
-    for (const auto &[bit, text] :
-         {std::pair{Control, "CTRL+"}, std::pair{Option, "ALT+"}, std::pair{Shift, "SHIFT+"}, std::pair{Command, "LOGO+"}}) {
+    for (const auto &[bit, text] : {std::pair{EventModifierControl, "CTRL+"}, std::pair{EventModifierOption, "ALT+"},
+                                    std::pair{EventModifierShift, "SHIFT+"}, std::pair{EventModifierCommand, "LOGO+"}}) {
         if ((modifiers & bit) != 0) {
             trigger += text;
         }

@@ -1,5 +1,7 @@
 #include "platform/wayland/SwayConfiguration.h"
 
+#include "ports/HotKeyEvents.h"
+
 #include <algorithm>
 #include <cctype>
 #include <charconv>
@@ -120,15 +122,14 @@ bool binds(const Words &words, bool isByCode, const Wanted &wanted) {
 } // namespace
 
 std::optional<SwayModifiers> SwayModifiersOfCarbon(std::uint32_t modifiers) {
-    // Apple's Events.h: cmdKey, shiftKey, optionKey, controlKey.
-    if ((modifiers & ~std::uint32_t{0x0100 | 0x0200 | 0x0800 | 0x1000}) != 0) {
+    if ((modifiers & ~(EventModifierCommand | EventModifierShift | EventModifierOption | EventModifierControl)) != 0) {
         return std::nullopt;
     }
     SwayModifiers named;
-    named.hasSuper = (modifiers & 0x0100) != 0;
-    named.hasShift = (modifiers & 0x0200) != 0;
-    named.hasAlt = (modifiers & 0x0800) != 0;
-    named.hasControl = (modifiers & 0x1000) != 0;
+    named.hasSuper = (modifiers & EventModifierCommand) != 0;
+    named.hasShift = (modifiers & EventModifierShift) != 0;
+    named.hasAlt = (modifiers & EventModifierOption) != 0;
+    named.hasControl = (modifiers & EventModifierControl) != 0;
     return named;
 }
 

@@ -1,6 +1,7 @@
 #include "platform/x11/X11Modifiers.h"
 
 #include "platform/x11/X11Reply.h"
+#include "ports/HotKeyEvents.h"
 
 #include <xcb/xcb.h>
 #include <xkbcommon/xkbcommon.h>
@@ -13,11 +14,6 @@
 namespace orvane {
 
 namespace {
-
-constexpr std::uint32_t CarbonCommand = 0x0100;
-constexpr std::uint32_t CarbonShift = 0x0200;
-constexpr std::uint32_t CarbonOption = 0x0800;
-constexpr std::uint32_t CarbonControl = 0x1000;
 
 /// The keys of the eight modifiers.
 class ModifierMap {
@@ -90,8 +86,10 @@ std::optional<std::uint16_t> X11Modifiers::ofCarbonModifiers(std::uint32_t modif
         std::uint32_t carbonBit;
         std::uint16_t stateBit;
     };
-    const std::array<Pair, 4> pairs{
-        {{CarbonCommand, super}, {CarbonShift, XCB_MOD_MASK_SHIFT}, {CarbonOption, alt}, {CarbonControl, XCB_MOD_MASK_CONTROL}}};
+    const std::array<Pair, 4> pairs{{{EventModifierCommand, super},
+                                     {EventModifierShift, XCB_MOD_MASK_SHIFT},
+                                     {EventModifierOption, alt},
+                                     {EventModifierControl, XCB_MOD_MASK_CONTROL}}};
     std::uint16_t state = 0;
     for (const Pair &pair : pairs) {
         if ((modifiers & pair.carbonBit) != 0) {
