@@ -5,6 +5,12 @@
 
 namespace orvane {
 
+bool isNotificationName(std::string_view name) {
+    const auto isLetter = [](char byte) { return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || byte == '_'; };
+    const auto isAllowed = [&](char byte) { return isLetter(byte) || (byte >= '0' && byte <= '9'); };
+    return !name.empty() && name.size() <= 255 && isLetter(name.front()) && std::all_of(name.begin(), name.end(), isAllowed);
+}
+
 void NotificationGate::addObserver(const void *observer, std::string_view name, Suspension behavior, Handler handler) {
     _registrations.push_back({++_lastNumber, observer, std::string(name), behavior, std::move(handler)});
 }

@@ -10,6 +10,9 @@
 
 namespace orvane {
 
+/// Whether a notification may have that name: a member name as the D-Bus protocol has them (version 0.41, "Valid Names").
+[[nodiscard]] bool isNotificationName(std::string_view name);
+
 /// The observers of one program, and what becomes of notifications that arrive while it is suspended: dropped, kept once
 /// for each observer (the last one counts for the order), all kept, or delivered all the same.
 ///

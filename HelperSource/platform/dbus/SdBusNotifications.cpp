@@ -2,7 +2,6 @@
 
 #include "platform/dbus/SdBusConnection.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <string_view>
 #include <utility>
@@ -14,13 +13,6 @@ namespace {
 using SteadyClock = std::chrono::steady_clock;
 
 constexpr std::chrono::seconds LimitOfExchange{1};
-
-/// Member names as the D-Bus protocol has them (version 0.41, "Valid Names").
-bool isMemberName(std::string_view name) {
-    const auto isLetter = [](char byte) { return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || byte == '_'; };
-    const auto isAllowed = [&](char byte) { return isLetter(byte) || (byte >= '0' && byte <= '9'); };
-    return !name.empty() && name.size() <= 255 && isLetter(name.front()) && std::all_of(name.begin(), name.end(), isAllowed);
-}
 
 } // namespace
 
@@ -40,7 +32,7 @@ void SdBusNotifications::removeObserver(const void *observer, std::string_view n
 }
 
 bool SdBusNotifications::post(std::string_view name) {
-    if (!isMemberName(name)) {
+    if (!isNotificationName(name)) {
         return false;
     }
     const auto deadline = SteadyClock::now() + LimitOfExchange;

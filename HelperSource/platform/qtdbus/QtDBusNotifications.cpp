@@ -14,13 +14,6 @@ const QString Path = u"/org/orvane/DistributedNotifications"_s;
 const QString Interface = u"org.orvane.DistributedNotifications"_s;
 constexpr int LimitOfExchange = 500; // ms; dbus-daemon itself answers in a fraction of one
 
-/// Member names as the D-Bus protocol has them (version 0.41, "Valid Names").
-bool isMemberName(std::string_view name) {
-    const auto isLetter = [](char byte) { return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || byte == '_'; };
-    const auto isAllowed = [&](char byte) { return isLetter(byte) || (byte >= '0' && byte <= '9'); };
-    return !name.empty() && name.size() <= 255 && isLetter(name.front()) && std::all_of(name.begin(), name.end(), isAllowed);
-}
-
 } // namespace
 
 QtDBusNotifications::QtDBusNotifications(QtDBusSession &session) : _session(session) {
@@ -44,7 +37,7 @@ void QtDBusNotifications::removeObserver(const void *observer, std::string_view 
 }
 
 bool QtDBusNotifications::post(std::string_view name) {
-    if (!isMemberName(name) || !_session.isConnected()) {
+    if (!isNotificationName(name) || !_session.isConnected()) {
         return false;
     }
     const QString member = QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
