@@ -2,8 +2,11 @@
 
 #include <algorithm>
 
+#include <QDialogButtonBox>
 #include <QFontMetrics>
+#include <QGridLayout>
 #include <QGuiApplication>
+#include <QLabel>
 #include <QScreen>
 #include <QScrollBar>
 #include <QTextCursor>
@@ -69,6 +72,18 @@ void QtAlertText::_fit(const QTextCharFormat &title) {
     setVerticalScrollBarPolicy(scrolls ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff);
     setFocusPolicy(scrolls ? Qt::StrongFocus : Qt::ClickFocus);
     setFixedSize(width + (scrolls ? verticalScrollBar()->sizeHint().width() + character : 0), std::min(height, most));
+}
+
+void QtLayOutMessage(QWidget &window, QLabel &icon, QtAlertText &text, QDialogButtonBox &buttons) {
+    auto *const layout = new QGridLayout(&window);
+    const int character = window.fontMetrics().averageCharWidth();
+    layout->setContentsMargins(3 * character, 3 * character, 3 * character, 2 * character);
+    layout->setHorizontalSpacing(3 * character);
+    layout->setVerticalSpacing(3 * character);
+    layout->addWidget(&icon, 0, 0, Qt::AlignTop);
+    layout->addWidget(&text, 0, 1, Qt::AlignVCenter);
+    layout->addWidget(&buttons, 1, 0, 1, 2);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
 }
 
 } // namespace orvane

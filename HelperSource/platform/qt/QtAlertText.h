@@ -3,6 +3,9 @@
 #include <QString>
 #include <QTextEdit>
 
+class QDialogButtonBox;
+class QLabel;
+
 namespace orvane {
 
 /// The text of an alert: read-only, a title in bold above a message. It can be selected, wraps anywhere, takes the room that it needs and
@@ -16,5 +19,8 @@ public:
 private:
     void _fit(const QTextCharFormat &title);
 };
+
+/// Puts the parts of a message into its window, which takes the size that they need.
+void QtLayOutMessage(QWidget &window, QLabel &icon, QtAlertText &text, QDialogButtonBox &buttons);
 
 } // namespace orvane

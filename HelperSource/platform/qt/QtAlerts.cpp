@@ -4,11 +4,10 @@
 #include "platform/qt/QtText.h"
 
 #include <QAccessible>
-#include <QApplication>
+#include <QCoreApplication>
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QEventLoop>
-#include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QStyle>
@@ -37,7 +36,7 @@ public:
         _button->setObjectName(QStringLiteral("alertButton"));
         _button->setDefault(true);
         connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-        _layOut(*icon, *text, *buttons);
+        QtLayOutMessage(*this, *icon, *text, *buttons);
         // A screen reader says both when the alert appears.
         setAccessibleName(title.isEmpty() ? message : title);
         setAccessibleDescription(title.isEmpty() ? QString() : message);
@@ -45,18 +44,6 @@ public:
     }
 
 private:
-    void _layOut(QLabel &icon, QtAlertText &text, QDialogButtonBox &buttons) {
-        auto *const layout = new QGridLayout(this);
-        const int character = fontMetrics().averageCharWidth();
-        layout->setContentsMargins(3 * character, 3 * character, 3 * character, 2 * character);
-        layout->setHorizontalSpacing(3 * character);
-        layout->setVerticalSpacing(3 * character);
-        layout->addWidget(&icon, 0, 0, Qt::AlignTop);
-        layout->addWidget(&text, 0, 1, Qt::AlignVCenter);
-        layout->addWidget(&buttons, 1, 0, 1, 2);
-        layout->setSizeConstraint(QLayout::SetFixedSize);
-    }
-
     QPushButton *_button = nullptr;
 };
 

@@ -8,7 +8,6 @@
 
 #include <QCoreApplication>
 #include <QDialogButtonBox>
-#include <QGridLayout>
 #include <QLabel>
 #include <QLocale>
 #include <QPushButton>
@@ -170,15 +169,7 @@ void QtRemainsWindow::_layOut() {
     auto *const icon = new QLabel(this);
     const int size = style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, this);
     icon->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxInformation, nullptr, this).pixmap(QSize(size, size), devicePixelRatio()));
-    auto *const layout = new QGridLayout(this);
-    const int character = fontMetrics().averageCharWidth();
-    layout->setContentsMargins(3 * character, 3 * character, 3 * character, 2 * character);
-    layout->setHorizontalSpacing(3 * character);
-    layout->setVerticalSpacing(3 * character);
-    layout->addWidget(icon, 0, 0, Qt::AlignTop);
-    layout->addWidget(_text, 0, 1, Qt::AlignVCenter);
-    layout->addWidget(_buttons, 1, 0, 1, 2);
-    layout->setSizeConstraint(QLayout::SetFixedSize);
+    QtLayOutMessage(*this, *icon, *_text, *_buttons);
 }
 
 } // namespace orvane
