@@ -2,13 +2,13 @@
 
 #include "Translation.h"
 
-#include "ports/FinderLabel.h"
 #include "presets/ORVFileHelpers.h"
 #include "presets/ORVNameTemplate.h"
 #include "presets/ORVPresetManager.h"
 #include "presets/ORVPropertyListReading.h"
 
 #include <span>
+#include <string_view>
 
 namespace orvane {
 

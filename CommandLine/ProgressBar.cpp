@@ -1,12 +1,13 @@
 #include "ProgressBar.h"
 
-#include "CommandSupport.h"
 #include "Terminal.h"
+#include "Translation.h"
 
 #include "platform/posix/PosixBlockedSignals.h"
 #include "platform/posix/PosixContentCopy.h"
 
 #include <algorithm>
+#include <chrono>
 #include <sys/ioctl.h>
 #include <system_error>
 #include <unistd.h>

@@ -1,9 +1,7 @@
 #pragma once
 
 #include "CommandLineAdapters.h"
-#include "Terminal.h"
 
-#include <chrono>
 #include <condition_variable>
 #include <cstddef>
 #include <mutex>

@@ -5,7 +5,6 @@
 #include "platform/posix/PosixContentCopy.h"
 
 #include <array>
-#include <cerrno>
 #include <cstdint>
 #include <cstdlib>
 #include <fcntl.h>

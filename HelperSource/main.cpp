@@ -28,7 +28,6 @@
 #include "platform/qt/QtTermination.h"
 #include "platform/qt/QtTranslations.h"
 #include "platform/qt/QtUnblockedTray.h"
-#include "platform/qt/QtX11Events.h"
 #include "platform/qtdbus/DesktopWorkspace.h"
 #include "platform/qtdbus/DetachedProgram.h"
 #include "platform/qtdbus/QtDBusNotifications.h"

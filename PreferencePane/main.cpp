@@ -6,7 +6,6 @@
 #include "hotkeys/SGKeyCombo.h"
 #include "platform/qt/QtApplication.h"
 #include "platform/qt/QtResources.h"
-#include "platform/qt/QtText.h"
 #include "platform/qt/QtTranslations.h"
 #include "platform/qt/QtX11Events.h"
 #include "platform/qtdbus/DesktopWorkspace.h"
@@ -19,10 +18,9 @@
 #include "platform/x11/X11KeyboardLayouts.h"
 #include "wiring/LoggedAssertions.h"
 
-#include <QApplication>
-#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QIcon>
 #include <QStringList>
 #include <QUrl>

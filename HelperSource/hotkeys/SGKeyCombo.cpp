@@ -1,6 +1,7 @@
 #include "hotkeys/SGKeyCombo.h"
 
 #include "hotkeys/SGIntegerValue.h"
+#include "hotkeys/SGKeyCodeTranslator.h"
 #include "hotkeys/SGModifiers.h"
 #include "presets/ORVPropertyListReading.h"
 

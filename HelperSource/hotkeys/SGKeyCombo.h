@@ -1,7 +1,7 @@
 #pragma once
 
-#include "hotkeys/SGKeyCodeTranslator.h"
 #include "ports/AssertionHandler.h"
+#include "ports/KeyboardLayouts.h"
 #include "ports/PropertyList.h"
 #include "ports/Resources.h"
 #include "ports/TextCase.h"

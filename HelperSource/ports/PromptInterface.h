@@ -2,8 +2,6 @@
 
 #include "ports/PromptValueRow.h"
 
-#include <cstddef>
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>

@@ -1,5 +1,6 @@
 #include "presets/ORVCheckedNames.h"
 
+#include "presets/ORVNameTemplate.h"
 #include "presets/ORVPresetManager.h"
 
 #include <algorithm>

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "presets/ORVNameTemplate.h"
 #include "presets/ORVPresetChecker.h"
 
 #include <cstddef>

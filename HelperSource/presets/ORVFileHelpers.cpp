@@ -1,5 +1,6 @@
 #include "presets/ORVFileHelpers.h"
 
+#include "ports/FinderLabel.h"
 #include "ports/UTF16.h"
 
 #include <algorithm>

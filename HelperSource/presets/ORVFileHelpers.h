@@ -1,7 +1,6 @@
 #pragma once
 
 #include "ports/FinderInformation.h"
-#include "ports/FinderLabel.h"
 #include "ports/UserFolders.h"
 
 #include <functional>

@@ -4,7 +4,6 @@
 #include "presets/ORVPresetManager.h"
 
 #include <algorithm>
-#include <map>
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>

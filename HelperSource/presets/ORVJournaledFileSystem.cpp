@@ -2,7 +2,6 @@
 
 #include <array>
 #include <atomic>
-#include <string>
 #include <utility>
 #include <vector>
 

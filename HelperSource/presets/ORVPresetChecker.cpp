@@ -5,7 +5,6 @@
 #include "presets/ORVFileHelpers.h"
 #include "presets/ORVPresetManager.h"
 #include "presets/ORVPropertyListReading.h"
-#include "presets/ORVUTF16.h"
 
 #include <algorithm>
 #include <array>

@@ -6,7 +6,6 @@
 #include "presets/ORVPropertyListReading.h"
 
 #include <algorithm>
-#include <functional>
 #include <limits>
 #include <utility>
 

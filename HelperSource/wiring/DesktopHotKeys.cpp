@@ -13,6 +13,7 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <functional>
 #include <span>
 
 namespace orvane {

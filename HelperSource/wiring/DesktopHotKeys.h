@@ -5,7 +5,6 @@
 #include "platform/posix/PosixHotKeyStatement.h"
 #include "ports/SystemLog.h"
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>

@@ -2,7 +2,6 @@
 
 #include "OverlaidDictionary.h"
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>

@@ -2,9 +2,7 @@
 
 #include "presets/ORVPropertyListReading.h"
 
-#include <array>
 #include <charconv>
-#include <limits>
 
 namespace orvane {
 

@@ -1,5 +1,7 @@
 #include "Permissions.h"
 
+#include <cstddef>
+
 namespace orvane {
 
 std::optional<unsigned> modeOfOctalText(std::string_view text) {

@@ -3,7 +3,6 @@
 #include "presets/ORVPropertyListReading.h"
 
 #include <algorithm>
-#include <array>
 
 // What the document is asked. Positions of siblings are counted when somebody asks for one, as far as that one, and stay right until
 // rows before them move: an item view, which asks for every row that it shows, pays for the counting once.

@@ -1,7 +1,6 @@
 #include "PresetDocument.h"
 
 #include <algorithm>
-#include <cassert>
 #include <utility>
 
 // The four changes that every edit is made of: items come, go, move, and get another value. Items that went stay in memory as long

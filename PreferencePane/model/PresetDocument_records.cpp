@@ -1,11 +1,5 @@
 #include "PresetDocument.h"
 
-#include "presets/ORVPropertyListReading.h"
-
-#include <algorithm>
-#include <array>
-#include <utility>
-
 // Records into items and items into records. Both ways go through the tree with a stack of their own, so that no depth of nesting
 // is too deep.
 //

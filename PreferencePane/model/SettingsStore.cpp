@@ -1,7 +1,6 @@
 #include "SettingsStore.h"
 
 #include "presets/ORVPresetManager.h"
-#include "presets/ORVPropertyListReading.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,5 @@
 #include "SettingsStore.h"
 
-#include "presets/ORVPropertyListReading.h"
-
 #include <array>
 #include <string_view>
 #include <utility>

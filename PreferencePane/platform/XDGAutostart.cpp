@@ -5,7 +5,6 @@
 #include "platform/posix/PosixSmallFile.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdlib>
 #include <string_view>
 #include <utility>

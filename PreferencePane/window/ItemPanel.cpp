@@ -13,7 +13,6 @@
 #include <QComboBox>
 #include <QFile>
 #include <QFileDialog>
-#include <QFormLayout>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QKeyEvent>

@@ -1,5 +1,6 @@
 #include "window/LocalFiles.h"
 
+#include <QDropEvent>
 #include <QFileInfo>
 #include <QMimeData>
 #include <QUrl>

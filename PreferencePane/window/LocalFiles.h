@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QDropEvent>
 #include <QStringList>
 
+class QEvent;
 class QMimeData;
 
 namespace orvane {

@@ -23,7 +23,6 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
-#include <QSignalBlocker>
 #include <QSplitter>
 #include <QTabWidget>
 #include <QToolButton>

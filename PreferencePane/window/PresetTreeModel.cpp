@@ -6,10 +6,6 @@
 
 #include "platform/qt/QtText.h"
 
-#include <QApplication>
-#include <QFont>
-#include <QPalette>
-
 #include <array>
 #include <cstdint>
 

@@ -7,6 +7,7 @@
 
 #include "model/NodeText.h"
 #include "platform/qt/QtText.h"
+#include "presets/ORVNameTemplate.h"
 
 #include <QByteArray>
 #include <QCoreApplication>

@@ -22,7 +22,6 @@
 
 #include <algorithm>
 #include <array>
-#include <memory>
 
 namespace orvane {
 

@@ -7,8 +7,6 @@
 #include "window/PresetListModel.h"
 #include "window/PresetTreeView.h"
 
-#include "platform/qt/QtText.h"
-
 #include <QAction>
 #include <QDataStream>
 #include <QHBoxLayout>

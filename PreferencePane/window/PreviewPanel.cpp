@@ -7,8 +7,6 @@
 #include "platform/qt/QtText.h"
 
 #include <QApplication>
-#include <QHeaderView>
-#include <QLabel>
 #include <QTreeView>
 #include <QVBoxLayout>
 

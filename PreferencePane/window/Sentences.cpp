@@ -5,7 +5,6 @@
 #include "platform/qt/QtText.h"
 
 #include <QRegularExpression>
-#include <QStringList>
 
 #include <array>
 #include <vector>

@@ -1,7 +1,6 @@
 #include "window/SettingsAdapters.h"
 
 #include "platform/posix/PosixUserFolders.h"
-#include "platform/qt/QtText.h"
 #include "presets/ORVFileHelpers.h"
 
 #include <QFile>

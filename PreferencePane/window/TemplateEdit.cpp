@@ -5,7 +5,6 @@
 #include "model/TemplateSpans.h"
 #include "platform/qt/QtText.h"
 
-#include <QCoreApplication>
 #include <QEvent>
 #include <QInputMethodEvent>
 #include <QKeyEvent>

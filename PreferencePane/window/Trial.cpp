@@ -1,6 +1,5 @@
 #include "window/Trial.h"
 
-#include "window/Page.h"
 #include "window/ProblemText.h"
 #include "window/Sentences.h"
 
@@ -10,8 +9,6 @@
 
 #include <QDir>
 #include <QFile>
-
-#include <string>
 
 namespace orvane {
 

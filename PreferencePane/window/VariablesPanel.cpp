@@ -17,7 +17,6 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
-#include <array>
 #include <cstdint>
 #include <unordered_set>
 

@@ -1,5 +1,7 @@
 #include "platform/filemanagers/AccessibleTree.h"
 
+#include "platform/filemanagers/BusCalls.h"
+
 #include <QDBusArgument>
 #include <QDBusObjectPath>
 #include <QStringList>

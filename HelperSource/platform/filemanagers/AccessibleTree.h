@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/filemanagers/BusCalls.h"
+#include "platform/filemanagers/Deadline.h"
 #include "platform/filemanagers/PathBar.h"
 
 #include <cstdint>

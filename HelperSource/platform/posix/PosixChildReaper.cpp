@@ -1,6 +1,5 @@
 #include "platform/posix/PosixChildReaper.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstddef>

@@ -3,7 +3,6 @@
 #include "platform/posix/FileDescriptor.h"
 #include "ports/CreationJournal.h"
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>

@@ -1,5 +1,6 @@
 #include "platform/posix/PosixCreationRecovery.h"
 
+#include "platform/posix/PosixCreationJournal.h"
 #include "platform/posix/PosixItemFinish.h"
 
 #include <algorithm>

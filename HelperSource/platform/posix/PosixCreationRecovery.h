@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/posix/PosixCreationJournal.h"
+#include "ports/CreationJournal.h"
 
 #include <string>
 #include <vector>

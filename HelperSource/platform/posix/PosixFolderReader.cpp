@@ -1,6 +1,7 @@
 #include "platform/posix/PosixFolderReader.h"
 
 #include <cerrno>
+#include <cstddef>
 #include <memory>
 #include <utility>
 

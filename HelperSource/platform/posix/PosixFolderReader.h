@@ -4,9 +4,7 @@
 #include "platform/posix/PosixContent.h"
 #include "platform/posix/PosixMadeItems.h"
 
-#include <cstddef>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace orvane {

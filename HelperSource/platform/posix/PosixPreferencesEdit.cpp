@@ -1,9 +1,9 @@
 #include "platform/posix/PosixPreferencesEdit.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstring>
+#include <string_view>
 
 namespace orvane {
 

@@ -3,6 +3,7 @@
 #include "platform/propertylist/PropertyListFiles.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace orvane {
 

@@ -3,7 +3,6 @@
 #include "platform/propertylist/PropertyListText.h"
 
 #include <algorithm>
-#include <utility>
 #include <vector>
 
 namespace orvane {

@@ -4,7 +4,6 @@
 #include "ports/AssertionHandler.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <string>

@@ -2,7 +2,6 @@
 
 #include "ports/Menu.h"
 
-#include <functional>
 #include <map>
 #include <string>
 

@@ -6,7 +6,6 @@
 #include <memory>
 #include <optional>
 #include <utility>
-#include <vector>
 
 class QAction;
 class QMenu;

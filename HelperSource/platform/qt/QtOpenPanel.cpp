@@ -12,7 +12,6 @@
 #include <QSaveFile>
 #include <QScreen>
 #include <QTreeView>
-#include <QWindow>
 
 namespace orvane {
 

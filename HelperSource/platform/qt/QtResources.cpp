@@ -1,7 +1,6 @@
 #include "platform/qt/QtResources.h"
 
 #include "platform/propertylist/PropertyListFiles.h"
-#include "platform/qt/QtText.h"
 
 #include <QCoreApplication>
 #include <QFile>

@@ -16,8 +16,9 @@
 #include <sys/stat.h>
 
 #include <cstddef>
+#include <string>
 #include <string_view>
-#include <utility>
+#include <vector>
 
 namespace orvane {
 

@@ -9,8 +9,6 @@
 
 #include <functional>
 #include <memory>
-#include <string>
-#include <vector>
 
 class QDBusPendingCall;
 

@@ -4,7 +4,9 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
+#include <chrono>
 
 namespace orvane {
 

@@ -7,8 +7,6 @@
 #include <QString>
 #include <QTimer>
 
-#include <array>
-#include <chrono>
 #include <cstddef>
 #include <optional>
 

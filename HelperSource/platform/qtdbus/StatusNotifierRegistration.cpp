@@ -2,7 +2,6 @@
 
 #include "platform/qtdbus/BusName.h"
 
-#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>

@@ -6,7 +6,6 @@
 #include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusConnectionInterface>
-#include <QDBusMetaType>
 #include <QDBusObjectPath>
 #include <QDBusReply>
 

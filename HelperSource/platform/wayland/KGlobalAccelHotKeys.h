@@ -5,7 +5,6 @@
 #include "ports/SystemLog.h"
 
 #include <map>
-#include <memory>
 #include <string>
 
 #include <QDBusMessage>

@@ -5,7 +5,6 @@
 #include <array>
 #include <chrono>
 #include <cstdlib>
-#include <cstring>
 #include <string>
 
 #include <fcntl.h>

@@ -13,7 +13,6 @@
 #include <QPainter>
 #include <QScreen>
 #include <QThread>
-#include <QWindow>
 
 namespace orvane {
 

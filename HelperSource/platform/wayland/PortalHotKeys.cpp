@@ -11,7 +11,6 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMetaType>
 #include <QDBusPendingReply>
-#include <QDBusReply>
 #include <QDBusVariant>
 
 namespace orvane {

@@ -1,7 +1,6 @@
 #include "platform/x11/X11KeyCodes.h"
 
 #include <array>
-#include <cstddef>
 
 // From the Mac's virtual key codes to X key codes.
 //

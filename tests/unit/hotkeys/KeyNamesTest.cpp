@@ -1,6 +1,7 @@
 #include "unit/hotkeys/KeyDesk.h"
 
 #include "hotkeys/SGIntegerValue.h"
+#include "hotkeys/SGKeyCodeTranslator.h"
 
 #include <gtest/gtest.h>
 
