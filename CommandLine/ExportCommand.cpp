@@ -11,7 +11,6 @@
 
 #include <array>
 #include <cerrno>
-#include <cstring>
 
 #include <sys/stat.h>
 

@@ -1,7 +1,7 @@
 #include "StandardStreams.h"
 
 #include "platform/posix/PosixContentCopy.h"
-#include "presets/ORVUTF16.h"
+#include "ports/UTF16.h"
 
 #include <array>
 #include <cstddef>

@@ -8,7 +8,6 @@
 #include "presets/ORVPresetFile.h"
 
 #include <cerrno>
-#include <span>
 #include <utility>
 
 #include <fcntl.h>

@@ -3,7 +3,7 @@
 #include "platform/posix/FileDescriptor.h"
 #include "platform/propertylist/PropertyListText.h"
 #include "ports/FinderLabel.h"
-#include "presets/ORVUTF16.h"
+#include "ports/UTF16.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -4,7 +4,6 @@
 #include "ports/Sentence.h"
 
 #include <cstddef>
-#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>

@@ -4,8 +4,6 @@
 #include "platform/posix/PosixNewFile.h"
 #include "platform/posix/PosixPreferencesLock.h"
 
-#include <array>
-
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
