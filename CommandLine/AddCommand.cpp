@@ -17,7 +17,7 @@ namespace {
 constexpr const char *Title = forTranslation("Preset not added");
 
 /// Stores the parts of a preset file and prints what the preset has got; what was stored for nothing is taken away again.
-ExitStatus add(CommandContext &context, const ORVPackedPreset &parts) {
+ExitStatus add(CommandContext &context, const ORVPackedPreset &parts, bool &isKept) {
     PresetAddition addition(parts, ORVApplicationSupportPath(context.folders), [](const Sentence &text) { warn(localized(text)); });
     Sentence problem;
     if (!addition.storeResources(problem)) {
@@ -38,6 +38,7 @@ ExitStatus add(CommandContext &context, const ORVPackedPreset &parts) {
         return ExitStatus::NotMade;
     }
     addition.keep();
+    isKept = true;
     if (addition.script()) {
         const std::string script = printable(*addition.script());
         writeStandardError("orvane: " + localized("the script '%1' will run after each creation with this preset", {script}) + "\n");
@@ -78,7 +79,7 @@ ExitStatus runAddCommand(CommandContext &context, const CommandArguments &argume
     if (refusesNeverEnding(parts->preset.root()) || !readPresets(context)) {
         return ExitStatus::NotMade;
     }
-    return untilInterrupted([&] { return add(context, *parts); });
+    return untilInterrupted([&](bool &isKept) { return add(context, *parts, isKept); });
 }
 
 } // namespace orvane

@@ -104,7 +104,7 @@ void warnOfUnusedTexts(const FolderImportOptions &options, const PropertyList &p
 }
 
 /// Imports and prints what it has got; what was stored for nothing is taken away again.
-ExitStatus import(CommandContext &context, FolderImportOptions &options, bool withContent) {
+ExitStatus import(CommandContext &context, FolderImportOptions &options, bool withContent, bool &isKept) {
     const std::string title = localized("Folder not imported");
     const std::string contents = stringByAppendingPathComponent(ORVApplicationSupportPath(context.folders), ORVFileContentFolder);
     ResourceFolder store(contents);
@@ -137,6 +137,7 @@ ExitStatus import(CommandContext &context, FolderImportOptions &options, bool wi
         return ExitStatus::NotMade;
     }
     store.keep();
+    isKept = true;
     return writeStandardOutput(std::to_string(*index) + "  " + printable(options.label) + "\n");
 }
 
@@ -180,7 +181,7 @@ ExitStatus runImportCommand(CommandContext &context, const CommandArguments &arg
     if (!readPresets(context)) {
         return ExitStatus::NotMade;
     }
-    return untilInterrupted([&] { return import(context, options, words.has("with-content")); });
+    return untilInterrupted([&](bool &isKept) { return import(context, options, words.has("with-content"), isKept); });
 }
 
 } // namespace orvane

@@ -3,6 +3,8 @@
 #include "CommandSupport.h"
 #include "Translation.h"
 
+#include "platform/posix/PosixBlockedSignals.h"
+
 #include <atomic>
 #include <cerrno>
 #include <string>
@@ -81,10 +83,12 @@ void Interruption::raiseAgain() {
     }
 }
 
-ExitStatus untilInterrupted(const std::function<ExitStatus()> &work) {
+ExitStatus untilInterrupted(const std::function<ExitStatus(bool &isKept)> &work) {
+    const PosixBlockedSignals deferred(SIGPIPE);
     Interruption interruption;
-    const ExitStatus status = work();
-    if (Interruption::wasRequested() && status != ExitStatus::Success) {
+    bool isKept = false;
+    const ExitStatus status = work(isKept);
+    if (Interruption::wasRequested() && !isKept) {
         Interruption::tell();
     }
     interruption.end();

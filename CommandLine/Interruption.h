@@ -36,8 +36,9 @@ private:
     bool _isActive = true;
 };
 
-/// Does what takes back what it has made when it ends without success, and asks `Interruption::wasRequested` now and then. When that
-/// was because of a signal, says so. The signal then does what it does, which ends the program mostly. Returns what `work` does.
-ExitStatus untilInterrupted(const std::function<ExitStatus()> &work);
+/// Does what takes back what it has made unless it sets `isKept`, and asks `Interruption::wasRequested` now and then. When one has arrived
+/// and nothing is kept, says so. The signal then does what it does, which ends the program mostly; so does one for a broken pipe, which
+/// waits until then. Returns what `work` does.
+ExitStatus untilInterrupted(const std::function<ExitStatus(bool &isKept)> &work);
 
 } // namespace orvane

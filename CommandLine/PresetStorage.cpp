@@ -1,6 +1,7 @@
 #include "PresetStorage.h"
 
 #include "CommandSupport.h"
+#include "Interruption.h"
 #include "PresetPacking.h"
 #include "PropertyListFile.h"
 #include "Translation.h"
@@ -80,6 +81,9 @@ bool haveLabel(std::span<const PropertyListValue> presets, const std::string &la
 
 std::optional<std::size_t> appendPreset(CommandContext &context, const PropertyList &preset, const std::function<bool()> &aboutToStore) {
     const auto lock = context.preferences.lock();
+    if (!lock && Interruption::wasRequested()) {
+        return std::nullopt;
+    }
     if (!lock) {
         failure(localized(NotStored), localized("the preferences cannot be locked, or another program holds them for too long."));
         return std::nullopt;

@@ -32,6 +32,8 @@ void speakUsersLanguage();
 /// A sentence that the engine or another program puts together in English, in the user's language as far as it is known: its parts are
 /// found again. What is not known stays English.
 [[nodiscard]] std::string localizedSentence(std::string_view english);
+/// A text that was put together already cannot be looked up.
+std::string localized(const std::string &text) = delete;
 /// A sentence in the user's language.
 [[nodiscard]] std::string localized(const Sentence &sentence);
 

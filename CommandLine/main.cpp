@@ -1,6 +1,7 @@
 #include "BusProgram.h"
 #include "Command.h"
 #include "CommandSupport.h"
+#include "Interruption.h"
 
 #include "platform/posix/PosixClock.h"
 #include "platform/posix/PosixContentCopy.h"
@@ -99,6 +100,7 @@ ExitStatus runCommand(const Command &command, const CommandArguments &arguments)
     PosixUserFolders folders;
     PosixSystemLog log(folders.stateDirectory());
     PosixPreferencesStore preferences(folders.preferencesFile(), folders.stateDirectory() + "/preferences.lock", log);
+    preferences.setGivesUp(&Interruption::wasRequested);
     PosixFileSystem fileSystem(umask);
     fileSystem.setLog(log);
     PosixFinderInformation finderInformation;

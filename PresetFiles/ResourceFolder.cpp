@@ -209,14 +209,14 @@ bool ResourceFolder::_make(const std::string &name, const Source &source) {
     constexpr int flags = O_TMPFILE | O_RDWR | O_CLOEXEC;
     const FileDescriptor file(uninterrupted([&] { return ::openat(_folder.get(), ".", flags, 0600); }));
     if (!file) {
-        return (isRefusal(errno) || errno == EISDIR || errno == ENOENT) && _makeByName(name, source);
+        return (isUnknownToFileSystem(errno) || errno == EISDIR || errno == ENOENT) && _makeByName(name, source);
     }
     if (!_complete(file.get(), source)) {
         return false;
     }
     const std::string self = "/proc/self/fd/" + std::to_string(file.get());
     if (::linkat(AT_FDCWD, self.c_str(), _folder.get(), name.c_str(), AT_SYMLINK_FOLLOW) != 0) {
-        return (isRefusal(errno) || errno == ENOENT) && _makeByName(name, source);
+        return (isUnknownToFileSystem(errno) || errno == ENOENT) && _makeByName(name, source);
     }
     _madeFiles.push_back(name);
     return true;
@@ -254,7 +254,7 @@ bool ResourceFolder::_complete(int file, const Source &source) {
     struct stat status {};
     const bool canRun = ::fstat(file, &status) == 0 && (status.st_mode & S_IXUSR) != 0;
     errno = error;
-    return isRefusal(error) && ((source.mode & S_IXUSR) == 0 || canRun); // a script that cannot be run would fail each creation
+    return isUnknownToFileSystem(error) && ((source.mode & S_IXUSR) == 0 || canRun); // a script that cannot be run would fail each creation
 }
 
 } // namespace orvane

@@ -1,5 +1,6 @@
 #include "presets/ORVImportedNames.h"
 
+#include "ports/Sentence.h"
 #include "presets/ORVNameTemplate.h"
 #include "presets/ORVPresetManager.h"
 
@@ -13,11 +14,12 @@ namespace orvane {
 
 namespace {
 
-constexpr const char *VariableAdded = "names that look like variables need a variable in the preset: '{%1}' was added to the name of the "
-                                      "top-level folder; leave it empty when you use the preset";
-constexpr const char *TextKept = "'%1' in '%2' stays as it is: a variable behind a backslash would not be found";
-constexpr const char *NameChanges = "'%1' cannot be given back exactly: it becomes '%2'";
-constexpr const char *PathChanges = "'%1' is checked and opened as '%2'";
+constexpr const char *VariableAdded =
+    forTranslation("names that look like variables need a variable in the preset: '{%1}' was added to the name of the "
+                   "top-level folder; leave it empty when you use the preset");
+constexpr const char *TextKept = forTranslation("'%1' in '%2' stays as it is: a variable behind a backslash would not be found");
+constexpr const char *NameChanges = forTranslation("'%1' cannot be given back exactly: it becomes '%2'");
+constexpr const char *PathChanges = forTranslation("'%1' is checked and opened as '%2'");
 
 /// A stretch of a name: a text as it is, or one that becomes a variable.
 struct Piece {

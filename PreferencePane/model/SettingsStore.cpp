@@ -180,7 +180,7 @@ SettingsStore::Outcome SettingsStore::_takeOver(const Disk &disk) {
     MergedPresets merged = mergePresets(_base, _mine(), disk.presets, _decision());
     _conflicts = std::move(merged.conflicts);
     if (_settingsConflict(disk) || !_conflicts.empty()) {
-        return _fail(Outcome::Conflicts, "Another program changed the same settings.");
+        return _fail(Outcome::Conflicts, {});
     }
     std::vector<Placed> presets;
     for (MergedRecord &each : merged.presets) {

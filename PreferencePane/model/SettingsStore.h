@@ -68,7 +68,7 @@ public:
     Outcome reload();
     /// Stores the edits, and posts the change notification when something was written.
     Outcome save();
-    /// Why the last call did not succeed, in English; empty when it did.
+    /// Why the last call could not read or write; empty when it could.
     [[nodiscard]] const Sentence &problem() const { return _problem; }
     [[nodiscard]] bool isModified() const { return _models.history.isModified(); }
     /// Whether the preferences can hold this text, as people type or paste it.

@@ -182,7 +182,7 @@ SettingsStore::Outcome SettingsStore::recover() {
     MergedPresets merged = mergePresets(edits.at(*root.find(BaseKey)), mine, _models.presets.propertyList(), _decision());
     _conflicts = std::move(merged.conflicts);
     if (!_conflicts.empty()) {
-        return _fail(Outcome::Conflicts, "The unsaved edits and what there is now differ in the same places.");
+        return _fail(Outcome::Conflicts, {});
     }
     std::vector<Placed> presets;
     for (MergedRecord &each : merged.presets) {

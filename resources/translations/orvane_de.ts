@@ -1756,6 +1756,31 @@ Drücken Sie die Eingabetaste, um einen Ordner hinzuzufügen, oder legen Sie Dat
         <translation>die Vorlage darin ist kein Wörterbuch</translation>
     </message>
     <message>
+        <location filename="../../HelperSource/presets/ORVImportedNames.cpp"/>
+        <source>names that look like variables need a variable in the preset: &apos;{%1}&apos; was added to the name of the top-level folder; leave it empty when you use the preset</source>
+        <translation>Namen, die wie Variablen aussehen, brauchen eine Variable in der Vorlage: „{%1}“ wurde an den Namen des obersten Ordners angehängt; lassen Sie sie leer, wenn Sie die Vorlage verwenden</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/presets/ORVImportedNames.cpp"/>
+        <source>&apos;%1&apos; in &apos;%2&apos; stays as it is: a variable behind a backslash would not be found</source>
+        <translation>„%1“ in „%2“ bleibt, wie es ist: Eine Variable hinter einem umgekehrten Schrägstrich würde nicht gefunden</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/presets/ORVImportedNames.cpp"/>
+        <source>&apos;%1&apos; cannot be given back exactly: it becomes &apos;%2&apos;</source>
+        <translation>„%1“ lässt sich nicht genau wiedergeben: Es wird zu „%2“</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/presets/ORVImportedNames.cpp"/>
+        <source>&apos;%1&apos; is checked and opened as &apos;%2&apos;</source>
+        <translation>„%1“ wird als „%2“ geprüft und geöffnet</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/ports/Sentence.cpp"/>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
         <location filename="../../HelperSource/main.cpp"/>
         <source>Make a folder from a preset</source>
         <translation>Ordner aus einer Vorlage anlegen</translation>

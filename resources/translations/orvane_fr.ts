@@ -1756,6 +1756,31 @@ Appuyez sur Entrée pour ajouter un dossier, ou déposez ici des fichiers et des
         <translation>le modèle qu’il contient n’est pas un dictionnaire</translation>
     </message>
     <message>
+        <location filename="../../HelperSource/presets/ORVImportedNames.cpp"/>
+        <source>names that look like variables need a variable in the preset: &apos;{%1}&apos; was added to the name of the top-level folder; leave it empty when you use the preset</source>
+        <translation>les noms qui ressemblent à des variables exigent une variable dans le modèle : « {%1} » a été ajouté au nom du dossier principal ; laissez-la vide quand vous utilisez le modèle</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/presets/ORVImportedNames.cpp"/>
+        <source>&apos;%1&apos; in &apos;%2&apos; stays as it is: a variable behind a backslash would not be found</source>
+        <translation>« %1 » dans « %2 » reste tel quel : une variable derrière une barre oblique inverse ne serait pas trouvée</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/presets/ORVImportedNames.cpp"/>
+        <source>&apos;%1&apos; cannot be given back exactly: it becomes &apos;%2&apos;</source>
+        <translation>« %1 » ne peut pas être rendu exactement : il devient « %2 »</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/presets/ORVImportedNames.cpp"/>
+        <source>&apos;%1&apos; is checked and opened as &apos;%2&apos;</source>
+        <translation>« %1 » est vérifié et ouvert sous le nom « %2 »</translation>
+    </message>
+    <message>
+        <location filename="../../HelperSource/ports/Sentence.cpp"/>
+        <source>%1: %2</source>
+        <translation>%1 : %2</translation>
+    </message>
+    <message>
         <location filename="../../HelperSource/main.cpp"/>
         <source>Make a folder from a preset</source>
         <translation>Créer un dossier à partir d’un modèle</translation>

@@ -30,6 +30,8 @@ SOURCES = {
     "PreferencePane/platform/*.cpp": CALLS,
     "PresetFiles/*.cpp": CALLS,
     "HelperSource/presets/ORVPresetFile.cpp": CALLS,
+    "HelperSource/presets/ORVImportedNames.cpp": CALLS,
+    "HelperSource/ports/Sentence.cpp": CALLS,
     "HelperSource/*.cpp": CALLS,
     "HelperSource/wiring/*.cpp": CALLS,
     "HelperSource/platform/qt/*.cpp": CALLS,
@@ -124,7 +126,7 @@ def all_texts():
         found.setdefault(text, TOP / "HelperSource/hotkeys/HotKeyAdvice.cpp")
     for text in problem_texts():
         found.setdefault(text, TOP / "HelperSource/presets/ORVPresetChecker.cpp")
-    return {text: path for text, path in found.items() if re.search(r"[A-Za-z]", text) and text == text.strip()}
+    return {text: path for text, path in found.items() if re.search(r"[A-Za-z]|: ", text) and text == text.strip()}
 
 
 def finished_in(path):

@@ -26,7 +26,7 @@ std::string endOfLinks(const std::string &path) {
 
 } // namespace
 
-bool isRefusal(int error) {
+bool isUnknownToFileSystem(int error) {
     return error == EINVAL || error == ENOSYS || error == EOPNOTSUPP || error == EPERM;
 }
 
@@ -47,14 +47,14 @@ bool publishHiddenFile(int folder, const std::string &hidden, const std::string 
     if (::renameat2(folder, hidden.c_str(), folder, name.c_str(), RENAME_NOREPLACE) == 0) {
         return true;
     }
-    if (!isRefusal(errno)) {
+    if (!isUnknownToFileSystem(errno)) {
         return false;
     }
     if (::linkat(folder, hidden.c_str(), folder, name.c_str(), 0) == 0) {
         ::unlinkat(folder, hidden.c_str(), 0);
         return true;
     }
-    if (!isRefusal(errno)) {
+    if (!isUnknownToFileSystem(errno)) {
         return false;
     }
     // The name is taken by an empty file, which the renaming then replaces; closed before, as not all can replace an open one.

@@ -12,7 +12,7 @@
 namespace orvane {
 
 /// Whether a file system knows no such call, or not in this form; others are real errors. FAT and some FUSE refuse links with EPERM.
-[[nodiscard]] bool isRefusal(int error);
+[[nodiscard]] bool isUnknownToFileSystem(int error);
 
 /// Makes an empty file under a hidden name of this process, which is put into `name`, for what is to get its final name when it is
 /// whole. None, with `errno`, which is never EEXIST, when it cannot be made. What others have left under such names stays.

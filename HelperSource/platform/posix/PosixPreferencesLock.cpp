@@ -64,7 +64,7 @@ bool PosixPreferencesLock::_isCurrent() const {
            open.st_ino == found.st_ino;
 }
 
-bool PosixPreferencesLock::acquire(std::chrono::milliseconds limit, std::string &why) {
+bool PosixPreferencesLock::acquire(std::chrono::milliseconds limit, std::string &why, const std::function<bool()> &givesUp) {
     if (_depth > 0) {
         ++_depth;
         return true;
@@ -93,7 +93,7 @@ bool PosixPreferencesLock::acquire(std::chrono::milliseconds limit, std::string 
             why = "the lock file " + _path + " cannot be locked: " + std::strerror(errno);
             return false;
         }
-        if (std::chrono::steady_clock::now() >= deadline) {
+        if (std::chrono::steady_clock::now() >= deadline || (givesUp && givesUp())) {
             _isHeldElsewhere = true;
             why = "another program holds the lock " + _path;
             return false;

@@ -3,6 +3,7 @@
 #include "platform/posix/FileDescriptor.h"
 
 #include <chrono>
+#include <functional>
 #include <string>
 
 namespace orvane {
@@ -13,8 +14,9 @@ public:
     explicit PosixPreferencesLock(std::string path) : _path(std::move(path)) {}
 
     /// Takes the lock; in a program that has it already, once more. Waits up to `limit` for other programs. The file's
-    /// folder is made with its parents, for the user alone. False, and `why` says so, when it cannot be had.
-    [[nodiscard]] bool acquire(std::chrono::milliseconds limit, std::string &why);
+    /// folder is made with its parents, for the user alone. False, and `why` says so, when it cannot be had. `givesUp`, which may be
+    /// empty, is asked while it waits: true ends that as the limit does.
+    [[nodiscard]] bool acquire(std::chrono::milliseconds limit, std::string &why, const std::function<bool()> &givesUp = {});
     /// Whether the last `acquire` failed because another program had the lock all the time.
     [[nodiscard]] bool isHeldElsewhere() const { return _isHeldElsewhere; }
     /// Undoes one `acquire`.

@@ -54,7 +54,7 @@ PosixPreferencesStore::~PosixPreferencesStore() = default;
 
 std::unique_ptr<PreferencesStore::Lock> PosixPreferencesStore::lock() {
     std::string why;
-    if (!_lock->acquire(_lockLimit, why)) {
+    if (!_lock->acquire(_lockLimit, why, _givesUp)) {
         const bool comesBack = _lock->isHeldElsewhere() && _lockLimit == std::chrono::milliseconds::zero();
         if (!std::exchange(_isWaiting, comesBack)) {
             _complain("cannot be locked", why);

@@ -8,10 +8,12 @@
 #include "ports/SystemLog.h"
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace orvane {
 
@@ -32,6 +34,9 @@ public:
     PosixPreferencesStore(const PosixPreferencesStore &) = delete;
     PosixPreferencesStore &operator=(const PosixPreferencesStore &) = delete;
     ~PosixPreferencesStore() override;
+
+    /// Has `lock` ask, while it waits, whether somebody wants it to end.
+    void setGivesUp(std::function<bool()> givesUp) { _givesUp = std::move(givesUp); }
 
     bool synchronize() override;
     [[nodiscard]] std::optional<PropertyList> copyAppValue(std::string_view key) override;
@@ -60,6 +65,7 @@ private:
     SystemLog &_log;
     std::shared_ptr<PosixPreferencesLock> _lock;
     std::chrono::milliseconds _lockLimit;
+    std::function<bool()> _givesUp;
     bool _isWaiting = false;            ///< for the lock, as the log knows already
     PosixPreferencesDocument _document; ///< as of the last `synchronize()`
     PosixPreferencesChanges _pending;

@@ -20,7 +20,7 @@ from pathlib import Path
 HERE = Path(__file__).resolve().parent
 TOP = HERE.parents[2]
 SOURCES = ("CommandLine/*.cpp", "CommandLine/*.h", "CommandLine/bus/*.cpp", "PresetFiles/*.cpp", "HelperSource/presets/ORVPresetFile.cpp",
-           "HelperSource/ports/Sentence.cpp")
+           "HelperSource/presets/ORVImportedNames.cpp", "HelperSource/ports/Sentence.cpp")
 KEYWORDS = ("localized:1", "forTranslation:1", "localizedCount:1,2")
 FLAGS = [f"--flag={keyword.split(':')[0]}:{argument}:qt-format" for keyword in KEYWORDS for argument in keyword.split(":")[1].split(",")]
 LONGEST_LINE = 80
@@ -48,8 +48,6 @@ def engine_texts():
     """The engine's texts, each once."""
     tool = windows()
     texts = list(tool.problem_texts()) + ["data", "nothing"] + list(tool.advice_texts())
-    source = (TOP / "HelperSource/presets/ORVImportedNames.cpp").read_text(encoding="utf-8")
-    texts += [tool.text_of(found) for found in re.findall(r"constexpr const char \*\w+ = (" + tool.LITERALS + r");", source)]
     return [text for text in dict.fromkeys(texts) if re.search("[A-Za-z]{2}", text) and text == text.strip()]
 
 

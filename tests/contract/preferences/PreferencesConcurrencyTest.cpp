@@ -106,6 +106,10 @@ TEST(ConcurrentPreferences, TheLockKeepsOtherProgramsOutAndEndsWithItsHolder) {
     ASSERT_TRUE(mine.acquire(std::chrono::seconds(1), why));
     ASSERT_TRUE(mine.acquire(std::chrono::seconds(1), why));
     EXPECT_FALSE(other.acquire(std::chrono::milliseconds(30), why));
+    int asked = 0;
+    EXPECT_FALSE(other.acquire(std::chrono::hours(1), why, [&] { return ++asked == 3; })); // ends long before
+    EXPECT_EQ(asked, 3);
+    EXPECT_TRUE(other.isHeldElsewhere());
     EXPECT_FALSE(why.empty());
     mine.release();
     EXPECT_FALSE(other.acquire(std::chrono::milliseconds(30), why));

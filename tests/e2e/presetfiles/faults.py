@@ -265,6 +265,45 @@ class Interrupted(Traced):
             self.assertEqual(len(home.presets()), 1)
             self.assertEqual(home.stored(), ["a.txt"])
 
+    def test_a_signal_ends_the_wait_for_another_program_and_leaves_nothing(self):
+        for words in (["add", self.packed()], ["import", str(self.source), "--with-content"]):
+            home = Home(self.top)
+            home.run("add", self.packed())  # which makes the lock's file
+            (home.contents / "a.txt").write_text("another one, so that a new file comes")
+            before = home.preferences.read_bytes()
+            with open(home.top / ".local/state/orvane/preferences.lock", "rb") as lock:
+                fcntl.flock(lock, fcntl.LOCK_EX)
+                with subprocess.Popen([PROGRAM, *words], env={"HOME": str(home.top)}, stderr=subprocess.PIPE) as program:
+                    deadline = time.monotonic() + LIMIT
+                    while len(home.stored()) < 2:  # it waits for the lock after that
+                        self.assertLess(time.monotonic(), deadline)
+                        time.sleep(0.001)
+                    program.send_signal(signal.SIGINT)
+                    started = time.monotonic()
+                    self.assertEqual(program.stderr.read(), b"orvane: interrupted, and what was made is removed again\n")
+                    self.assertEqual(program.wait(timeout=LIMIT), -signal.SIGINT)
+                    self.assertLess(time.monotonic() - started, 5, "it waits ten seconds for the lock")
+            self.assertEqual(home.stored(), ["a.txt"])
+            self.assertEqual(home.preferences.read_bytes(), before)
+
+    def test_a_broken_pipe_leaves_nothing_or_all(self):
+        (self.source / "link").symlink_to("a.txt")  # of which there is a warning, before anything is kept
+        for words in (["add", self.packed()], ["import", str(self.source), "--with-content"]):
+            home = Home(self.top)
+            reading, writing = os.pipe()
+            os.close(reading)
+            with subprocess.Popen([PROGRAM, *words], env={"HOME": str(home.top)}, stderr=writing, stdout=writing) as program:
+                os.close(writing)
+                self.assertEqual(program.wait(timeout=LIMIT), -signal.SIGPIPE)
+            self.assertEqual((len(home.presets()), home.stored()), (1, ["a.txt"]))
+
+    def test_what_is_kept_is_not_said_to_be_gone(self):
+        home = Home(self.top)
+        trace = ["strace", "-qq", "-o", str(Path(self.top) / "trace"), "-e", "inject=fsync:signal=SIGINT:when=1"]
+        result = home.run("add", self.packed(), under=["sh", "-c", 'exec "$@" >/dev/full', "sh", *trace], status=-signal.SIGINT)
+        self.assertEqual(result.stderr, b"orvane: Standard output: No space left on device\n")
+        self.assertEqual(len(home.presets()), 1)
+
     def test_a_signal_ends_what_waits_for_a_pipe(self):
         with subprocess.Popen([PROGRAM, "add", "-"], env={"HOME": str(self.home.top)}, stdin=subprocess.PIPE) as program:
             os.write(program.stdin.fileno(), b"<")
