@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace orvane {
@@ -36,7 +37,7 @@ public:
     Sentence(const char *format, std::vector<Sentence> arguments = {}) // NOLINT(google-explicit-constructor): what is said mostly is one
         : _kind(Kind::Format), _format(format), _arguments(std::move(arguments)) {}
     /// A name, a number or another text that is the same in every language. UTF-8 as far as the name is; not made safe for any output.
-    Sentence(std::string name) : _kind(Kind::Name), _text(std::move(name)) {} // NOLINT(google-explicit-constructor): likewise
+    Sentence(std::string name) : _text(std::move(name)) {} // NOLINT(google-explicit-constructor): likewise
     /// What an `errno` means.
     [[nodiscard]] static Sentence ofError(int error);
     /// English that was put together elsewhere.
