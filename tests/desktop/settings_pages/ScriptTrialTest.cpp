@@ -3,6 +3,7 @@
 #include "SettingsPagesDesk.h"
 
 #include "contract/processes/ProcessTestTools.h"
+#include "platform/posix/PosixBlockedSignals.h"
 #include "window/ScriptTrial.h"
 
 #include <atomic>
@@ -50,21 +51,6 @@ public:
 private:
     int _number;
     void (*_before)(int);
-};
-class BlockedSignal {
-public:
-    explicit BlockedSignal(int number) {
-        sigset_t blocked;
-        sigemptyset(&blocked);
-        sigaddset(&blocked, number);
-        ::pthread_sigmask(SIG_BLOCK, &blocked, &_before);
-    }
-    BlockedSignal(const BlockedSignal &) = delete;
-    BlockedSignal &operator=(const BlockedSignal &) = delete;
-    ~BlockedSignal() { ::pthread_sigmask(SIG_SETMASK, &_before, nullptr); }
-
-private:
-    sigset_t _before{};
 };
 
 class ScriptTrialTest : public SettingsPagesTest {
@@ -187,7 +173,7 @@ TEST_F(ScriptTrialTest, WithoutAThreadTheRunFailsAtOnce) {
 
 TEST_F(ScriptTrialTest, SignalsAreAsTheHelperGivesThem) {
     const IgnoredSignal ignored(SIGXFSZ);
-    const BlockedSignal blocked(SIGUSR2);
+    const PosixBlockedSignals blocked(SIGUSR2);
     begin({}, "/usr/bin/env -S grep -hE ^Sig(Blk|Ign): /proc/self/status"); // a shell would unblock them itself
     ASSERT_TRUE(ends());
     EXPECT_EQ(output, outputUnderTheHelper());
