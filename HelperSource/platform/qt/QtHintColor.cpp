@@ -25,7 +25,7 @@ QColor mixed(const QColor &text, const QColor &background, float part) {
 } // namespace
 
 double QtContrast(const QColor &one, const QColor &other) {
-    const auto [darker, lighter] = std::minmax(luminance(one), luminance(other));
+    const auto [darker, lighter] = std::minmax({luminance(one), luminance(other)});
     return (lighter + 0.05) / (darker + 0.05);
 }
 
