@@ -4,6 +4,7 @@
 #include "ports/Menu.h"
 #include "ports/PromptInterface.h"
 
+#include <algorithm>
 #include <chrono>
 #include <functional>
 #include <string>
@@ -69,9 +70,16 @@ unsigned long activeWindow();
 QWidget *shownWindow(const char *objectName);
 /// Such a window, and it has the keyboard.
 bool isActive(const char *objectName);
+/// The first object of that kind and name in a window; null for none. From Qt 6.6 on `findChild` takes no kinds without Q_OBJECT.
+template <typename Kind> Kind *childOf(const QWidget &window, const char *name) {
+    const QObjectList all = window.findChildren<QObject *>(QString::fromLatin1(name));
+    const auto isKind = [](const QObject *each) { return dynamic_cast<const Kind *>(each) != nullptr; };
+    const auto found = std::find_if(all.begin(), all.end(), isKind);
+    return found == all.end() ? nullptr : dynamic_cast<Kind *>(*found);
+}
 template <typename Kind> Kind *child(const char *window, const char *name) {
-    QWidget *const shown = shownWindow(window);
-    return shown == nullptr ? nullptr : shown->findChild<Kind *>(QString::fromLatin1(name));
+    const QWidget *const shown = shownWindow(window);
+    return shown == nullptr ? nullptr : childOf<Kind>(*shown, name);
 }
 
 /// Where the window is on the screen with its frame. A window manager that makes a frame of one pixel first and sizes it later can leave

@@ -60,7 +60,7 @@ protected:
     [[nodiscard]] QListView &list() const { return *widget<QListView>("presetList"); }
     [[nodiscard]] MessageBar &bar(const char *name) const { return *widget<MessageBar>(name); }
     template <typename Kind> [[nodiscard]] Kind *widget(const char *name) const {
-        auto *const found = window->findChild<Kind *>(QString::fromLatin1(name));
+        auto *const found = childOf<Kind>(*window, name);
         EXPECT_NE(found, nullptr) << name;
         return found;
     }

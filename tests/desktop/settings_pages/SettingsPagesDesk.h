@@ -98,7 +98,7 @@ protected:
                             [this](const QString &text, bool) { messages.push_back(text.toStdString()); }});
     }
     template <typename Kind> [[nodiscard]] Kind *child(const char *name) const {
-        auto *const found = window->findChild<Kind *>(QString::fromLatin1(name));
+        auto *const found = childOf<Kind>(*window, name);
         EXPECT_NE(found, nullptr) << name;
         return found;
     }
