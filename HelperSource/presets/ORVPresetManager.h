@@ -267,7 +267,7 @@ private:
     [[nodiscard]] const std::vector<std::string> &_namesOfSurvey(const ORVPresetSurvey &survey) const;
     [[nodiscard]] bool _createNode(const PropertyListValue &node, std::string_view basePath, std::span<const PromptValueRow> replacePairs,
                                    const ORVTreeSurvey *survey);
-    [[nodiscard]] bool _makeOrRunOutOfMemory(CreationWalk &walk, const PropertyListValue &node, const std::string &topPath);
+    [[nodiscard]] bool _makeOrRunOutOfMemory(CreationWalk &walk, const PropertyListValue &node, bool &ranOut);
     [[nodiscard]] bool _createNodeAgain(const PropertyListValue &node, std::string_view basePath,
                                         std::span<const PromptValueRow> replacePairs, std::unique_ptr<HierarchyWriter> writer);
     void _reportCreationFailure(const std::string &topLevelPath);

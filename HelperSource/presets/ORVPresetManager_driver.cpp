@@ -84,8 +84,10 @@ void ORVPresetManager::createFileHierarchyFromSurveyedPreset(const PropertyListV
         // Before any check, so that a counter advances even when nothing is made then; deliberate. The dictionary is stored even
         // without counters to advance, unless it stands there already: then nothing would change.
         const bool isThere = countersWereRead && variables.storage.root().isDictionary();
-        if (!isThere || std::any_of(names.begin(), names.end(), isAutomaticVariable)) {
-            _countersWereStored = _storeAutomaticValuesOfRows(countersWereRead);
+        const bool hasCounters = std::any_of(names.begin(), names.end(), isAutomaticVariable);
+        if (!isThere || hasCounters) {
+            const bool wereStored = _storeAutomaticValuesOfRows(countersWereRead);
+            _countersWereStored = wereStored || !hasCounters; // an empty dictionary is nothing that somebody misses
         }
     }
     countersHeld.reset();

@@ -120,7 +120,8 @@ bool ORVPresetManager::_createNode(const PropertyListValue &node, std::string_vi
     }
     CreationRun run{*this, replacePairs, topPath, survey};
     CreationWalk walk(run, *writer, stringByAppendingPathComponent(basePath, ""));
-    const bool made = _makeOrRunOutOfMemory(walk, node, topPath);
+    bool ranOutOfMemory = false;
+    const bool made = _makeOrRunOutOfMemory(walk, node, ranOutOfMemory);
     const bool wasStopped = !made && writer->lastError() == EINTR;
     if (!made && !wasStopped && run.isInDoubt()) {
         return _createNodeAgain(node, basePath, replacePairs, std::move(writer));
@@ -129,6 +130,10 @@ bool ORVPresetManager::_createNode(const PropertyListValue &node, std::string_vi
         run.logEmptied();
     }
     if (!made) {
+        if (ranOutOfMemory) {
+            _setFileCreationError("Unable to create directory " + topPath + ".");
+            logFailure(_ports.log, "Unable to create directory " + topPath + ".", ENOMEM);
+        }
         if (walk.failure().message) {
             _setFileCreationError(*walk.failure().message);
         }
@@ -144,12 +149,11 @@ bool ORVPresetManager::_createNode(const PropertyListValue &node, std::string_vi
 }
 
 /// Want of memory is a failure like any other: what has been made is taken away.
-bool ORVPresetManager::_makeOrRunOutOfMemory(CreationWalk &walk, const PropertyListValue &node, const std::string &topPath) {
+bool ORVPresetManager::_makeOrRunOutOfMemory(CreationWalk &walk, const PropertyListValue &node, bool &ranOut) {
     try {
         return walk.make({&node, 1});
     } catch (const std::bad_alloc &) {
-        _setFileCreationError("Unable to create directory " + topPath + ".");
-        logFailure(_ports.log, "Unable to create directory " + topPath + ".", ENOMEM);
+        ranOut = true;
         return false;
     }
 }

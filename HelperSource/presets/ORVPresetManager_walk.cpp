@@ -175,7 +175,7 @@ bool ORVPresetManager::CreationWalk::_enter(const ORVNodeEntries &entries) {
     if (!_writer.enterFolder(_name)) {
         return _fail("Unable to create directory " + stringByAppendingPathComponent(_path, _name) + ".");
     }
-    if (_path.empty() || _path.back() != '/') {
+    if (!_path.empty() && _path.back() != '/') {
         _path += '/';
     }
     _path += _name;

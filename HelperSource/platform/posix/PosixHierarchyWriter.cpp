@@ -246,8 +246,10 @@ void PosixHierarchyWriter::_finishFolder(const FolderFinish &finish) {
         if (needsFolder) {
             folder = FileDescriptor(::openat(at.folder, at.path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
             error = folder ? 0 : errno;
-        } else {
-            error = ::fchmodat(at.folder, at.path, *finish.mode & 07777U, 0) == 0 ? 0 : errno;
+        }
+        if (!folder && finish.mode) { // also where it could not be opened: then it has its mode at least
+            const int status = ::fchmodat(at.folder, at.path, *finish.mode & 07777U, 0) == 0 ? 0 : errno;
+            error = error != 0 ? error : status;
         }
     }
     FileDescriptor left = _cursor.leave();

@@ -4,10 +4,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
+#include <vector>
 
 #include <fcntl.h>
 #include <sys/resource.h>
+#include <sys/xattr.h>
 
 // Hierarchies deeper than descriptors and paths reach.
 
@@ -172,6 +175,46 @@ TEST(PosixDepthTest, TheWorkingFolderMayBeTheBase) {
               "");
     EXPECT_TRUE(isThere(folder / "a"));
     EXPECT_TRUE(isThere(folder / "new/sub/b"));
+}
+
+TEST(PosixDepthTest, AFolderWhoseLabelCannotBeSetForWantOfDescriptorsHasItsModeAllTheSame) {
+    const TemporaryFolder folder;
+    putFolder(folder / "base");
+    EXPECT_EQ(inChild([&]() -> std::string {
+                  const rlimit few = {32, 32};
+                  ::setrlimit(RLIMIT_NOFILE, &few);
+                  constexpr int Levels = 20;
+                  std::vector<int> taken;
+                  const auto takeAllDescriptors = [&taken] {
+                      for (int one = ::dup(0); one >= 0; one = ::dup(0)) {
+                          taken.push_back(one);
+                      }
+                  };
+                  PosixFileSystem files;
+                  auto writer = files.beginHierarchy(folder / "base");
+                  for (int i = 0; i < Levels; ++i) {
+                      if (!writer->enterFolder("d")) {
+                          return "cannot make";
+                      }
+                  }
+                  for (int i = 0; i < Levels; ++i) {
+                      takeAllDescriptors();
+                      writer->leaveFolder({3, 0711});
+                  }
+                  std::for_each(taken.begin(), taken.end(), ::close);
+                  int labels = 0;
+                  std::string path = folder / "base";
+                  for (int i = 0; i < Levels; ++i) {
+                      path += "/d";
+                      struct stat status {};
+                      if (::stat(path.c_str(), &status) != 0 || (status.st_mode & 07777U) != 0711) {
+                          return "level " + std::to_string(i) + " has a wrong mode";
+                      }
+                      labels += ::listxattr(path.c_str(), nullptr, 0) > 0 ? 1 : 0;
+                  }
+                  return labels < Levels ? "" : "every label could be set, so nothing was seen";
+              }),
+              "");
 }
 
 TEST(PosixDepthTest, AFolderMovedAwayOnTheWayBackIsNotTakenForAnother) {

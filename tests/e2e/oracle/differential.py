@@ -267,7 +267,8 @@ class Case:
         texts = [f"this preset has no variable {quoted(unknown)}; it has {known}"] if unknown else []
         texts += [f"more values than places for {quoted(surplus)}: the last are not used"] if surplus else []
         warnings = "".join(f"orvane: warning: {text}\n" for text in texts)
-        return warnings + (NOT_STORED if self._counters_are_foreign() and self.outcome.automatic is not None else "")
+        is_missed = self.outcome.automatic is not None and any(rules.is_automatic(name) for name, _ in self.outcome.rows)
+        return warnings + (NOT_STORED if self._counters_are_foreign() and is_missed else "")
 
     def _compare_answer(self):
         if self.status == 2:

@@ -238,6 +238,15 @@ TEST(Driver, StoresNoCountersOverSomethingThatIsNoDictionary) {
                                          "preferences is no dictionary."}));
 }
 
+TEST(Driver, MissesNoCountersOfAPresetWithoutThem) {
+    Desk desk;
+    desk.setCounters(list({text("precious")}));
+    desk.create(preset("Job {Name}"));
+    EXPECT_TRUE(desk.manager->countersWereStored());
+    EXPECT_TRUE(desk.preferences.disk->root().find(ORVAutomaticVarsKey)->isArray());
+    EXPECT_EQ(desk.fileSystem.listing("/jobs").size(), 1U);
+}
+
 TEST(Driver, SaysSoWhenThePreferencesRefuseTheCounters) {
     Desk desk;
     desk.preferences.failAt("synchronize", 3); // two readings, then the storing
@@ -397,6 +406,10 @@ TEST(Driver, JoinsPathsLikeThePlatform) {
     desk.manager->createFileHierarchyFromPreset(preset("y/").root());
     EXPECT_EQ(desk.workspace.opened, (Names{"/jobs/x", "/y"}));
     EXPECT_NE(desk.fileSystem.node("/y_"), nullptr);
+    desk.manager->setBasePath(std::nullopt);
+    desk.manager->createFileHierarchyFromPreset(preset("z", {folder("d", {file("..")})}).root());
+    ASSERT_EQ(desk.alerts.alerts.size(), 1U);
+    EXPECT_EQ(desk.alerts.alerts[0].message, "ORV wasn't able to create the preset, because a file creation failed: Unable to create file 'z/d/..'.");
 }
 
 TEST(Driver, StartsTheScriptThenOpensTheFolder) {

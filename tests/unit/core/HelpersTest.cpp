@@ -83,6 +83,7 @@ TEST(Characters, AreRemovedUnitByUnit) {
 TEST(Color, IsReadFromHexadecimalDigits) {
     EXPECT_EQ(colorFromHexRGB("FF8000"), (ORVColor{1.0F, 128.0F / 255.0F, 0.0F, 1.0F}));
     EXPECT_EQ(colorFromHexRGB("0x0000FF"), (ORVColor{0.0F, 0.0F, 1.0F, 1.0F}));
+    EXPECT_EQ(colorFromHexRGB("0X0000FF"), colorFromHexRGB("0000FF"));
     EXPECT_EQ(colorFromHexRGB("1FF8000"), colorFromHexRGB("FF8000"));
     EXPECT_EQ(colorFromHexRGB(" \tff8000 rest"), colorFromHexRGB("FF8000"));
     EXPECT_EQ(colorFromHexRGB("FFFFFFFFFF"), (ORVColor{1.0F, 1.0F, 1.0F, 1.0F})); // one that does not fit is the largest

@@ -90,6 +90,13 @@ TEST_F(Keys, NeverEndWhereATextEndsInAnOpenBraceOrAnEscapedCloseAfterOne) {
     }
 }
 
+TEST_F(Keys, ThatAreNoneLeaveEscapesToBeTakenOut) {
+    const Rows rows = {{"a", "b"}};
+    EXPECT_EQ(replace("x\\}", rows), "x}");
+    EXPECT_EQ(replace("x\\}y\\{z", rows), "x}y{z");
+    EXPECT_EQ(replace("x\\y", rows), "x\\y");
+}
+
 TEST_F(Keys, OfSuchATextAreLookedForUntilTheProcessIsKilled) {
     for (const char *text : {"Job {", "{a\\}"}) {
         EXPECT_EXIT(

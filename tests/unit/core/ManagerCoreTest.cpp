@@ -191,6 +191,12 @@ TEST(ErrorReport, ReadsTheMessageButNotTheTitleAsAFormat) {
     EXPECT_EQ(desk.alerts.alerts, (std::vector{Alert{"100%d", "'1000' already exists"}}));
 }
 
+TEST(ErrorReport, FromAnotherThreadReadsTheMessageAsAFormatOnce) {
+    Desk desk;
+    reportFromThread(desk, "100%%d", "100%%d");
+    EXPECT_EQ(desk.alerts.alerts, (std::vector{Alert{"100%%d", "100%d"}}));
+}
+
 TEST(MessageFormat, GivesEveryDirectiveWhatAnAbsentArgumentGives) {
     const std::pair<const char *, const char *> cases[] = {{"plain", "plain"},
                                                            {"", ""},
