@@ -70,6 +70,8 @@ def make_template(folder):
     template = folder / "orvane.pot"
     run("xgettext", "--language=C++", "--qt", "--from-code=UTF-8", "--no-location", "--no-wrap", "--keyword", *FLAGS,
         *(f"--keyword={keyword}" for keyword in KEYWORDS), f"--output={template}", *sources, str(engine))
+    # Newer versions take a "{}" for a format of C++20, although the flags above say what the texts are.
+    template.write_text(template.read_text(encoding="utf-8").replace("#, c++-format, qt-format\n", "#, qt-format\n"), encoding="utf-8")
     return template
 
 

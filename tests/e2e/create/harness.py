@@ -22,6 +22,9 @@ PROGRAM = os.environ["ORVANE"]
 DEADLINE = 60  # seconds for anything that should come soon; a loaded machine is slow
 NOBODY = 65534
 FINDER_INFO = "user.com.apple.FinderInfo"
+# The system's plain locale under a name of its own, because from some version on the C library passes LANGUAGE over in C.UTF-8 itself.
+PLAIN_LOCALE = "/usr/lib/locale/C.utf8"
+LOCALE = "en_QQ.UTF-8"
 
 
 def folder(name, *children, **more):
@@ -143,7 +146,9 @@ class OrvaneTest(unittest.TestCase):
         self.scripts = os.path.join(self.data, "Scripts")
         self.contents = os.path.join(self.data, "File Content")
         self.preferences = os.path.join(self.home, "Library/Preferences/org.orvane.ORVPrefPane.plist")
-        self.env = {"HOME": self.home, "PATH": os.environ.get("PATH", "/usr/bin:/bin"), "LC_ALL": "C.UTF-8"}
+        locales = self._make("locales")
+        os.symlink(PLAIN_LOCALE, os.path.join(locales, LOCALE.replace("UTF-8", "utf8")))
+        self.env = {"HOME": self.home, "PATH": os.environ.get("PATH", "/usr/bin:/bin"), "LOCPATH": locales, "LC_ALL": LOCALE}
         for name in ("ASAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS", "LSAN_OPTIONS"):
             if name in os.environ:
                 self.env[name] = os.environ[name]

@@ -2,6 +2,7 @@
 
 import fcntl
 import os
+import platform
 import plistlib
 import re
 import shutil
@@ -9,7 +10,7 @@ import subprocess
 import unicodedata
 import unittest
 
-from harness import DEADLINE, PROGRAM, OrvaneTest, file, folder, preset
+from harness import DEADLINE, LOCALE, PROGRAM, OrvaneTest, file, folder, preset
 
 LANGUAGES = ("de", "fr")
 COMMANDS = ("list", "show", "create", "import", "export", "add", "check", "menu", "notify", "recover")
@@ -240,16 +241,24 @@ class Languages(OrvaneTest):
 
     def test_the_environment_names_it(self):
         for expected, variables in (
-                ("en", {}), ("en", {"LANG": "C.UTF-8"}), ("en", {"LANGUAGE": "de"}), ("de", {"LANG": "C.UTF-8", "LANGUAGE": "de"}),
-                ("fr", {"LC_MESSAGES": "C.UTF-8", "LANGUAGE": "fr"}), ("en", {"LC_ALL": "C", "LANG": "C.UTF-8", "LANGUAGE": "de"}),
-                ("en", {"LC_ALL": "POSIX", "LANGUAGE": "de"}), ("en", {"LC_MESSAGES": "C", "LANG": "C.UTF-8", "LANGUAGE": "de"}),
-                ("de", {"LC_ALL": "C.UTF-8", "LC_MESSAGES": "C", "LANGUAGE": "de"}), ("de", {"LANG": "C.UTF-8", "LANGUAGE": "de_AT.UTF-8"}),
-                ("fr", {"LANG": "C.UTF-8", "LANGUAGE": "it:fr:de"}), ("en", {"LANG": "C.UTF-8", "LANGUAGE": "en_GB:de"}),
-                ("en", {"LANG": "C.UTF-8", "LANGUAGE": "nl:en_US:de"}),
-                ("en", {"LANG": "en_US.UTF-8"}), ("de", {"LANG": "en_US.UTF-8", "LANGUAGE": ":de"}), ("en", {"LANG": "C.UTF-8", "LANGUAGE": "it"}),
-                ("en", {"LANG": "tlh_QO.UTF-8"}), ("en", {"LANG": "C.UTF-8", "LANGUAGE": ":"})):
+                ("en", {}), ("en", {"LANG": LOCALE}), ("en", {"LANGUAGE": "de"}), ("de", {"LANG": LOCALE, "LANGUAGE": "de"}),
+                ("fr", {"LC_MESSAGES": LOCALE, "LANGUAGE": "fr"}), ("en", {"LC_ALL": "C", "LANG": LOCALE, "LANGUAGE": "de"}),
+                ("en", {"LC_ALL": "POSIX", "LANGUAGE": "de"}), ("en", {"LC_MESSAGES": "C", "LANG": LOCALE, "LANGUAGE": "de"}),
+                ("de", {"LC_ALL": LOCALE, "LC_MESSAGES": "C", "LANGUAGE": "de"}), ("de", {"LANG": LOCALE, "LANGUAGE": "de_AT.UTF-8"}),
+                ("fr", {"LANG": LOCALE, "LANGUAGE": "it:fr:de"}), ("en", {"LANG": LOCALE, "LANGUAGE": "en_GB:de"}),
+                ("en", {"LANG": LOCALE, "LANGUAGE": "nl:en_US:de"}), ("de", {"LANG": LOCALE, "LANGUAGE": ":de"}),
+                ("en", {"LANG": "en_US.UTF-8"}), ("en", {"LANG": LOCALE, "LANGUAGE": "it"}),
+                ("en", {"LANG": "tlh_QO.UTF-8"}), ("en", {"LANG": LOCALE, "LANGUAGE": ":"})):
             with self.subTest(variables=variables):
                 self.assertEqual(self.language_of(**variables), expected)
+
+    def test_a_locale_that_is_not_installed_is_like_the_plain_one(self):
+        # There it is the C library that decides whether LANGUAGE counts: it does in Debian 12's (2.36), no more in Debian 13's (2.41).
+        library, version = platform.libc_ver()
+        wanted = "de" if library != "glibc" or tuple(map(int, version.split("."))) <= (2, 36) else self.language_of(LANG="C.UTF-8", LANGUAGE="de")
+        self.assertEqual(self.language_of(LANG="C.UTF-8", LANGUAGE="de"), wanted)
+        self.assertEqual(self.language_of(LANG="en_US.UTF-8", LANGUAGE=":de"), wanted)
+        self.assertEqual(self.language_of(LANG="tlh_QO.UTF-8", LANGUAGE="de"), wanted)
 
     def install(self):
         """The program and its catalogues somewhere else, as after an installation; returns both."""
@@ -263,7 +272,7 @@ class Languages(OrvaneTest):
 
     def test_the_catalogues_are_found_beside_the_program_wherever_it_is(self):
         program, locale = self.install()
-        german = {"LANG": "C.UTF-8", "LANGUAGE": "de"}
+        german = {"LANG": LOCALE, "LANGUAGE": "de"}
         self.assertEqual(self.language_of(program, **german), "de")
         catalogue = os.path.join(locale, "de/LC_MESSAGES/orvane.mo")
         for broken in (b"", b"nonsense" * 100, self.content(catalogue)[:20]):
@@ -271,7 +280,7 @@ class Languages(OrvaneTest):
             self.assertEqual(self.language_of(program, **german), "en")
         os.remove(catalogue)
         self.assertEqual(self.language_of(program, **german), "en")
-        self.assertEqual(self.language_of(program, LANG="C.UTF-8", LANGUAGE="de:fr"), "fr")
+        self.assertEqual(self.language_of(program, LANG=LOCALE, LANGUAGE="de:fr"), "fr")
         shutil.rmtree(locale)
         self.assertEqual(self.language_of(program, **german), "en")
 

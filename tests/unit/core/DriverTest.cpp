@@ -409,7 +409,8 @@ TEST(Driver, JoinsPathsLikeThePlatform) {
     desk.manager->setBasePath(std::nullopt);
     desk.manager->createFileHierarchyFromPreset(preset("z", {folder("d", {file("..")})}).root());
     ASSERT_EQ(desk.alerts.alerts.size(), 1U);
-    EXPECT_EQ(desk.alerts.alerts[0].message, "ORV wasn't able to create the preset, because a file creation failed: Unable to create file 'z/d/..'.");
+    EXPECT_EQ(desk.alerts.alerts[0].message,
+              "ORV wasn't able to create the preset, because a file creation failed: Unable to create file 'z/d/..'.");
 }
 
 TEST(Driver, StartsTheScriptThenOpensTheFolder) {

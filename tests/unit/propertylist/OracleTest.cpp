@@ -140,7 +140,8 @@ TEST(Oracle, WeReadLibplistsBinaryFilesTheSame) {
         char *bytes = nullptr;
         std::uint32_t size = 0;
         plist_to_bin(other, &bytes, &size);
-        const std::unique_ptr<char, void (*)(void *)> theirs(bytes, std::free); // libplist's function for it has another name in each version
+        const std::unique_ptr<char, void (*)(void *)> theirs(bytes,
+                                                             std::free); // libplist's function for it has another name in each version
         std::string why;
         const auto list = readPropertyList(std::string_view(bytes, size), nullptr, &why);
         ASSERT_TRUE(list) << why;
