@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include <pthread.h>
+#include <unistd.h>
 
 namespace orvane {
 
@@ -17,10 +18,16 @@ bool wasSentByAProcess(const siginfo_t &information) {
     return information.si_code <= 0; // POSIX, 2.4.3: what the system sends has a positive one
 }
 
+/// Whether the child has got the signal as well: the terminal sends it to all of the process group in its foreground. A child that has
+/// left that group, perhaps for a session of its own, has not. (Both questions are system calls and nothing else, as a handler needs.)
+bool hasReached(pid_t child, const siginfo_t &information) {
+    return !wasSentByAProcess(information) && ::getpgid(child) == ::getpgrp();
+}
+
 /// Runs once: the action is the default one again by then, and the signal waits for the handler's end.
 void stopBoth(int signal, siginfo_t *information, void * /*context*/) {
     const pid_t child = childToStop;
-    if (child > 0 && wasSentByAProcess(*information)) {
+    if (child > 0 && !hasReached(child, *information)) {
         ::kill(child, signal);
     }
     ::raise(signal);

@@ -9,8 +9,9 @@ namespace orvane {
 
 /// Has the signals by which a user or the system stops a program (SIGINT, SIGTERM, SIGHUP) stop one child of it, too. As soon as this is
 /// there they are held back; `passTo` lets them through. One that a process has sent then goes on to the child before it ends this program
-/// as ever; one that the terminal has sent does not, as the child has got it from there. A signal that is ignored, or handled by somebody
-/// else, stays so. The destructor puts everything back; what is still held back comes then.
+/// as ever; one that the terminal has sent does not, as the child has got it from there, unless it has left this program's process group.
+/// A signal that is ignored, or handled by somebody else, stays so. The destructor puts everything back; what is still held back comes
+/// then.
 ///
 /// One at a time; made, used and destroyed by the one thread to which these signals are delivered. Whoever waits for the child destroys
 /// this before reaping it: its number may be another process's afterwards.

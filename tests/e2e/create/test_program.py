@@ -239,6 +239,20 @@ class StoppedUnderTrace(OrvaneTest):
         self.assertEqual(self.content(heeded), b"INT\n")
         self.assertEqual(self.calls_of(program), [])
 
+    def test_control_c_reaches_a_script_that_has_left_the_terminal(self):
+        heeded = os.path.join(self.root, "heeded")
+        script = self.prepare("left=$1; test $left || exec setsid \"$0\" left", f"trap \"echo INT >> '{heeded}'; go=\" INT", "go=on",
+                              "tell $$ $PPID", "while test $go; do sleep 0.01; done")
+        terminal = self.on_terminal("create", "0", "--no-open", slowly=self.words_of_tracer())
+        process, program = script.told()
+        self.assertEqual(os.getsid(process), process)
+        terminal.type("\x03")
+        self.wait_for(lambda: not script.is_there())
+        result = terminal.finish()
+        self.assertEqual((result.status, result.out), (-signal.SIGINT, self.in_target("top") + "\n"))
+        self.assertEqual(self.content(heeded), b"INT\n")
+        self.assertIn(f"kill({process}, SIGINT)", "".join(self.calls_of(program)))
+
 
 class Killed(OrvaneTest):
     """Creations that are killed half-way, and what is said of them in each language."""
