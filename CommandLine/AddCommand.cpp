@@ -18,9 +18,15 @@ constexpr const char *Title = forTranslation("Preset not added");
 
 /// Stores the parts of a preset file and prints what the preset has got; what was stored for nothing is taken away again.
 ExitStatus add(CommandContext &context, const ORVPackedPreset &parts, bool &isKept) {
-    PresetAddition addition(parts, ORVApplicationSupportPath(context.folders), [](const Sentence &text) { warn(localized(text)); });
+    PresetAddition addition(
+        parts, ORVApplicationSupportPath(context.folders), [](const Sentence &text) { warn(localized(text)); },
+        &Interruption::wasRequested);
     Sentence problem;
-    if (!addition.storeResources(problem)) {
+    const bool isStored = addition.storeResources(problem);
+    if (Interruption::wasRequested()) {
+        return ExitStatus::NotMade;
+    }
+    if (!isStored) {
         return failure(localized(Title), printable(localized(problem)));
     }
     if (ORVTextValue(parts.preset.root().find("directoryName")).empty()) {

@@ -107,7 +107,7 @@ void warnOfUnusedTexts(const FolderImportOptions &options, const PropertyList &p
 ExitStatus import(CommandContext &context, FolderImportOptions &options, bool withContent, bool &isKept) {
     const std::string title = localized("Folder not imported");
     const std::string contents = stringByAppendingPathComponent(ORVApplicationSupportPath(context.folders), ORVFileContentFolder);
-    ResourceFolder store(contents);
+    ResourceFolder store(contents, &Interruption::wasRequested);
     options.contentStore = withContent ? &store : nullptr;
     options.shouldStop = &Interruption::wasRequested;
     Sentence problem;

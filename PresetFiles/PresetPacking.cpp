@@ -116,10 +116,11 @@ const PresetPartsReader::File *PresetPartsReader::_read(std::string_view folder,
     return &_files.emplace_back(std::move(*file));
 }
 
-PresetAddition::PresetAddition(const ORVPackedPreset &parts, const std::string &supportPath, PackingWarning warn)
+PresetAddition::PresetAddition(const ORVPackedPreset &parts, const std::string &supportPath, PackingWarning warn,
+                               const std::function<bool()> &shouldStop)
     : _parts(parts), _supportPath(supportPath), _warn(std::move(warn)),
-      _contents(stringByAppendingPathComponent(supportPath, ORVFileContentFolder)),
-      _scripts(stringByAppendingPathComponent(supportPath, ORVScriptsFolder)) {}
+      _contents(stringByAppendingPathComponent(supportPath, ORVFileContentFolder), shouldStop),
+      _scripts(stringByAppendingPathComponent(supportPath, ORVScriptsFolder), shouldStop) {}
 
 bool PresetAddition::storeResources(Sentence &problem) {
     std::unordered_map<std::string_view, const ORVPackedContent *> packed;

@@ -57,8 +57,9 @@ private:
 /// before `keep()`.
 class PresetAddition {
 public:
-    /// `parts` is borrowed.
-    PresetAddition(const ORVPackedPreset &parts, const std::string &supportPath, PackingWarning warn);
+    /// `parts` is borrowed. `shouldStop`, which may be empty, is asked as by `ResourceFolder`.
+    PresetAddition(const ORVPackedPreset &parts, const std::string &supportPath, PackingWarning warn,
+                   const std::function<bool()> &shouldStop = {});
     PresetAddition(const PresetAddition &) = delete;
     PresetAddition &operator=(const PresetAddition &) = delete;
 

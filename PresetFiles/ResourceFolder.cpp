@@ -46,13 +46,6 @@ std::uint64_t digestOf(off_t size, std::string_view start) {
     return digest;
 }
 
-bool fill(int file, int from, std::string_view bytes, off_t size, bool isSparse) {
-    if (from < 0) {
-        return writeContents(file, bytes);
-    }
-    return ::lseek(from, 0, SEEK_SET) == 0 && copyContents(from, file, size, isSparse);
-}
-
 PosixExtendedAttributes sorted(PosixExtendedAttributes attributes) {
     std::sort(attributes.begin(), attributes.end(), [](const auto &left, const auto &right) { return left.name < right.name; });
     return attributes;
@@ -148,7 +141,7 @@ std::optional<std::string> ResourceFolder::_add(const std::string &name, const S
             return candidate->second;
         }
     }
-    while (true) {
+    while (!_isToStop()) {
         const std::string candidate = series.next == 1 ? name : ORVNumberedFileName(name, series.next);
         if (_make(candidate, source)) {
             ++series.next;
@@ -163,6 +156,7 @@ std::optional<std::string> ResourceFolder::_add(const std::string &name, const S
             return same;
         }
     }
+    return std::nullopt;
 }
 
 /// Takes up a name that exists already; the name itself when it can be used for the source.
@@ -188,6 +182,9 @@ bool ResourceFolder::_isSame(const std::string &name, const Source &source) {
         return false;
     }
     for (off_t place = 0; place < source.size;) {
+        if (_isToStop()) {
+            return false;
+        }
         const std::string mine = readAt(file.get(), place, ComparedAtOnce);
         const std::string other = source.file < 0 ? std::string(source.bytes.substr(static_cast<std::size_t>(place), ComparedAtOnce))
                                                   : readAt(source.file, place, ComparedAtOnce);
@@ -239,8 +236,8 @@ bool ResourceFolder::_makeByName(const std::string &name, const Source &source) 
     return true;
 }
 
-bool ResourceFolder::_complete(int file, const Source &source) {
-    if (!fill(file, source.file, source.bytes, source.size, source.isSparse)) {
+bool ResourceFolder::_complete(int file, const Source &source) const {
+    if (!_fill(file, source)) {
         return false;
     }
     // Not every file system takes every attribute, or modes; the contents matter more, and without its mode the file is the user's alone.
@@ -255,6 +252,30 @@ bool ResourceFolder::_complete(int file, const Source &source) {
     const bool canRun = ::fstat(file, &status) == 0 && (status.st_mode & S_IXUSR) != 0;
     errno = error;
     return isUnknownToFileSystem(error) && ((source.mode & S_IXUSR) == 0 || canRun); // a script that cannot be run would fail each creation
+}
+
+bool ResourceFolder::_fill(int file, const Source &source) const {
+    if (source.file >= 0) {
+        return ::lseek(source.file, 0, SEEK_SET) == 0 &&
+               copyContents(source.file, file, source.size, source.isSparse, _shouldStop ? &_shouldStop : nullptr);
+    }
+    for (std::string_view left = source.bytes; !left.empty();) {
+        const std::string_view some = left.substr(0, PosixMostBytesUnasked);
+        if (_isToStop() || !writeContents(file, some)) {
+            return false;
+        }
+        left.remove_prefix(some.size());
+    }
+    return true;
+}
+
+/// With ECANCELED in `errno` when it is.
+bool ResourceFolder::_isToStop() const {
+    if (!_shouldStop || !_shouldStop()) {
+        return false;
+    }
+    errno = ECANCELED;
+    return true;
 }
 
 } // namespace orvane

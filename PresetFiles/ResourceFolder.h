@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -23,8 +24,10 @@ namespace orvane {
 /// Files appear whole or not at all. What was added is removed again when the object is destroyed before `keep()`.
 class ResourceFolder {
 public:
-    /// The folder at `path`, which is made with its parents when the first file comes.
-    explicit ResourceFolder(std::string path) : _path(std::move(path)) {}
+    /// The folder at `path`, which is made with its parents when the first file comes. `shouldStop`, which may be empty, is asked for each
+    /// file, and every few MiB of a large one, whether somebody wants an end: then nothing more is added (ECANCELED).
+    explicit ResourceFolder(std::string path, std::function<bool()> shouldStop = {})
+        : _path(std::move(path)), _shouldStop(std::move(shouldStop)) {}
     ResourceFolder(const ResourceFolder &) = delete;
     ResourceFolder &operator=(const ResourceFolder &) = delete;
     ~ResourceFolder();
@@ -64,9 +67,12 @@ private:
     [[nodiscard]] bool _isSame(const std::string &name, const Source &source);
     [[nodiscard]] bool _make(const std::string &name, const Source &source);
     [[nodiscard]] bool _makeByName(const std::string &name, const Source &source);
-    [[nodiscard]] static bool _complete(int file, const Source &source);
+    [[nodiscard]] bool _complete(int file, const Source &source) const;
+    [[nodiscard]] bool _fill(int file, const Source &source) const;
+    [[nodiscard]] bool _isToStop() const;
 
     std::string _path;
+    std::function<bool()> _shouldStop;
     FileDescriptor _folder;
     std::vector<std::string> _madeFolders; ///< outermost first
     std::vector<std::string> _madeFiles;

@@ -31,12 +31,17 @@ bool isRefusal(int error) {
 
 class Copy {
 public:
-    Copy(int from, int to) : _from(from), _to(to) {}
+    Copy(int from, int to, const std::function<bool()> *shouldStop)
+        : _from(from), _to(to), _shouldStop(shouldStop), _mostAtOnce(shouldStop != nullptr ? PosixMostBytesUnasked : MostAtOnce) {}
 
     /// Copies the bytes from `position` to `end`, or to the end of the source.
     [[nodiscard]] bool range(off_t position, off_t end) {
         while (position < end) {
-            const auto wanted = static_cast<std::size_t>(std::min<off_t>(end - position, MostAtOnce));
+            if (_shouldStop != nullptr && (*_shouldStop)()) {
+                errno = ECANCELED;
+                return false;
+            }
+            const auto wanted = static_cast<std::size_t>(std::min(end - position, static_cast<off_t>(_mostAtOnce)));
             const ssize_t done = uninterrupted([&] { return _some(position, wanted); });
             if (done > 0) {
                 position += done;
@@ -71,6 +76,8 @@ private:
 
     int _from;
     int _to;
+    const std::function<bool()> *_shouldStop;
+    std::size_t _mostAtOnce;
     Way _way = Way::CopyFileRange;
     std::vector<char> _buffer;
 };
@@ -89,11 +96,11 @@ bool writeContents(int to, std::string_view bytes) {
     return true;
 }
 
-bool copyContents(int from, int to, off_t size, bool sparse) {
+bool copyContents(int from, int to, off_t size, bool sparse, const std::function<bool()> *shouldStop) {
     if (size == 0 || ::ioctl(to, FICLONE, from) == 0) {
         return true;
     }
-    Copy copy(from, to);
+    Copy copy(from, to, shouldStop);
     off_t position = 0;
     while (sparse && position < size) {
         const off_t data = ::lseek(from, position, SEEK_DATA);

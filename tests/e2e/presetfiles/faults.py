@@ -16,6 +16,7 @@ from homes import LIMIT, PROGRAM, Case, Home
 
 CALL = re.compile(r"^(\w+)\(")
 HIDDEN_NAMES = 100  # that the program tries
+AT_ONCE = 4 << 20  # bytes of a file that it may copy before it looks whether it is to stop
 # Leaves what killed programs of the same process number would have left in a folder, then becomes the program.
 LEAVING = ["sh", "-c", 'folder=$1; for n in $2; do : > "$folder/.orvane-$$$n"; done; shift 2; exec "$@"', "sh"]
 
@@ -30,11 +31,11 @@ class Traced(Case):
         (self.source / "a.txt").write_text("text")
         (self.source / "a.txt").chmod(0o640)
 
-    def packed(self):
+    def packed(self, content=b"text"):
         """A preset file with one content file, "a.txt"."""
         packed = Path(self.top) / "packed.orvpreset"
         packed.write_bytes(plistlib.dumps({"ORVPresetFileVersion": 1, "ORVPreset": {"label": "L", "directoryName": "T", "fileHierarchy": {
-            "children": [{"filename": "f", "contentFilename": "a.txt"}]}}, "ORVFileContents": {"a.txt": {"data": b"text", "mode": "640"}}}))
+            "children": [{"filename": "f", "contentFilename": "a.txt"}]}}, "ORVFileContents": {"a.txt": {"data": content, "mode": "640"}}}))
         return str(packed)
 
     def traced(self, home, *words, faults=(), under=(), **more):
@@ -234,12 +235,18 @@ class Interrupted(Traced):
         struck = self.sweep(home, ["export", "0", self.file], check)
         self.assertLessEqual({"openat", "read", "write", "fsync"}, struck)
 
-    def stop(self, home, signal, call, *words, **more):
+    def stop(self, home, signal, call, *words, faults=(), **more):
         """Sends the signal when the first such call begins. The result."""
         trace = Path(self.top) / "trace"
-        result = home.run(*words, under=["strace", "-qq", "-o", str(trace), "-e", f"inject={call}:signal={signal.name}:when=1"], status=-signal, **more)
+        injected = [word for fault in (f"{call}:signal={signal.name}:when=1", *faults) for word in ("-e", "inject=" + fault)]
+        result = home.run(*words, under=["strace", "-qq", "-o", str(trace), *injected], status=-signal, **more)
         self.assertIn(f"--- {signal.name}", trace.read_text(errors="replace"))
         return result
+
+    def bytes_moved(self, call):
+        """In the calls of that name that the last trace holds."""
+        done = re.findall(rf"^{call}\(.*\) = (\d+)", (Path(self.top) / "trace").read_text(errors="replace"), re.MULTILINE)
+        return sum(int(count) for count in done)
 
     def test_a_signal_leaves_nothing_of_what_was_added(self):
         for words in (["add", self.packed()], ["import", str(self.source), "--with-content"]):
@@ -255,6 +262,29 @@ class Interrupted(Traced):
                         self.assertEqual(result.stdout, b"")
                         self.assertEqual(home.preferences.read_bytes(), before)
                         self.assertEqual(home.stored(), [])
+
+    def test_a_signal_is_not_heeded_only_at_the_end_of_a_large_file(self):
+        large = b"x" * (3 * AT_ONCE)
+        (self.source / "a.txt").write_bytes(large)
+        no_sharing, no_copying, no_sending = "ioctl:error=EOPNOTSUPP", "copy_file_range:error=EXDEV", "sendfile:error=EINVAL"
+        imported = ["import", str(self.source), "--with-content"]
+        added = ["add", self.packed(large)]
+        for words, call, faults, is_there in (
+                (imported, "copy_file_range", (no_sharing,), False), (imported, "sendfile", (no_sharing, no_copying), False),
+                (imported, "pwrite64", (no_sharing, no_copying, no_sending), False), (added, "write", (), False),
+                (imported, "pread64", (), True), (added, "pread64", (), True)):  # a file that may be the same is compared
+            with self.subTest(command=words[0], call=call):
+                home = Home(self.top)
+                home.write_preferences({"ORVPresets": []})
+                if is_there:
+                    home.contents.mkdir(parents=True)
+                    (home.contents / "a.txt").write_bytes(large)
+                    (home.contents / "a.txt").chmod(0o640)
+                result = self.stop(home, signal.SIGINT, call, *words, faults=faults)
+                self.assertEqual(result.stderr, b"orvane: interrupted, and what was made is removed again\n")
+                self.assertEqual(home.stored(), ["a.txt"] if is_there else [])
+                self.assertEqual(home.presets(), [])
+                self.assertLessEqual(self.bytes_moved(call), 2 * AT_ONCE)
 
     def test_a_signal_that_comes_too_late_leaves_what_was_added_whole(self):
         for words in (["add", self.packed()], ["import", str(self.source), "--with-content"]):
