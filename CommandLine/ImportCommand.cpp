@@ -93,6 +93,9 @@ void warnOfUnusedTexts(const FolderImportOptions &options, const PropertyList &p
         Sentence problem;
         again = importFolder(numbered, finderInformation, problem);
     }
+    if (Interruption::wasRequested()) {
+        return; // nothing of it stays, and the second look may be cut short
+    }
     const ORVPresetSurvey survey(again ? again->preset.root() : preset.root());
     for (std::size_t i = 0; i < options.variables.size(); ++i) {
         const ORVImportVariable &given = options.variables[i];

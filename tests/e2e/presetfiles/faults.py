@@ -235,10 +235,10 @@ class Interrupted(Traced):
         struck = self.sweep(home, ["export", "0", self.file], check)
         self.assertLessEqual({"openat", "read", "write", "fsync"}, struck)
 
-    def stop(self, home, signal, call, *words, faults=(), **more):
-        """Sends the signal when the first such call begins. The result."""
+    def stop(self, home, signal, call, *words, when=1, faults=(), **more):
+        """Sends the signal when the first such call begins, or a later one. The result."""
         trace = Path(self.top) / "trace"
-        injected = [word for fault in (f"{call}:signal={signal.name}:when=1", *faults) for word in ("-e", "inject=" + fault)]
+        injected = [word for fault in (f"{call}:signal={signal.name}:when={when}", *faults) for word in ("-e", "inject=" + fault)]
         result = home.run(*words, under=["strace", "-qq", "-o", str(trace), *injected], status=-signal, **more)
         self.assertIn(f"--- {signal.name}", trace.read_text(errors="replace"))
         return result
@@ -285,6 +285,16 @@ class Interrupted(Traced):
                 self.assertEqual(home.stored(), ["a.txt"] if is_there else [])
                 self.assertEqual(home.presets(), [])
                 self.assertLessEqual(self.bytes_moved(call), 2 * AT_ONCE)
+
+    def test_what_an_interrupted_import_did_not_find_is_not_told(self):
+        variables = [f"--variable={text}=V" for text in ("job", "nope")]  # two texts for one variable are looked for once more
+        words = ["import", str(self.source), *variables, "--variable=nothing=W"]
+        result, calls = self.traced(Home(self.top), *words)
+        self.assertEqual(result.stderr.count(b" nowhere\n"), 2)
+        first, again = self.numbers(calls, "openat", f'"{self.source}"')
+        for when in (first, again):
+            result = self.stop(Home(self.top), signal.SIGINT, "openat", *words, when=when)
+            self.assertEqual((result.stderr, result.stdout), (b"orvane: interrupted, and what was made is removed again\n", b""))
 
     def test_a_signal_that_comes_too_late_leaves_what_was_added_whole(self):
         for words in (["add", self.packed()], ["import", str(self.source), "--with-content"]):
