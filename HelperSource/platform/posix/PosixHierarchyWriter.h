@@ -119,6 +119,7 @@ private:
     // Folders of contents. These leave `errno`.
     [[nodiscard]] bool _copyFolder(std::string_view name, const PosixContent &content, const ItemAttributes &attributes);
     [[nodiscard]] bool _copyTree(std::string_view name, int source, const ItemAttributes &attributes);
+    [[nodiscard]] bool _makeClosedFolder(std::string_view name);
     [[nodiscard]] bool _copyFilesOf(class PosixFolderReader &reader);
     [[nodiscard]] bool _copyLink(std::string_view name, int folder);
 

@@ -1,6 +1,7 @@
 #include "platform/posix/PosixHierarchyWriter.h"
 
 #include "platform/posix/PosixFolderReader.h"
+#include "platform/posix/PosixItemFinish.h"
 
 #include <cerrno>
 #include <climits>
@@ -31,8 +32,7 @@ bool PosixHierarchyWriter::_copyFolder(std::string_view name, const PosixContent
 
 bool PosixHierarchyWriter::_copyTree(std::string_view name, int source, const ItemAttributes &attributes) {
     PosixFolderReader reader;
-    // New folders are closed to all others until they are complete and get the mode of their source.
-    if (!reader.descend(source, ".") || !_makeFolder(name, 0700) || !_enterMadeFolder(name)) {
+    if (!reader.descend(source, ".") || !_makeClosedFolder(name) || !_enterMadeFolder(name)) {
         return false;
     }
     const std::size_t topDepth = _cursor.depth();
@@ -51,7 +51,7 @@ bool PosixHierarchyWriter::_copyTree(std::string_view name, int source, const It
                 errno = ELOOP; // the copy lies inside its own source
                 return false;
             }
-            if (!_makeFolder(child, 0700) || !_enterMadeFolder(child) || !_copyFilesOf(reader)) {
+            if (!_makeClosedFolder(child) || !_enterMadeFolder(child) || !_copyFilesOf(reader)) {
                 return false;
             }
             continue;
@@ -62,6 +62,19 @@ bool PosixHierarchyWriter::_copyTree(std::string_view name, int source, const It
         if (!reader.ascend()) {
             return false;
         }
+    }
+    return true;
+}
+
+/// New folders are closed to all others until they are complete and get the mode of their source. The umask may close them to their owner
+/// as well, who could not put anything into them then, or not read them, which attributes and times take.
+bool PosixHierarchyWriter::_makeClosedFolder(std::string_view name) {
+    if (!_makeFolder(name, S_IRWXU)) {
+        return false;
+    }
+    if ((_traits.umask & S_IRWXU) != 0) {
+        const Place at = _cursor.place(name);
+        [[maybe_unused]] const int status = openFolderToOwner(at.folder, at.path); // what is refused for it tells
     }
     return true;
 }

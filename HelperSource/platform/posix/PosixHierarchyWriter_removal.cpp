@@ -159,10 +159,7 @@ bool PosixHierarchyWriter::_goInto(PosixFolderCursor &cursor, Index folder) cons
     const std::string name(_items.name(folder));
     if (_items.has(folder, PosixMadeItems::Restricted) && !_items.has(folder, PosixMadeItems::Entered)) {
         const Place at = cursor.place(name);
-        const FileDescriptor restricted(::openat(at.folder, at.path, O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-        if (restricted) {
-            [[maybe_unused]] const int status = setModeOfOpenItem(restricted.get(), 0700);
-        }
+        [[maybe_unused]] const int status = openFolderToOwner(at.folder, at.path);
     }
     const bool isOurs = !_items.has(folder, PosixMadeItems::Entered) && !_items.has(folder, PosixMadeItems::Shared);
     const bool isPrivate = isOurs && (_traits.umask & 0022U) == 0022U && !cursor.options().hasDefaultACL;

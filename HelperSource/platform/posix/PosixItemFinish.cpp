@@ -1,5 +1,6 @@
 #include "platform/posix/PosixItemFinish.h"
 
+#include "platform/posix/FileDescriptor.h"
 #include "platform/posix/PosixFinderAttributes.h"
 
 #include <algorithm>
@@ -7,6 +8,7 @@
 #include <string>
 #include <utility>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
 namespace orvane {
@@ -64,6 +66,11 @@ int setModeOfOpenItem(int item, unsigned mode) {
     // A descriptor that is a mere path (O_PATH) takes no fchmod, but its entry in /proc does take chmod.
     const bool isSet = errno == EBADF && ::chmod(("/proc/self/fd/" + std::to_string(item)).c_str(), mode & 07777U) == 0;
     return isSet ? 0 : errno;
+}
+
+int openFolderToOwner(int parent, const char *path) {
+    const FileDescriptor folder(::openat(parent, path, O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    return folder ? setModeOfOpenItem(folder.get(), S_IRWXU) : errno;
 }
 
 } // namespace orvane

@@ -6,7 +6,7 @@
 
 #include <sys/types.h>
 
-// What items get besides their names: labels, modes, attributes and times, all on open descriptors. A failure of these is no
+// What items get besides their names: labels, modes, attributes and times, all on descriptors. A failure of these is no
 // failure of the item: the file system may know no attributes, for one.
 
 namespace orvane {
@@ -26,5 +26,8 @@ struct PosixFileFinish {
 
 /// Sets mode bits (07777) of an open item, also of one opened as mere path. 0 or `errno`.
 [[nodiscard]] int setModeOfOpenItem(int item, unsigned mode);
+
+/// Lets the owner alone do everything in a folder of theirs that may keep them out, and is no symbolic link. 0 or `errno`.
+[[nodiscard]] int openFolderToOwner(int parent, const char *path);
 
 } // namespace orvane

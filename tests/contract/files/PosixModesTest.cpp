@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include <fcntl.h>
+
 // Modes come out exactly as asked for, whatever the umask, the parent folder's bits and its access control list add.
 
 namespace orvane::testing {
@@ -110,6 +112,36 @@ TEST(PosixModesTest, WithoutAModeTheUmaskDecides) {
         EXPECT_EQ(modeOf(folder / (std::to_string(umask) + "/d")), 0777U & ~umask);
         EXPECT_EQ(modeOf(folder / (std::to_string(umask) + "/d/e")), 0666U & ~umask);
         EXPECT_EQ(modeOf(folder / (std::to_string(umask) + "/d/l")), 0666U & ~umask);
+    }
+}
+
+TEST(PosixModesTest, ACopiedFolderIsWholeUnderAnyUmask) {
+    const TemporaryFolder folder;
+    putFolder(folder / "store");
+    putFolder(folder / "store/inner", 0775);
+    putFile(folder / "store/inner/file", "bytes", 0664);
+    putFolder(folder / "store/inner/closed", 0555);
+    setAttribute(folder / "store/inner", "user.note", "kept");
+    const timespec longAgo[] = {{1'000'000'000, 0}, {1'000'000'000, 0}};
+    ASSERT_EQ(::utimensat(AT_FDCWD, (folder / "store/inner").c_str(), longAgo, 0), 0);
+    for (const mode_t umask : {0400U, 0477U, 0277U, 0177U, 0777U}) {
+        const std::string work = folder / std::to_string(umask);
+        putFolder(work, 0777);
+        ASSERT_EQ(asOrdinaryUser([&]() -> std::string {
+                      ::umask(umask);
+                      PosixFileSystem files;
+                      auto writer = files.beginHierarchy(work);
+                      return writer->copyItem("copy", *files.contentSource(folder / "store"), {}) ? "" : "not copied";
+                  }),
+                  "")
+            << std::oct << umask;
+        EXPECT_EQ(modeOf(work + "/copy"), 0755U) << std::oct << umask;
+        EXPECT_EQ(modeOf(work + "/copy/inner"), 0775U) << std::oct << umask;
+        EXPECT_EQ(modeOf(work + "/copy/inner/file"), 0664U) << std::oct << umask;
+        EXPECT_EQ(modeOf(work + "/copy/inner/closed"), 0555U) << std::oct << umask;
+        EXPECT_EQ(contentsOf(work + "/copy/inner/file"), "bytes") << std::oct << umask;
+        EXPECT_EQ(attributeOf(work + "/copy/inner", "user.note"), "kept") << std::oct << umask;
+        EXPECT_EQ(stateOf(work + "/copy/inner").st_mtim.tv_sec, longAgo[1].tv_sec) << std::oct << umask;
     }
 }
 
