@@ -92,7 +92,7 @@ TEST_P(PosixModes, AreExactUnderADefaultACL) {
     EXPECT_EQ(exact(), "");
 }
 
-INSTANTIATE_TEST_SUITE_P(Umask, PosixModes, ::testing::Values(0000, 0002, 0022, 0027, 0077));
+INSTANTIATE_TEST_SUITE_P(Umask, PosixModes, ::testing::Values(0000, 0002, 0022, 0027, 0077, 0477));
 
 TEST(PosixModesTest, WithoutAModeTheUmaskDecides) {
     const TemporaryFolder folder;
