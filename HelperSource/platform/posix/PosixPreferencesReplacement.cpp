@@ -2,6 +2,7 @@
 
 #include "platform/posix/PosixContentCopy.h"
 #include "platform/posix/PosixExtendedAttributes.h"
+#include "platform/posix/PosixNewFile.h"
 #include "platform/posix/PosixPreferencesLock.h"
 
 #include <algorithm>
@@ -121,7 +122,9 @@ bool PosixPreferencesReplacement::takeAttributes(int oldFile) {
     if ((old.st_uid != mine.st_uid || old.st_gid != mine.st_gid) && ::fchown(_file.get(), old.st_uid, old.st_gid) != 0) {
         return _fail("its owner cannot be kept");
     }
-    if (::fchmod(_file.get(), old.st_mode & 07777U) != 0) {
+    // A file system without modes gives all files the same one, and may refuse to be asked for it.
+    const mode_t mode = old.st_mode & 07777U;
+    if (mode != (mine.st_mode & 07777U) && ::fchmod(_file.get(), mode) != 0) {
         return _fail("its mode cannot be kept");
     }
     return _takeExtendedAttributes(oldFile);
@@ -158,7 +161,7 @@ bool PosixPreferencesReplacement::_rename(bool mayReplace) {
         if (::renameat2(folder, _temporaryName.c_str(), folder, _name.c_str(), RENAME_NOREPLACE) == 0) {
             return true;
         }
-        if (errno != EINVAL && errno != ENOSYS) {
+        if (!isUnknownToFileSystem(errno)) {
             return false;
         }
     }

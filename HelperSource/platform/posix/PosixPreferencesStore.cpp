@@ -20,17 +20,27 @@ constexpr int MostAttempts = 8;
 /// Smaller files are read once more before they take the old one's place; larger ones rely on the check of what is new.
 constexpr off_t LargestChecked = off_t{1} << 20U;
 
+bool readsAs(const PropertyList &expected, int file, std::string &why) {
+    PropertyListReport report;
+    const std::optional<PropertyList> list = readPropertyList(file, &report);
+    why = report.why;
+    return list && list->root().equals(expected.root());
+}
+
+/// Some file systems that are programs do not show to a descriptor what was written through it: then one that only reads decides.
 bool holds(int file, const PropertyList &expected, std::string &why) {
     struct stat status {};
     if (::fstat(file, &status) != 0 || status.st_size > LargestChecked) {
         return true;
     }
-    PropertyListReport report;
-    const std::optional<PropertyList> list = ::lseek(file, 0, SEEK_SET) == 0 ? readPropertyList(file, &report) : std::nullopt;
-    if (list && list->root().equals(expected.root())) {
+    if (::lseek(file, 0, SEEK_SET) == 0 && readsAs(expected, file, why)) {
         return true;
     }
-    why = "what was written does not read back: " + report.why;
+    const FileDescriptor another = openPreferencesFile("/proc/self/fd/" + std::to_string(file));
+    if (another && readsAs(expected, another.get(), why)) {
+        return true;
+    }
+    why = "what was written does not read back: " + why;
     return false;
 }
 

@@ -39,14 +39,15 @@ class Traced(Case):
         return str(packed)
 
     def traced(self, home, *words, faults=(), under=(), **more):
-        """Runs with the faults, each "CALL:error=...[:when=...]", all of which must happen. The result, and the calls that were made."""
+        """Runs with the faults, each "CALL:error=...[:when=...]" or what else strace injects, all of which must happen. The result, and the
+        calls that were made."""
         trace = Path(self.top) / "trace"
         injected = [word for fault in faults for word in ("-e", "inject=" + fault)]
         strace = ["strace", "-qq", "-y", "-s", "4096", "-o", str(trace), "-e", "signal=none", *injected]
         result = home.run(*words, under=[*strace, *under], **more)
         calls = [line for line in trace.read_text(errors="replace").splitlines() if CALL.match(line)]
         for fault in faults:
-            self.assertTrue(any("(INJECTED)" in call and call.startswith(fault.split(":")[0] + "(") for call in calls), (fault, calls))
+            self.assertTrue(any("(INJECTED" in call and call.startswith(fault.split(":")[0] + "(") for call in calls), (fault, calls))
         return result, calls
 
     def numbers(self, calls, name, *texts):
@@ -94,6 +95,37 @@ class Disturbed(Traced):
         result, _ = self.traced(home, "import", str(self.source), "--with-content", status=1, faults=["fchmod:error=EPERM"])
         self.assertIn(b"tool.sh cannot be stored: Operation not permitted", result.stderr)
         self.assertEqual(home.stored(), [])
+
+    def test_preferences_are_stored_where_files_have_no_modes(self):
+        for error in ("EPERM", "ENOSYS"):
+            home = Home(self.top)
+            home.run("add", self.packed())
+            before = home.preferences.stat()
+            self.traced(home, "add", self.packed(b"another text"), faults=[f"fchmod:error={error}"])  # those of contents
+            self.assertEqual(len(home.presets()), 2)
+            self.assertEqual(home.preferences.stat().st_mode, before.st_mode)
+            home.preferences.chmod(0o640)  # which a new file has not of itself
+            content = home.preferences.read_bytes()
+            self.traced(home, "add", self.packed(), faults=[f"fchmod:error={error}"], status=1)
+            self.assertEqual(home.preferences.read_bytes(), content)
+            self.assertEqual(os.listdir(home.preferences.parent), [home.preferences.name])
+
+    def test_the_first_preferences_are_stored_where_renaming_cannot_refuse_to_replace(self):
+        for error in ("EINVAL", "ENOSYS", "EOPNOTSUPP", "EPERM"):
+            home = Home(self.top)
+            self.traced(home, "import", str(self.source), faults=[f"renameat2:error={error}"])
+            self.assertEqual(len(home.presets()), 1)
+
+    def test_preferences_that_do_not_read_back_are_read_by_a_descriptor_that_has_not_written(self):
+        _, calls = self.traced(Home(self.top), "import", str(self.source))
+        reading = self.numbers(calls, "read", ".orvane-preferences-0.tmp")[0]
+        home = Home(self.top)
+        self.traced(home, "import", str(self.source), faults=[f"read:poke_exit=@arg2=00000000:when={reading}"])
+        self.assertEqual(len(home.presets()), 1)
+        home = Home(self.top)  # where no reading gives it
+        result, _ = self.traced(home, "import", str(self.source), faults=[f"read:poke_exit=@arg2=00000000:when={reading}+"], status=1)
+        self.assertIn(b"the preferences cannot be written", result.stderr)
+        self.assertEqual(os.listdir(home.preferences.parent), [])
 
     def test_a_file_that_appears_is_not_replaced_where_renaming_cannot_refuse_to(self):
         def prepare(home):
