@@ -100,6 +100,13 @@ class Terminal:
         os.close(self._master)
         return Result(self._process.returncode, (out or b"").decode(), self.shown)
 
+    def end(self):
+        """For a test that failed meanwhile: neither the program nor the reader of its terminal outlives it."""
+        if self._process.poll() is None:
+            os.killpg(self._process.pid, signal.SIGKILL)  # with a tracer go those whom it follows
+            self._process.communicate()
+        self._reader.join(DEADLINE)
+
 
 class RunningScript:
     """A script that tells of itself: its process, the one that started it, and whether somebody is still at it. Ended with the test."""
@@ -212,7 +219,9 @@ class OrvaneTest(unittest.TestCase):
 
     def on_terminal(self, *words, env=None, slowly=(), whole=False):
         """On a terminal; `slowly` holds the words of a tracer that holds system calls up."""
-        return Terminal([*slowly, PROGRAM, *words], {**self.env, "TERM": "xterm", **(env or {})}, self.target, whole)
+        terminal = Terminal([*slowly, PROGRAM, *words], {**self.env, "TERM": "xterm", **(env or {})}, self.target, whole)
+        self.addCleanup(terminal.end)
+        return terminal
 
     def run_without_rights(self, *words):
         """Runs it as an ordinary user: as nobody, who owns everything here, when the tests run as root."""
