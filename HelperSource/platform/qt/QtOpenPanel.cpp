@@ -77,7 +77,6 @@ std::optional<std::vector<std::string>> QtOpenPanel::runModal(const OpenPanelSet
         return {};
     }
     QFileDialog panel;
-    panel.setOption(QFileDialog::DontUseNativeDialog, !_usesDesktopsPanel);
     prepare(panel, settings);
     const QString last = _lastFolder();
     panel.setDirectory(last.isEmpty() ? QDir::homePath() : last);

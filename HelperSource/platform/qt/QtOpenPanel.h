@@ -20,8 +20,6 @@ public:
 
     /// While a panel is up already, it comes to the front and nothing is chosen here.
     [[nodiscard]] std::optional<std::vector<std::string>> runModal(const OpenPanelSettings &settings) override;
-    /// With false Qt's own panel is shown on every desktop. True at first.
-    void setUsesDesktopsPanel(bool uses) { _usesDesktopsPanel = uses; }
 
 private:
     [[nodiscard]] QString _lastFolder() const;
@@ -30,7 +28,6 @@ private:
     QtApplication &_application;
     std::string _memoryFile;
     QString _folder; ///< chosen last in this process
-    bool _usesDesktopsPanel = true;
     bool _isUp = false;
 };
 
