@@ -470,9 +470,4 @@ std::span<const std::string_view> ORVKnownNodeKeys() {
     return NodeKeys;
 }
 
-const ORVPresetProblem *ORVFindNeverEnding(const std::vector<ORVPresetProblem> &problems) {
-    const auto found = std::find_if(problems.begin(), problems.end(), [](const ORVPresetProblem &problem) { return problem.neverEnds; });
-    return found == problems.end() ? nullptr : &*found;
-}
-
 } // namespace orvane

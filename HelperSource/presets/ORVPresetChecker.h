@@ -70,7 +70,4 @@ private:
 [[nodiscard]] std::span<const std::string_view> ORVKnownPresetKeys();
 [[nodiscard]] std::span<const std::string_view> ORVKnownNodeKeys();
 
-/// The first problem that keeps a creation from ever ending, or null.
-[[nodiscard]] const ORVPresetProblem *ORVFindNeverEnding(const std::vector<ORVPresetProblem> &problems);
-
 } // namespace orvane

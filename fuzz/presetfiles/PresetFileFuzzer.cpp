@@ -5,6 +5,7 @@
 #include "presets/ORVPresetFile.h"
 #include "presets/ORVPresetManager.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -54,7 +55,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         require(!problem.text().empty());
         require(!ORVTextOfPlace(problem.place, parts->preset.root()).empty() || problem.place.key.empty());
     }
-    if (const ORVPresetProblem *endless = ORVFindNeverEnding(problems); endless != nullptr && endless->place.key == "fileHierarchy") {
+    const bool hasEndlessTree = std::any_of(problems.begin(), problems.end(), [](const ORVPresetProblem &problem) {
+        return problem.neverEnds && problem.place.key == "fileHierarchy";
+    });
+    if (hasEndlessTree) {
         return 0;
     }
     ORVRenamedResources renamed;

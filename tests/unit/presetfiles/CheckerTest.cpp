@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <string>
 #include <vector>
@@ -79,7 +80,6 @@ TEST_F(Checker, FindsAMissingEmptyBlankOrImpossibleFolderName) {
 TEST_F(Checker, FindsTemplatesWhoseScanNeverEnds) {
     expectOne(plist.preset("Job {"), "directoryName: error: the name 'Job {' ends in \"{\"");
     EXPECT_TRUE(problems.front().neverEnds);
-    EXPECT_EQ(ORVFindNeverEnding(problems), &problems.front());
     expectOneOfNode(plist.file("{a\\}"), " \"{a\\}\"/filename: error: the name '{a\\}' ends in \"}\" with a backslash");
     EXPECT_TRUE(problems.front().neverEnds);
 }
@@ -88,7 +88,7 @@ TEST_F(Checker, LetsTemplatesPassThatOnlyLookAsIfTheirScanNeverEnded) {
     EXPECT_TRUE(linesOf(plist.preset("a{")).empty()) << "shorter than any key";
     for (const char *name : {"{ab", "ab\\{", "{ab}\\}", "{}", "a}"}) {
         linesOf(plist.preset(name));
-        EXPECT_EQ(ORVFindNeverEnding(problems), nullptr) << name;
+        EXPECT_TRUE(std::none_of(problems.begin(), problems.end(), [](const auto &problem) { return problem.neverEnds; })) << name;
     }
 }
 
@@ -335,7 +335,7 @@ TEST_F(Checker, GivesUpOnTreesThatShareTheirBranchesEndlessly) {
         node = plist.folder("d" + std::to_string(i), {node, node});
     }
     expectOne(plist.preset("T", {node}), "fileHierarchy: error: the tree has more than 2000000 items");
-    EXPECT_NE(ORVFindNeverEnding(problems), nullptr);
+    EXPECT_TRUE(problems.front().neverEnds);
 }
 
 TEST_F(Checker, OpensNoMoreContentFilesAtATimeThanThereAreDescriptorsFor) {
