@@ -4,6 +4,7 @@
 #include "fakes/FakeAlerts.h"
 #include "fakes/FakeDistributedNotifications.h"
 #include "fakes/FakeMainThread.h"
+#include "fakes/FakeThreadLauncher.h"
 #include "fakes/FakeWorkspace.h"
 #include "platform/SingleThread.h"
 #include "platform/posix/PosixClock.h"
@@ -12,7 +13,6 @@
 #include "platform/posix/PosixPreferencesStore.h"
 #include "platform/posix/PosixProcessLauncher.h"
 #include "platform/posix/PosixSystemLog.h"
-#include "platform/posix/PosixThreadLauncher.h"
 #include "platform/posix/PosixUserFolders.h"
 #include "platform/posix/UnistringTextCase.h"
 #include "presets/ORVJournaledFileSystem.h"
@@ -124,7 +124,9 @@ public:
     Soak()
         : _preferences(_folders.preferencesFile(), _folders.stateDirectory() + "/preferences.lock", _log), _prompt({}, true, _nobody),
           _manager(ORVPresetManager::create({_alerts, _application, _clock, _notifications, _journaled, _mainThread, _preferences,
-                                             _processes, _log, _textCase, _threads, _folders, _prompt, _workspace})) {}
+                                             _processes, _log, _textCase, _threads, _folders, _prompt, _workspace})) {
+        _threads.onFinished = [this] { _mainThread.wake(); };
+    }
 
     /// True when nothing grew.
     [[nodiscard]] bool run(int creations, int reloads, int scripts) {
@@ -202,7 +204,7 @@ private:
     PosixProcessLauncher _processes;
     UnistringTextCase _textCase;
     FakeMainThread _mainThread;
-    JoiningThreadLauncher _threads{[this] { _mainThread.wake(); }};
+    FakeThreadLauncher _threads{FakeThreadLauncher::Mode::Real};
     FakeAlerts _alerts;
     FakeDistributedNotifications _notifications;
     FakeWorkspace _workspace;

@@ -1,4 +1,4 @@
-// What every thread launcher promises, run on the fake and on both real ones.
+// What every thread launcher promises, run on the fake and on the real one; then what only the fake has.
 
 #include "ProcessTestTools.h"
 
@@ -61,16 +61,13 @@ std::unique_ptr<FakeThreadLauncher> make(const FakeThreadLauncher *) {
 std::unique_ptr<PosixThreadLauncher> make(const PosixThreadLauncher *) {
     return std::make_unique<PosixThreadLauncher>();
 }
-std::unique_ptr<JoiningThreadLauncher> make(const JoiningThreadLauncher *) {
-    return std::make_unique<JoiningThreadLauncher>();
-}
 
 template <typename Kind> class ThreadLauncherContract : public testing::Test {
 protected:
     std::unique_ptr<Kind> launcher = make(static_cast<const Kind *>(nullptr));
 };
 
-using ThreadLaunchers = testing::Types<FakeThreadLauncher, PosixThreadLauncher, JoiningThreadLauncher>;
+using ThreadLaunchers = testing::Types<FakeThreadLauncher, PosixThreadLauncher>;
 TYPED_TEST_SUITE(ThreadLauncherContract, ThreadLaunchers);
 
 // Detached work may outlive its test by a moment, so it shares what it touches.
@@ -112,8 +109,8 @@ TYPED_TEST(ThreadLauncherContract, WithoutAThreadTheWorkDoesNotRun) {
     EXPECT_TRUE(eventually([&] { return *runs == 10; }));
 }
 
-TEST(JoiningThreadLauncher, JoinWaitsForAllWorkAlsoForWhatStartsMeanwhile) {
-    JoiningThreadLauncher launcher;
+TEST(FakeThreadLauncher, JoinWaitsForAllWorkAlsoForWhatStartsMeanwhile) {
+    FakeThreadLauncher launcher(FakeThreadLauncher::Mode::Real);
     std::atomic<bool> isDone{false};
     EXPECT_TRUE(launcher.detachNewThread([&] { EXPECT_TRUE(launcher.detachNewThread([&] { isDone = true; })); }));
     launcher.joinAll();
@@ -121,10 +118,11 @@ TEST(JoiningThreadLauncher, JoinWaitsForAllWorkAlsoForWhatStartsMeanwhile) {
     EXPECT_FALSE(launcher.isBusy());
 }
 
-TEST(JoiningThreadLauncher, IsBusyUntilTheWorkHasEndedAndThenSaysSo) {
+TEST(FakeThreadLauncher, IsBusyUntilTheWorkHasEndedAndThenSaysSo) {
     std::atomic<bool> isFinished{false};
     std::atomic<bool> mayEnd{false};
-    JoiningThreadLauncher launcher([&] { isFinished = true; });
+    FakeThreadLauncher launcher(FakeThreadLauncher::Mode::Real);
+    launcher.onFinished = [&] { isFinished = true; };
     EXPECT_FALSE(launcher.isBusy());
     EXPECT_TRUE(launcher.detachNewThread([&] { EXPECT_TRUE(eventually([&] { return mayEnd.load(); })); }));
     EXPECT_TRUE(launcher.isBusy());
