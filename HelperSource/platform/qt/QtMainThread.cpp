@@ -25,6 +25,16 @@ private:
     std::shared_ptr<const void> _object;
 };
 
+/// Keeps an object until the event has been handled. Nothing else holds it: a functor on its way to another thread is copied (Qt 6.4),
+/// and the copy that is left behind could be the last one.
+class ReleaseEvent final : public QEvent {
+public:
+    explicit ReleaseEvent(std::shared_ptr<const void> object) : QEvent(static_cast<Type>(User + 1)), _object(std::move(object)) {}
+
+private:
+    std::shared_ptr<const void> _object;
+};
+
 } // namespace
 
 class QtMainThread::Receiver final : public QObject {
@@ -78,8 +88,7 @@ void QtMainThread::performAndWait(const std::function<void()> &work) {
 
 void QtMainThread::releaseAfterCurrentEvent(std::shared_ptr<const void> object) {
     if (!isCurrent()) {
-        QMetaObject::invokeMethod(
-            _receiver.get(), [held = std::move(object)] {}, Qt::QueuedConnection);
+        QCoreApplication::postEvent(_receiver.get(), new ReleaseEvent(std::move(object)));
     } else if (_deferred != nullptr) {
         _deferred->push_back(std::move(object));
     } else {
