@@ -37,10 +37,13 @@ public:
 
     /// Ends the event being handled: lets go of all deferred objects, on the calling (main) thread.
     void endEvent() {
-        std::vector<std::shared_ptr<const void>> objects;
-        {
-            const std::lock_guard lock(_mutex);
-            objects.swap(_deferred);
+        for (bool mayHaveMore = true; mayHaveMore;) { // a destructor may defer others
+            std::vector<std::shared_ptr<const void>> objects;
+            {
+                const std::lock_guard lock(_mutex);
+                objects.swap(_deferred);
+            }
+            mayHaveMore = !objects.empty();
         }
     }
 

@@ -5,7 +5,6 @@ target_sources(platform_posix PRIVATE
   PosixCreationJournal.cpp
   PosixCreationRecovery.cpp
   PosixHotKeyStatement.cpp
-  PosixMainThread.cpp
   PosixProcessLauncher.cpp
   PosixSmallFile.cpp
   PosixSpawning.cpp

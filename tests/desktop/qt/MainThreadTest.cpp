@@ -1,7 +1,8 @@
-// What every main thread promises, on Qt's.
+// What every main thread promises, run on Qt's; then what only Qt's has.
 
 #include "QtTestSupport.h"
 
+#include "contract/processes/MainThreadContract.h"
 #include "platform/qt/QtMainThread.h"
 
 #include <atomic>
@@ -26,16 +27,25 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Runs a body on a thread of its own while the main thread handles events.
-void onOtherThread(const std::function<void()> &body) {
-    std::atomic<bool> isOver = false;
-    std::thread thread([&] {
-        body();
-        isOver = true;
-    });
-    EXPECT_TRUE(waitUntil([&] { return isOver.load(); }));
-    thread.join();
-}
+class QtMainThreadHarness {
+public:
+    MainThread &mainThread() { return _mainThread; }
+    static bool serveUntil(const std::function<bool()> &done) { return waitUntil(done); }
+    static void wake() {} // it asks again by itself
+    static void handleEvent(const std::function<void()> &work) {
+        bool isHandled = false;
+        QTimer::singleShot(0, [&] {
+            work();
+            isHandled = true;
+        });
+        EXPECT_TRUE(waitUntil([&] { return isHandled; }));
+    }
+
+private:
+    QtMainThread _mainThread;
+};
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Qt, MainThreadContract, QtMainThreadHarness);
 
 /// Whether a thread of this process comes to sleep within 20 s.
 bool fallsAsleep(pid_t thread) {
@@ -50,38 +60,6 @@ bool fallsAsleep(pid_t thread) {
         }
     }
     return false;
-}
-
-TEST(QtMainThreads, OnlyTheThreadThatMadeItIsCurrent) {
-    QtMainThread mainThread;
-    EXPECT_TRUE(mainThread.isCurrent());
-    EXPECT_FALSE(std::async(std::launch::async, [&] { return mainThread.isCurrent(); }).get());
-}
-
-TEST(QtMainThreads, OnTheMainThreadWorkRunsAtOnce) {
-    QtMainThread mainThread;
-    bool hasRun = false;
-    mainThread.performAndWait([&] { hasRun = true; });
-    EXPECT_TRUE(hasRun);
-}
-
-TEST(QtMainThreads, WorkOfAnotherThreadRunsOnTheMainThreadBeforeTheCallReturns) {
-    QtMainThread mainThread;
-    std::thread::id worker;
-    bool hasRunBeforeReturn = false;
-    onOtherThread([&] {
-        mainThread.performAndWait([&] { worker = std::this_thread::get_id(); });
-        hasRunBeforeReturn = worker != std::thread::id();
-    });
-    EXPECT_TRUE(hasRunBeforeReturn);
-    EXPECT_EQ(worker, std::this_thread::get_id());
-}
-
-TEST(QtMainThreads, CallerStaysBlockedWhileNoEventsAreHandled) {
-    QtMainThread mainThread;
-    auto caller = std::async(std::launch::async, [&] { mainThread.performAndWait([] {}); });
-    EXPECT_EQ(caller.wait_for(30ms), std::future_status::timeout);
-    EXPECT_TRUE(waitUntil([&] { return caller.wait_for(0ms) == std::future_status::ready; }));
 }
 
 TEST(QtMainThreads, WorkRunsInTheOrderOfItsArrival) {
@@ -101,32 +79,6 @@ TEST(QtMainThreads, WorkRunsInTheOrderOfItsArrival) {
         thread.join();
     }
     EXPECT_EQ(order, (std::vector<int>{0, 1, 2, 3, 4, 5, 6, 7}));
-}
-
-TEST(QtMainThreads, ManyThreadsAreAllServed) {
-    QtMainThread mainThread;
-    int inside = 0;
-    int most = 0;
-    int total = 0;
-    onOtherThread([&] {
-        std::vector<std::thread> threads;
-        for (int i = 0; i < 8; ++i) {
-            threads.emplace_back([&] {
-                for (int j = 0; j < 50; ++j) {
-                    mainThread.performAndWait([&] {
-                        most = std::max(most, ++inside);
-                        ++total;
-                        --inside;
-                    });
-                }
-            });
-        }
-        for (std::thread &thread : threads) {
-            thread.join();
-        }
-    });
-    EXPECT_EQ(total, 400);
-    EXPECT_EQ(most, 1);
 }
 
 TEST(QtMainThreads, ModalLoopServesOthersToo) {
@@ -169,29 +121,6 @@ TEST(QtMainThreads, DeferredObjectLivesUntilItsEventHasBeenHandledThoughNestedLo
     EXPECT_TRUE(livesAfterNestedLoop);
 }
 
-TEST(QtMainThreads, WhatHandedOverWorkDefersGoesBeforeItsCallerGoesOn) {
-    QtMainThread mainThread;
-    std::weak_ptr<int> watched;
-    bool livesAtEndOfWork = false;
-    bool livesAfterwards = true;
-    std::thread::id destroyer;
-    onOtherThread([&] {
-        mainThread.performAndWait([&] {
-            const std::shared_ptr<int> object(new int(1), [&](const int *gone) {
-                destroyer = std::this_thread::get_id();
-                delete gone;
-            });
-            watched = object;
-            mainThread.releaseAfterCurrentEvent(object);
-            livesAtEndOfWork = !watched.expired();
-        });
-        livesAfterwards = !watched.expired();
-    });
-    EXPECT_TRUE(livesAtEndOfWork);
-    EXPECT_FALSE(livesAfterwards);
-    EXPECT_EQ(destroyer, std::this_thread::get_id());
-}
-
 TEST(QtMainThreads, ObjectDeferredByAnotherThreadIsLetGoOnTheMainThread) {
     QtMainThread mainThread;
     std::atomic<std::thread::id> destroyer;
@@ -201,19 +130,6 @@ TEST(QtMainThreads, ObjectDeferredByAnotherThreadIsLetGoOnTheMainThread) {
     }).join();
     EXPECT_TRUE(waitUntil([&] { return destroyer.load() != std::thread::id(); }));
     EXPECT_EQ(destroyer.load(), std::this_thread::get_id());
-}
-
-TEST(QtMainThreads, DestructorOfADeferredObjectMayDeferAnother) {
-    QtMainThread mainThread;
-    bool secondIsGone = false;
-    onOtherThread([&] {
-        mainThread.performAndWait([&] {
-            mainThread.releaseAfterCurrentEvent(std::shared_ptr<const void>(&secondIsGone, [&](const void *) {
-                mainThread.releaseAfterCurrentEvent(std::shared_ptr<const void>(&secondIsGone, [&](const void *) { secondIsGone = true; }));
-            }));
-        });
-    });
-    EXPECT_TRUE(secondIsGone);
 }
 
 } // namespace
