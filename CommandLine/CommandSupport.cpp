@@ -3,7 +3,7 @@
 #include "Translation.h"
 
 #include "platform/posix/FileDescriptor.h"
-#include "platform/posix/PosixContentCopy.h"
+#include "platform/posix/PosixWriting.h"
 #include "platform/propertylist/PropertyListFiles.h"
 #include "ports/UTF16.h"
 #include "presets/ORVFileHelpers.h"

@@ -4,7 +4,7 @@
 #include "Translation.h"
 
 #include "platform/posix/PosixBlockedSignals.h"
-#include "platform/posix/PosixContentCopy.h"
+#include "platform/posix/PosixWriting.h"
 
 #include <algorithm>
 #include <chrono>

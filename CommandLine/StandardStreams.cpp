@@ -1,6 +1,6 @@
 #include "StandardStreams.h"
 
-#include "platform/posix/PosixContentCopy.h"
+#include "platform/posix/PosixWriting.h"
 #include "ports/UTF16.h"
 
 #include <array>

@@ -2,7 +2,7 @@
 
 #include "Interruption.h"
 
-#include "platform/posix/PosixContentCopy.h"
+#include "platform/posix/PosixWriting.h"
 
 #include <array>
 #include <cstdint>

@@ -4,7 +4,6 @@
 #include "Interruption.h"
 
 #include "platform/posix/PosixClock.h"
-#include "platform/posix/PosixContentCopy.h"
 #include "platform/posix/PosixCreationJournal.h"
 #include "platform/posix/PosixCreationRecovery.h"
 #include "platform/posix/PosixFileSystem.h"
@@ -13,6 +12,7 @@
 #include "platform/posix/PosixProcessLauncher.h"
 #include "platform/posix/PosixSystemLog.h"
 #include "platform/posix/PosixUserFolders.h"
+#include "platform/posix/PosixWriting.h"
 #include "platform/posix/UnistringTextCase.h"
 #include "presets/ORVJournaledFileSystem.h"
 

@@ -3,6 +3,7 @@
 #include "platform/posix/PosixContentCopy.h"
 #include "platform/posix/PosixNewFile.h"
 #include "platform/posix/PosixPrivateFolder.h"
+#include "platform/posix/PosixWriting.h"
 #include "presets/ORVPresetFile.h"
 
 #include <algorithm>

@@ -84,18 +84,6 @@ private:
 
 } // namespace
 
-bool writeContents(int to, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t done = uninterrupted([&] { return ::write(to, bytes.data(), bytes.size()); });
-        if (done <= 0) {
-            errno = done == 0 ? ENOSPC : errno;
-            return false;
-        }
-        bytes.remove_prefix(static_cast<std::size_t>(done));
-    }
-    return true;
-}
-
 bool copyContents(int from, int to, off_t size, bool sparse, const std::function<bool()> *shouldStop) {
     if (size == 0 || ::ioctl(to, FICLONE, from) == 0) {
         return true;

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <functional>
-#include <string_view>
 
 #include <sys/types.h>
 
@@ -12,10 +11,6 @@ namespace orvane {
 
 /// Most that is copied from one question whether to stop to the next.
 inline constexpr std::size_t PosixMostBytesUnasked = std::size_t{4} * 1024 * 1024;
-
-/// Writes all bytes at the descriptor's position. False with `errno`; a file system that takes a part and then nothing
-/// counts as full (ENOSPC).
-[[nodiscard]] bool writeContents(int to, std::string_view bytes);
 
 /// Copies the first `size` bytes of `from` into the empty file `to`, in the cheapest way that the file systems offer:
 /// sharing the blocks (FICLONE), copying inside the kernel (copy_file_range, then sendfile), last by reading and writing.

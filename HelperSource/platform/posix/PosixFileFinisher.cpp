@@ -1,6 +1,6 @@
 #include "platform/posix/PosixFileFinisher.h"
 
-#include "platform/posix/PosixContentCopy.h"
+#include "platform/posix/PosixWriting.h"
 
 #include <algorithm>
 #include <chrono>

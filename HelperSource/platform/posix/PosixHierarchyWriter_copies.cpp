@@ -2,6 +2,7 @@
 
 #include "platform/posix/PosixContentCopy.h"
 #include "platform/posix/PosixFileFinisher.h"
+#include "platform/posix/PosixWriting.h"
 
 #include <cerrno>
 #include <cstdio>

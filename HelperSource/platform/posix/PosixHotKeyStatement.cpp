@@ -1,6 +1,6 @@
 #include "platform/posix/PosixHotKeyStatement.h"
 
-#include "platform/posix/PosixContentCopy.h"
+#include "platform/posix/PosixWriting.h"
 
 #include <array>
 #include <cerrno>

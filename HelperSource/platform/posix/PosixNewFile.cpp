@@ -1,6 +1,6 @@
 #include "platform/posix/PosixNewFile.h"
 
-#include "platform/posix/PosixContentCopy.h"
+#include "platform/posix/PosixWriting.h"
 
 #include <cerrno>
 #include <cstdio>

@@ -1,9 +1,9 @@
 #include "platform/posix/PosixPreferencesReplacement.h"
 
-#include "platform/posix/PosixContentCopy.h"
 #include "platform/posix/PosixExtendedAttributes.h"
 #include "platform/posix/PosixNewFile.h"
 #include "platform/posix/PosixPreferencesLock.h"
+#include "platform/posix/PosixWriting.h"
 
 #include <algorithm>
 #include <cerrno>

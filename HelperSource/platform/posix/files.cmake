@@ -19,4 +19,5 @@ target_sources(platform_posix PRIVATE
   PosixNewFile.cpp
   PosixPath.cpp
   PosixPrivateFolder.cpp
-  PosixSecondThread.cpp)
+  PosixSecondThread.cpp
+  PosixWriting.cpp)

@@ -1,5 +1,5 @@
 #include "FilesTestSupport.h"
-#include "platform/posix/PosixContentCopy.h"
+#include "platform/posix/PosixWriting.h"
 
 #include <gtest/gtest.h>
 
