@@ -1,6 +1,7 @@
 #include "platform/propertylist/PropertyListScalars.h"
 
 #include "platform/propertylist/PropertyListScan.h"
+#include "platform/propertylist/PropertyListText.h"
 
 #include <algorithm>
 #include <array>
@@ -42,11 +43,6 @@ bool takeSign(std::string_view &text) noexcept {
     const bool negative = text.front() == '-';
     text.remove_prefix(1);
     return negative;
-}
-
-bool equalsIgnoringCase(std::string_view text, std::string_view lowerCase) noexcept {
-    return std::equal(text.begin(), text.end(), lowerCase.begin(), lowerCase.end(),
-                      [](char c, char lower) { return c == lower || (c >= 'A' && c <= 'Z' && c - 'A' + 'a' == lower); });
 }
 
 /// For a decimal number that no double holds: whether it is too large (else it is too small).

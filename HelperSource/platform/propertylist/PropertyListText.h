@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -31,6 +32,12 @@ void appendCharacter(std::string &text, char32_t code);
 /// About 60 bytes of a text, fit for a line of a message: three dots stand for what is too much, question marks for control
 /// characters and for bytes that are no UTF-8.
 [[nodiscard]] std::string legible(std::string_view text);
+
+/// Whether a text is the other one but for the case of letters from A to Z, of which `lowerCase` has only small ones.
+[[nodiscard]] inline bool equalsIgnoringCase(std::string_view text, std::string_view lowerCase) noexcept {
+    return std::equal(text.begin(), text.end(), lowerCase.begin(), lowerCase.end(),
+                      [](char c, char lower) { return c == lower || (c >= 'A' && c <= 'Z' && c - 'A' + 'a' == lower); });
+}
 
 /// Whether every byte is below 0x80.
 [[nodiscard]] bool isASCII(std::string_view text) noexcept;

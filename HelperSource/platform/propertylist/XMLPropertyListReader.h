@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <optional>
 #include <string>
@@ -26,6 +27,9 @@ public:
     [[nodiscard]] std::optional<PropertyList> read(PropertyListReport &report);
 
 private:
+    /// Bytes enough to know any tag, "<![CDATA[" or a reference by its beginning.
+    static constexpr std::size_t Lookahead = 32;
+
     enum class Element : std::uint8_t { None, Plist, Dictionary, Array, Key, String, Integer, Real, Date, Data, True, False };
     struct Tag {
         Element element = Element::None;
@@ -62,12 +66,14 @@ private:
     bool _readPlainValue(Container &container);
     bool _closePlainContainer(const Container &container);
 
-    // Text and markup (XMLPropertyListMarkup.cpp)
+    // The beginning of a file (XMLPropertyListProlog.cpp)
     bool _readDeclaration();
     bool _useEncoding(std::string_view name, bool isUTF16, bool hasMark);
     bool _decodeRest(PropertyListEncoding encoding);
     bool _readDoctype();
     bool _readSubset();
+
+    // Text and markup (XMLPropertyListMarkup.cpp)
     bool _skipMisc();
     bool _skipBlanks();
     bool _skipUntil(std::string_view ending, const char *what);
@@ -86,7 +92,9 @@ private:
     bool _appendRawCharacter();
     [[nodiscard]] bool _peekCharacter(char32_t &code, std::size_t &length);
     bool _nextCharacter(char32_t &code);
-    [[nodiscard]] bool _startsWith(std::string_view text) const noexcept;
+    [[nodiscard]] bool _startsWith(std::string_view text) const noexcept {
+        return std::memcmp(_input->cursor, text.data(), text.size()) == 0; // the window's padding covers its end
+    }
     [[nodiscard]] Element _elementAtCursor(std::size_t &length) const noexcept;
     bool _fail(std::string reason);
 
