@@ -19,6 +19,9 @@ void speakUsersLanguage();
 /// The text in the user's language, UTF-8, or as it is where there is none. Lives as long as the program, or as `text`. Any thread;
 /// keeps `errno`.
 [[nodiscard]] const char *localized(const char *text);
+[[nodiscard]] inline const char *localized(FixedText text) {
+    return localized(static_cast<const char *>(text));
+}
 /// The same with %1 to %9 replaced by the arguments, which are texts of any kind: nothing in them is looked up or replaced.
 [[nodiscard]] std::string localized(const char *text, const std::vector<std::string> &arguments);
 /// The form of the text for a number: `one` and `many` are the English ones. %1 becomes the number, %2 and so on the arguments.

@@ -26,8 +26,8 @@ constexpr std::size_t MostOpenFolders = 32;
 constexpr mode_t PermissionBits = 0777;
 constexpr int OpenFolderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
 
-constexpr const char *LeftOut = forTranslation("%1: left out: %2");
-constexpr const char *ContentsLeftOut = forTranslation("%1: its contents are left out: %2");
+constexpr FixedText LeftOut = forTranslation("%1: left out: %2");
+constexpr FixedText ContentsLeftOut = forTranslation("%1: its contents are left out: %2");
 
 /// Names in an open folder, sorted byte by byte; nothing, with `errno`, when it cannot be read to its end.
 std::optional<std::vector<std::string>> namesIn(int folder) {
@@ -54,7 +54,7 @@ std::optional<std::vector<std::string>> namesIn(int folder) {
     return names;
 }
 
-const char *nameOfType(mode_t mode) {
+FixedText nameOfType(mode_t mode) {
     switch (mode & S_IFMT) {
     case S_IFLNK:
         return forTranslation("a symbolic link");
@@ -202,7 +202,7 @@ std::string FolderWalk::pathOfItem(std::size_t item) const {
     return path;
 }
 
-void FolderWalk::_warn(const char *text, std::size_t folder, std::string_view name, Sentence why) {
+void FolderWalk::_warn(FixedText text, std::size_t folder, std::string_view name, Sentence why) {
     _warnings.emplace_back(text, std::vector<Sentence>{pathOfItem(folder) + "/" + std::string(name), std::move(why)});
 }
 

@@ -54,7 +54,7 @@ private:
 
     [[nodiscard]] bool _visit(std::vector<Folder> &open, const std::string &name, const FileHandler &handleFile);
     [[nodiscard]] bool _enter(std::vector<Folder> &open, const std::string &name, std::size_t item);
-    void _warn(const char *text, std::size_t folder, std::string_view name, Sentence why = {});
+    void _warn(FixedText text, std::size_t folder, std::string_view name, Sentence why = {});
 
     FinderInformation &_finderInformation;
     std::vector<WalkedItem> _items;

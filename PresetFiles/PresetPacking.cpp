@@ -106,7 +106,7 @@ ORVPackedPreset PresetPartsReader::read(const PropertyList &preset) {
     return parts;
 }
 
-const PresetPartsReader::File *PresetPartsReader::_read(std::string_view folder, const std::string &name, const char *warning) {
+const PresetPartsReader::File *PresetPartsReader::_read(std::string_view folder, const std::string &name, FixedText warning) {
     Sentence why;
     auto file = _readResource(stringByAppendingPathComponent(stringByAppendingPathComponent(_supportPath, folder), name), why);
     if (!file) {

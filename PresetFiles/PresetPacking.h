@@ -46,7 +46,7 @@ private:
         mode_t mode = 0;
     };
     [[nodiscard]] static std::optional<File> _readResource(const std::string &path, Sentence &why);
-    [[nodiscard]] const File *_read(std::string_view folder, const std::string &name, const char *warning);
+    [[nodiscard]] const File *_read(std::string_view folder, const std::string &name, FixedText warning);
 
     std::string _supportPath;
     PackingWarning _warn;

@@ -7,9 +7,22 @@
 
 namespace orvane {
 
-/// Marks a text that is translated where it is shown; returns it as it is.
-[[nodiscard]] constexpr const char *forTranslation(const char *text) {
-    return text;
+/// A text of the sources, which lives as long as the program and is translated where it is shown. Made by `forTranslation` alone.
+class FixedText {
+public:
+    // NOLINTNEXTLINE(google-explicit-constructor): it is that text
+    constexpr operator const char *() const { return _text; }
+
+private:
+    friend consteval FixedText forTranslation(const char *text);
+    explicit consteval FixedText(const char *text) : _text(text) {}
+
+    const char *_text;
+};
+
+/// Marks a text that is translated where it is shown. When the program runs, no text can be marked any more.
+[[nodiscard]] consteval FixedText forTranslation(const char *text) {
+    return FixedText(text);
 }
 
 /// `text` with %1 to %9 replaced by the arguments; nothing in them is replaced again. What has no argument stays.
@@ -33,11 +46,13 @@ class Sentence {
 public:
     /// The empty text.
     Sentence() = default;
-    /// `format` is fixed English text that outlives the sentence, marked with `forTranslation`; %1 to %9 in it stand for the arguments.
-    Sentence(const char *format, std::vector<Sentence> arguments = {}) // NOLINT(google-explicit-constructor): what is said mostly is one
+    /// %1 to %9 in `format`, which is English, stand for the arguments.
+    Sentence(FixedText format, std::vector<Sentence> arguments = {}) // NOLINT(google-explicit-constructor): what is said mostly is one
         : _kind(Kind::Format), _format(format), _arguments(std::move(arguments)) {}
     /// A name, a number or another text that is the same in every language. UTF-8 as far as the name is; not made safe for any output.
     Sentence(std::string name) : _text(std::move(name)) {} // NOLINT(google-explicit-constructor): likewise
+    /// Such a text would not be translated, or not live long enough.
+    Sentence(const char *text) = delete;
     /// What an `errno` means.
     [[nodiscard]] static Sentence ofError(int error);
     /// English that was put together elsewhere.

@@ -1,6 +1,5 @@
 #include "presets/ORVImportedNames.h"
 
-#include "ports/Sentence.h"
 #include "presets/ORVNameTemplate.h"
 #include "presets/ORVPresetManager.h"
 
@@ -14,12 +13,12 @@ namespace orvane {
 
 namespace {
 
-constexpr const char *VariableAdded =
+constexpr FixedText VariableAdded =
     forTranslation("names that look like variables need a variable in the preset: '{%1}' was added to the name of the "
                    "top-level folder; leave it empty when you use the preset");
-constexpr const char *TextKept = forTranslation("'%1' in '%2' stays as it is: a variable behind a backslash would not be found");
-constexpr const char *NameChanges = forTranslation("'%1' cannot be given back exactly: it becomes '%2'");
-constexpr const char *PathChanges = forTranslation("'%1' is checked and opened as '%2'");
+constexpr FixedText TextKept = forTranslation("'%1' in '%2' stays as it is: a variable behind a backslash would not be found");
+constexpr FixedText NameChanges = forTranslation("'%1' cannot be given back exactly: it becomes '%2'");
+constexpr FixedText PathChanges = forTranslation("'%1' is checked and opened as '%2'");
 
 /// A stretch of a name: a text as it is, or one that becomes a variable.
 struct Piece {
@@ -219,7 +218,7 @@ struct Import {
         }
     }
 
-    void report(std::size_t name, const char *format, std::vector<std::string> arguments) {
+    void report(std::size_t name, FixedText format, std::vector<std::string> arguments) {
         result.problems.push_back({name, format, std::move(arguments)});
     }
 };

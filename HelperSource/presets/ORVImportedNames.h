@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ports/Sentence.h"
+
 #include <cstddef>
 #include <string>
 #include <vector>
@@ -19,7 +21,7 @@ struct ORVImportVariable {
 /// Something that the templates cannot do.
 struct ORVImportedNameProblem {
     std::size_t name;                   ///< position of the name that it is about
-    const char *format;                 ///< fixed English text with %1, %2 … for the arguments
+    FixedText format;                   ///< English with %1, %2 … for the arguments
     std::vector<std::string> arguments; ///< UTF-8, as they are
 };
 

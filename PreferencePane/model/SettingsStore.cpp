@@ -11,10 +11,10 @@ namespace orvane {
 
 namespace {
 
-constexpr const char *Unreadable = forTranslation("The preferences file cannot be read. It is left as it is.");
-constexpr const char *NoPresetList = forTranslation("The preferences hold something else than a list of presets. It is left as it is.");
-constexpr const char *InUse = forTranslation("Another program holds the preferences.");
-constexpr const char *Unwritable = forTranslation("The preferences cannot be written.");
+constexpr FixedText Unreadable = forTranslation("The preferences file cannot be read. It is left as it is.");
+constexpr FixedText NoPresetList = forTranslation("The preferences hold something else than a list of presets. It is left as it is.");
+constexpr FixedText InUse = forTranslation("Another program holds the preferences.");
+constexpr FixedText Unwritable = forTranslation("The preferences cannot be written.");
 constexpr const char *MergeStep = "Changes by Another Program";
 constexpr std::size_t Last = std::numeric_limits<std::size_t>::max();
 

@@ -4,6 +4,9 @@
 
 #include <cerrno>
 #include <cstring>
+#include <string>
+#include <type_traits>
+#include <vector>
 
 namespace orvane {
 namespace {
@@ -29,28 +32,31 @@ std::string inCapitals(const Sentence &sentence) {
     return sentence.in(language);
 }
 
+static_assert(!std::is_constructible_v<Sentence, const char *> && !std::is_constructible_v<Sentence, const char *, std::vector<Sentence>>,
+              "what is put together when the program runs may be gone before the sentence is");
+
 TEST(Sentence, OfNothingIsEmpty) {
     EXPECT_TRUE(Sentence().isEmpty());
     EXPECT_EQ(Sentence().english(), "");
-    EXPECT_FALSE(Sentence("it is a folder").isEmpty());
+    EXPECT_FALSE(Sentence(forTranslation("it is a folder")).isEmpty());
     EXPECT_FALSE(Sentence::ofError(ENOENT).isEmpty());
 }
 
 TEST(Sentence, IsTranslatedButForTheNamesInIt) {
-    const Sentence sentence("the contents of '%1' are not in the file", {std::string("a folder")});
+    const Sentence sentence(forTranslation("the contents of '%1' are not in the file"), {std::string("a folder")});
     EXPECT_EQ(sentence.english(), "the contents of 'a folder' are not in the file");
     EXPECT_EQ(inCapitals(sentence), "THE CONTENTS OF 'a folder' ARE NOT IN THE FILE");
 }
 
 TEST(Sentence, HoldsOthers) {
-    const Sentence sentence("%1: left out: %2", {std::string("in/pipe"), Sentence("a FIFO")});
+    const Sentence sentence(forTranslation("%1: left out: %2"), {std::string("in/pipe"), Sentence(forTranslation("a FIFO"))});
     EXPECT_EQ(sentence.english(), "in/pipe: left out: a FIFO");
     EXPECT_EQ(inCapitals(sentence), "in/pipe: LEFT OUT: A FIFO");
     EXPECT_EQ(inCapitals(Sentence::withReason(std::string("x"), sentence)), "x: in/pipe: LEFT OUT: A FIFO");
 }
 
 TEST(Sentence, TellsErrorsInTheLanguageOfItsReader) {
-    const Sentence sentence("it cannot be stored: %1", {Sentence::ofError(ENOSPC)});
+    const Sentence sentence(forTranslation("it cannot be stored: %1"), {Sentence::ofError(ENOSPC)});
     EXPECT_EQ(sentence.english(), std::string("it cannot be stored: ") + std::strerror(ENOSPC));
     EXPECT_EQ(inCapitals(sentence), "IT CANNOT BE STORED: ERROR " + std::to_string(ENOSPC));
 }
@@ -62,7 +68,7 @@ TEST(Sentence, HandsOnWhatWasPutTogetherElsewhere) {
 }
 
 TEST(Sentence, KeepsNamesThatLookLikeArguments) {
-    const Sentence sentence("'%1' and '%2'", {std::string("%2"), std::string("100 %1", 6)});
+    const Sentence sentence(forTranslation("'%1' and '%2'"), {std::string("%2"), std::string("100 %1", 6)});
     EXPECT_EQ(sentence.english(), "'%2' and '100 %1'");
 }
 
