@@ -36,14 +36,15 @@ std::vector<std::string> withName(const std::vector<std::string> &words) {
 bool start(const std::vector<std::string> &words, pid_t &child) {
     std::vector<std::string> whole = withName(words);
     const std::vector<char *> arguments = PosixPointersTo(whole);
+    const PosixSpawnAttributes attributes;
     posix_spawn_file_actions_t actions;
-    if (::posix_spawn_file_actions_init(&actions) != 0) {
+    if (attributes.get() == nullptr || ::posix_spawn_file_actions_init(&actions) != 0) {
         return false;
     }
     bool isStarted = false;
     if (::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0) == 0) {
         for (const std::string &place : placesOfProgram()) {
-            isStarted = isStarted || ::posix_spawn(&child, place.c_str(), &actions, nullptr, arguments.data(), environ) == 0;
+            isStarted = isStarted || ::posix_spawn(&child, place.c_str(), &actions, attributes.get(), arguments.data(), environ) == 0;
         }
     }
     ::posix_spawn_file_actions_destroy(&actions);

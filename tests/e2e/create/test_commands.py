@@ -3,6 +3,7 @@
 import json
 import os
 import plistlib
+import shutil
 import subprocess
 import unittest
 
@@ -160,6 +161,13 @@ class Words(OrvaneTest):
             self.assertTrue(result.err.startswith(f"orvane: recover: unknown option '{word}'\n"), result.err)
         for word in ("--remove", "--k"):
             self.assertEqual(self.run_orvane("recover", word).status, 0)
+
+    def test_whoever_speaks_on_the_bus_has_signals_as_a_new_program_expects_them(self):
+        place = self._make("programs")
+        shutil.copy(PROGRAM, os.path.join(place, "orvane"))
+        self.write_bytes(os.path.join(place, "orvane-bus"), b"#!/bin/sh\ngrep -E 'Sig(Blk|Ign)' /proc/self/status > \"$HOME/seen\"\n", 0o755)
+        subprocess.run([os.path.join(place, "orvane"), "notify"], env=self.env, stdin=subprocess.DEVNULL, check=True, timeout=DEADLINE)
+        self.assertEqual(self.content(os.path.join(self.home, "seen")), b"SigBlk:\t0000000000000000\nSigIgn:\t0000000000000000\n")
 
     def test_notify_without_a_session_bus_fails(self):
         result = self.run_orvane("notify", env={"DBUS_SESSION_BUS_ADDRESS": "unix:path=" + self.root + "/none"})
