@@ -93,7 +93,8 @@ void PosixSystemLog::log(std::string_view text) {
 
 void PosixSystemLog::writeToSyslog(const char *text) {
     static std::once_flag once;
-    std::call_once(once, [] { ::openlog(nullptr, LOG_PID, LOG_USER); });
+    // syslog keeps the pointer. This name, of the C library, lives as long as the program.
+    std::call_once(once, [] { ::openlog(program_invocation_short_name, LOG_PID, LOG_USER); });
     ::syslog(LOG_NOTICE, "%s", text);
 }
 

@@ -180,7 +180,7 @@ TEST_F(PosixSystemLogTest, SyslogTakesTheNameOfTheProgramThatRuns) {
     const int mask = ::setlogmask(LOG_MASK(LOG_EMERG)); // so that nothing goes to this machine's log
     PosixSystemLog::writeToSyslog("x");
     ::setlogmask(mask);
-    EXPECT_EQ(nameForSyslog, nullptr); // which stands for that name (syslog(3))
+    EXPECT_STREQ(nameForSyslog, "contract_processes");
 }
 
 TEST_F(PosixSystemLogTest, SyslogGetsTheStartOfALongEntryAndTheFileAllOfIt) {
