@@ -102,31 +102,11 @@ bool ResourceFolder::_open() {
     if (_folder) {
         return true;
     }
-    if (!_makeFolders()) {
+    if (!makePrivateFolders(_path, &_madeFolders)) {
         return false;
     }
     _folder = FileDescriptor(uninterrupted([&] { return ::open(_path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
     return static_cast<bool>(_folder);
-}
-
-bool ResourceFolder::_makeFolders() {
-    for (std::size_t end = _path.find('/', 1);; end = _path.find('/', end + 1)) {
-        const std::string folder = _path.substr(0, end);
-        if (makePrivateFolder(folder)) {
-            _madeFolders.push_back(folder);
-        } else if (errno != EEXIST) {
-            // Above the user's own folders making one may be refused in other ways although it exists.
-            struct stat status {};
-            const int error = errno;
-            if (::stat(folder.c_str(), &status) != 0 || !S_ISDIR(status.st_mode)) {
-                errno = error;
-                return false;
-            }
-        }
-        if (end == std::string::npos) {
-            return true;
-        }
-    }
 }
 
 std::optional<std::string> ResourceFolder::_add(const std::string &name, const Source &source) {

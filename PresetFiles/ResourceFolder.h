@@ -60,7 +60,6 @@ private:
     };
 
     [[nodiscard]] bool _open();
-    [[nodiscard]] bool _makeFolders();
     [[nodiscard]] std::optional<std::string> _add(const std::string &name, const Source &source);
     [[nodiscard]] std::optional<std::string> _existing(Series &series, const std::string &name, const Source &source);
     [[nodiscard]] FileDescriptor _openExisting(const std::string &name) const;

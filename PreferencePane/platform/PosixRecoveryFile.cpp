@@ -3,6 +3,7 @@
 #include "platform/posix/FileDescriptor.h"
 #include "platform/posix/PosixNewFile.h"
 #include "platform/posix/PosixPreferencesLock.h"
+#include "platform/posix/PosixPrivateFolder.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -40,7 +41,7 @@ bool PosixRecoveryFile::write(std::string_view bytes) {
     if (::lstat(_path.c_str(), &status) == 0 && !S_ISREG(status.st_mode) && ::unlink(_path.c_str()) != 0) {
         return false; // a link would lead the text to another place
     }
-    return makePreferencesFolder(folderOfPreferencesPath(_path)) && writeWholeFile(_path, bytes, true, 0600);
+    return makePrivateFolders(folderOfPreferencesPath(_path)) && writeWholeFile(_path, bytes, true, 0600);
 }
 
 void PosixRecoveryFile::remove() {

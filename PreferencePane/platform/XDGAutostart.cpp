@@ -1,7 +1,7 @@
 #include "XDGAutostart.h"
 
 #include "platform/posix/PosixNewFile.h"
-#include "platform/posix/PosixPreferencesLock.h"
+#include "platform/posix/PosixPrivateFolder.h"
 #include "platform/posix/PosixSmallFile.h"
 
 #include <algorithm>
@@ -135,7 +135,7 @@ bool XDGAutostart::setEnabled(bool isEnabled) {
     const std::string before = _text().value_or(_entry);
     const std::string text =
         withValue(withValue(before, HiddenKey, isEnabled ? "false" : "true", true), GNOMEKey, isEnabled ? "true" : "false", false);
-    return makePreferencesFolder(_folder) && writeWholeFile(_folder + "/" + _fileName, text, true);
+    return makePrivateFolders(_folder) && writeWholeFile(_folder + "/" + _fileName, text, true);
 }
 
 } // namespace orvane

@@ -12,7 +12,7 @@
 #include "window/PresetsPage.h"
 #include "window/Saving.h"
 
-#include "platform/posix/PosixPreferencesLock.h"
+#include "platform/posix/PosixPrivateFolder.h"
 #include "platform/qt/QtText.h"
 
 #include <QAction>
@@ -287,7 +287,7 @@ void SettingsWindow::_restoreGeometry() {
 }
 
 void SettingsWindow::_storeGeometry() const {
-    static_cast<void>(makePreferencesFolder(_context.paths.stateFolder));
+    static_cast<void>(makePrivateFolders(_context.paths.stateFolder));
     QSettings state(_stateFile(), QSettings::IniFormat);
     state.setValue(QStringLiteral("geometry"), saveGeometry());
     state.setValue(QStringLiteral("presets"), _ui_presets->state());

@@ -10,6 +10,7 @@ orvane_add_test(NAME contract_files LABEL contract
     contract/files/PosixFinderTest.cpp
     contract/files/PosixModesTest.cpp
     contract/files/PosixNamesTest.cpp
+    contract/files/PosixPrivateFolderTest.cpp
   LIBRARIES platform_posix)
 
 # A second thread needs a second processor.

@@ -72,6 +72,7 @@ bool reserve(int file, std::size_t size) {
     return error == 0;
 }
 
+/// With one parent at the most: the folder of the session, which these are in, is not Orvane's to make.
 bool makeFolder(const std::string &path) {
     if (makePrivateFolder(path) || errno == EEXIST) {
         return true;

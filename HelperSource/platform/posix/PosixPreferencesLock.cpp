@@ -32,21 +32,10 @@ std::string folderOfPreferencesPath(const std::string &path) {
     return slash == 0 ? "/" : path.substr(0, slash);
 }
 
-bool makePreferencesFolder(const std::string &path) {
-    if (makePrivateFolder(path) || errno == EEXIST) {
-        return true;
-    }
-    const std::string parent = folderOfPreferencesPath(path);
-    if (errno != ENOENT || parent == path || !makePreferencesFolder(parent)) {
-        return false;
-    }
-    return makePrivateFolder(path) || errno == EEXIST;
-}
-
 bool PosixPreferencesLock::_open(std::string &why) {
     constexpr int flags = O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
     _file = FileDescriptor(uninterrupted([&] { return ::open(_path.c_str(), flags, 0600); }));
-    if (!_file && errno == ENOENT && makePreferencesFolder(folderOfPreferencesPath(_path))) {
+    if (!_file && errno == ENOENT && makePrivateFolders(folderOfPreferencesPath(_path))) {
         _file = FileDescriptor(uninterrupted([&] { return ::open(_path.c_str(), flags, 0600); }));
     }
     if (!_file) {

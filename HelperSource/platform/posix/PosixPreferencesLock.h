@@ -32,8 +32,6 @@ private:
     bool _isHeldElsewhere = false;
 };
 
-/// Makes a folder and its missing parents, mode 0700. False with `errno`.
-[[nodiscard]] bool makePreferencesFolder(const std::string &path);
 /// The folder that holds `path`, "." for a bare name.
 [[nodiscard]] std::string folderOfPreferencesPath(const std::string &path);
 

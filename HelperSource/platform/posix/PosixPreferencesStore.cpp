@@ -1,5 +1,6 @@
 #include "platform/posix/PosixPreferencesStore.h"
 
+#include "platform/posix/PosixPrivateFolder.h"
 #include "platform/propertylist/PropertyListText.h"
 
 #include <algorithm>
@@ -171,7 +172,7 @@ PosixPreferencesStore::Saving PosixPreferencesStore::_saveOnce(PosixPreferencesC
 
 PosixPreferencesStore::Saving PosixPreferencesStore::_replace(const std::string &target, const FileDescriptor &old,
                                                               const PosixPreferencesEdit &edit) {
-    if (!old && !makePreferencesFolder(folderOfPreferencesPath(target))) {
+    if (!old && !makePrivateFolders(folderOfPreferencesPath(target))) {
         return _refuse(std::string("its folder cannot be made: ") + std::strerror(errno));
     }
     PosixPreferencesReplacement replacement;

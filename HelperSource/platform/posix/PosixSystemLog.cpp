@@ -102,7 +102,7 @@ void PosixSystemLog::_appendToFile(const std::string &line) const {
     for (bool mayRotate : {true, false}) {
         FileDescriptor file = opened(_path);
         if (!file && errno == ENOENT) {
-            _makeDirectory();
+            static_cast<void>(makePrivateFolders(_directory)); // its failure shows in the opening
             file = opened(_path);
         }
         struct stat status {};
@@ -116,16 +116,6 @@ void PosixSystemLog::_appendToFile(const std::string &line) const {
         // One write, so that entries of several programs never mix; what does not fit on the disk is lost.
         [[maybe_unused]] const ssize_t written = ::write(file.get(), line.data(), line.size());
         return;
-    }
-}
-
-void PosixSystemLog::_makeDirectory() const {
-    for (std::size_t slash = _directory.find('/', 1);; slash = _directory.find('/', slash + 1)) {
-        // Most exist already; the last one's failure shows in the opening.
-        static_cast<void>(makePrivateFolder(_directory.substr(0, slash)));
-        if (slash == std::string::npos) {
-            return;
-        }
     }
 }
 

@@ -27,7 +27,6 @@ public:
 
 private:
     void _appendToFile(const std::string &line) const;
-    void _makeDirectory() const;
     [[nodiscard]] bool _rotate(int descriptor) const;
 
     std::string _directory;

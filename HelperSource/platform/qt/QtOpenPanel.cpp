@@ -1,5 +1,6 @@
 #include "platform/qt/QtOpenPanel.h"
 
+#include "platform/posix/PosixPrivateFolder.h"
 #include "platform/qt/QtText.h"
 
 #include <utility>
@@ -118,11 +119,7 @@ void QtOpenPanel::_remember(const QString &folder) {
     }
     const QString path = QtTextOf(_memoryFile);
     // A memory that cannot be kept costs the user some clicks after a restart, no more: no message.
-    const QFileInfo place(QFileInfo(path).path());
-    if (!place.exists()) {
-        QDir().mkpath(place.path());
-        QDir().mkdir(place.filePath(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    }
+    static_cast<void>(makePrivateFolders(_memoryFile.substr(0, _memoryFile.rfind('/'))));
     QSaveFile file(path);
     if (file.open(QIODevice::WriteOnly)) {
         file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
