@@ -1,16 +1,15 @@
 #include "window/DraggedPresets.h"
 
+#include "window/DraggedItems.h"
 #include "window/Page.h"
 #include "window/Sentences.h"
 
 #include "platform/qt/QtText.h"
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QUrl>
 
-#include <cstdint>
 #include <utility>
 
 namespace orvane {
@@ -32,29 +31,6 @@ QString fileNameOfPreset(const QString &title) {
     return (name.isEmpty() ? QStringLiteral("Preset") : name) + QStringLiteral(".orvpreset");
 }
 
-QByteArray bytesOfPresets(const std::vector<ItemID> &presets) {
-    QByteArray bytes = QByteArray::number(QCoreApplication::applicationPid());
-    for (const ItemID preset : presets) {
-        bytes += ' ' + QByteArray::number(static_cast<std::uint32_t>(preset));
-    }
-    return bytes;
-}
-
-std::vector<ItemID> presetsOfMimeData(const QMimeData &data, const PresetDocument &document) {
-    const QList<QByteArray> words = data.data(QLatin1String(PresetsMediaType)).split(' ');
-    std::vector<ItemID> presets;
-    if (words.front().toLongLong() != QCoreApplication::applicationPid()) {
-        return presets;
-    }
-    for (const QByteArray &word : words.mid(1)) {
-        const auto preset = static_cast<ItemID>(word.toUInt());
-        if (document.contains(preset) && document.isPreset(preset)) {
-            presets.push_back(preset);
-        }
-    }
-    return presets;
-}
-
 DraggedPresets::DraggedPresets(SettingsContext &context, std::vector<ItemID> presets, std::shared_ptr<QTemporaryDir> place)
     : _context(context), _presets(std::move(presets)), _place(std::move(place)) {}
 
@@ -68,7 +44,7 @@ QStringList DraggedPresets::formats() const {
 
 QVariant DraggedPresets::retrieveData(const QString &mediaType, QMetaType /*type*/) const {
     if (mediaType == QLatin1String(PresetsMediaType)) {
-        return bytesOfPresets(_presets);
+        return bytesOfItems(_presets);
     }
     if (mediaType != FilesMediaType) {
         return {};

@@ -10,16 +10,11 @@
 
 namespace orvane {
 
-/// What the drag of presets within one window is known by.
+/// What the drag of presets within one window is known by; its data are `bytesOfItems`.
 inline constexpr const char *PresetsMediaType = "application/x-orvane-preset-ids";
 
 /// The name that a preset's file gets: its title, as far as that may stand in a file's name.
 [[nodiscard]] QString fileNameOfPreset(const QString &title);
-
-/// The process and the presets of a drag, as `PresetsMediaType`.
-[[nodiscard]] QByteArray bytesOfPresets(const std::vector<ItemID> &presets);
-/// The presets of a drag in this very program that are there still; none for anything else.
-[[nodiscard]] std::vector<ItemID> presetsOfMimeData(const QMimeData &data, const PresetDocument &document);
 
 /// Presets on their way out of the list. Within the window they are known by their ids; whoever else asks gets preset files, which are
 /// written then.

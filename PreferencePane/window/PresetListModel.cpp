@@ -1,5 +1,6 @@
 #include "window/PresetListModel.h"
 
+#include "window/DraggedItems.h"
 #include "window/DraggedPresets.h"
 #include "window/Icons.h"
 #include "window/LocalFiles.h"
@@ -101,7 +102,8 @@ bool PresetListModel::dropMimeData(const QMimeData *data, Qt::DropAction action,
         return false;
     }
     const int at = row >= 0 ? row : parent.isValid() ? parent.row() : rowCount();
-    if (const std::vector<ItemID> presets = presetsOfMimeData(*data, _document); !presets.empty()) {
+    if (const std::vector<ItemID> presets = itemsOfBytes(data->data(QLatin1String(PresetsMediaType)), _document, &PresetDocument::isPreset);
+        !presets.empty()) {
         _document.movePresets(presets, static_cast<std::size_t>(at));
         Q_EMIT presetsMoved(presets);
         return true;

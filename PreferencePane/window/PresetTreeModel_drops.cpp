@@ -1,5 +1,6 @@
 #include "window/PresetTreeModel.h"
 
+#include "window/DraggedItems.h"
 #include "window/DraggedPresets.h"
 #include "window/LocalFiles.h"
 #include "window/Page.h"
@@ -10,7 +11,6 @@
 #include "presets/ORVNameTemplate.h"
 
 #include <QByteArray>
-#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QMimeData>
@@ -30,28 +30,9 @@ const QString ItemsMediaType = QStringLiteral("application/x-orvane-items");
 const QString NodesMediaType = QString::fromLatin1(NodeTextMediaType);
 constexpr std::size_t Last = SIZE_MAX;
 
-QByteArray bytesOfItems(const std::vector<ItemID> &items) {
-    QByteArray bytes = QByteArray::number(QCoreApplication::applicationPid());
-    for (const ItemID item : items) {
-        bytes += ' ' + QByteArray::number(static_cast<std::uint32_t>(item));
-    }
-    return bytes;
-}
-
 /// Items of this very program; none for anything else.
 std::vector<ItemID> itemsOfMimeData(const QMimeData &data, const PresetDocument &document) {
-    const QList<QByteArray> words = data.data(ItemsMediaType).split(' ');
-    std::vector<ItemID> items;
-    if (words.front().toLongLong() != QCoreApplication::applicationPid()) {
-        return items;
-    }
-    for (const QByteArray &word : words.mid(1)) {
-        const auto item = static_cast<ItemID>(word.toUInt());
-        if (document.contains(item) && document.isNode(item)) {
-            items.push_back(item);
-        }
-    }
-    return items;
+    return itemsOfBytes(data.data(ItemsMediaType), document, &PresetDocument::isNode);
 }
 
 std::optional<PropertyList> nodesOfMimeData(const QMimeData &data, PropertyListTextForm &form) {
