@@ -1,5 +1,6 @@
 #include "platform/posix/PosixHotKeyStatement.h"
 
+#include "platform/posix/PosixOpenFile.h"
 #include "platform/posix/PosixWriting.h"
 
 #include <array>
@@ -10,7 +11,6 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/stat.h>
 
 namespace orvane {
 
@@ -26,13 +26,6 @@ std::string pathIn(const std::string &directory) {
 /// Its helper holds the lock of the file that it wrote: a number in it could be another process's by now.
 bool isLocked(int file) {
     return uninterrupted([&] { return ::flock(file, LOCK_SH | LOCK_NB); }) != 0 && errno == EWOULDBLOCK;
-}
-
-/// Whether the path leads to the open file still: one that is replaced is let go of after that.
-bool standsAt(const std::string &path, int file) {
-    struct stat there {};
-    struct stat held {};
-    return ::stat(path.c_str(), &there) == 0 && ::fstat(file, &held) == 0 && there.st_dev == held.st_dev && there.st_ino == held.st_ino;
 }
 
 /// What is said, behind the number.
@@ -91,10 +84,10 @@ std::optional<std::string> PosixHotKeyStatement::ofDirectory(const std::string &
         if (isLocked(file.get())) {
             return textIn(std::string_view(content.data(), size > 0 ? static_cast<std::size_t>(size) : 0));
         }
-        if (standsAt(path, file.get())) {
+        if (isFileAtPath(file.get(), path)) {
             return std::nullopt;
         }
-        // The helper has said something else meanwhile, and let this file go.
+        // The helper has said something else meanwhile, and let this file go, which it does after it has replaced it.
     }
     return std::nullopt;
 }

@@ -1,5 +1,6 @@
 #include "platform/posix/PosixPreferencesLock.h"
 
+#include "platform/posix/PosixOpenFile.h"
 #include "platform/posix/PosixPrivateFolder.h"
 
 #include <algorithm>
@@ -8,7 +9,6 @@
 #include <ctime>
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/stat.h>
 
 namespace orvane {
 
@@ -44,15 +44,6 @@ bool PosixPreferencesLock::_open(std::string &why) {
     return static_cast<bool>(_file);
 }
 
-/// Whether the open file is still the one at the path: whoever cleans temporary folders may have taken it away, and a
-/// lock on a file that nobody else finds keeps nobody out.
-bool PosixPreferencesLock::_isCurrent() const {
-    struct stat open {};
-    struct stat found {};
-    return ::fstat(_file.get(), &open) == 0 && ::stat(_path.c_str(), &found) == 0 && open.st_dev == found.st_dev &&
-           open.st_ino == found.st_ino;
-}
-
 bool PosixPreferencesLock::acquire(std::chrono::milliseconds limit, std::string &why, const std::function<bool()> &givesUp) {
     if (_depth > 0) {
         ++_depth;
@@ -67,7 +58,8 @@ bool PosixPreferencesLock::acquire(std::chrono::milliseconds limit, std::string 
             return false;
         }
         if (::flock(_file.get(), LOCK_EX | LOCK_NB) == 0) {
-            if (_isCurrent()) {
+            // Whoever cleans temporary folders may have taken it away, and a lock on a file that nobody else finds keeps nobody out.
+            if (isFileAtPath(_file.get(), _path)) {
                 _depth = 1;
                 return true;
             }

@@ -24,7 +24,6 @@ public:
 
 private:
     [[nodiscard]] bool _open(std::string &why);
-    [[nodiscard]] bool _isCurrent() const;
 
     std::string _path;
     FileDescriptor _file;

@@ -17,6 +17,7 @@ target_sources(platform_posix PRIVATE
   PosixItemFinish.cpp
   PosixMadeItems.cpp
   PosixNewFile.cpp
+  PosixOpenFile.cpp
   PosixPath.cpp
   PosixPrivateFolder.cpp
   PosixSecondThread.cpp
