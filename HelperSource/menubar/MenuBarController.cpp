@@ -1,5 +1,6 @@
 #include "menubar/MenuBarController.h"
 
+#include "presets/ORVDoing.h"
 #include "presets/ORVEndlessTemplates.h"
 #include "presets/ORVPresetManager.h"
 #include "presets/ORVPropertyListReading.h"
@@ -22,18 +23,6 @@ std::string titleOfPreset(const PropertyListValue &preset) {
     std::string directoryName = ORVTextValue(preset.find("directoryName"));
     return directoryName.empty() ? "(no label)" : std::move(directoryName);
 }
-
-/// True from construction to destruction.
-class Doing {
-public:
-    explicit Doing(bool &flag) : _flag(flag) { _flag = true; }
-    Doing(const Doing &) = delete;
-    Doing &operator=(const Doing &) = delete;
-    ~Doing() { _flag = false; }
-
-private:
-    bool &_flag;
-};
 
 } // namespace
 
@@ -131,7 +120,7 @@ void MenuBarController::activatePreset(const MenuItem &sender) {
         _ports.application.activateIgnoringOtherApps(true);
         return;
     }
-    const Doing activation(_isActivating);
+    const ORVDoing activation(_isActivating);
     const std::int32_t index = sender.representedObject.value_or(0); // kept: the menu, and the item with it, may change meanwhile
     _ports.preferences.synchronize();
     std::optional<std::string> parent = _frontFolder();

@@ -1,5 +1,6 @@
 #include "presets/ORVPresetManager.h"
 
+#include "presets/ORVDoing.h"
 #include "presets/ORVFileHelpers.h"
 
 // The prompt: the rows that it shows, the asking, and what the user does meanwhile.
@@ -30,18 +31,6 @@ public:
 private:
     KeyValueObserver *_observer;
     std::string_view _key;
-};
-
-/// True from construction to destruction.
-class Doing {
-public:
-    explicit Doing(bool &flag) : _flag(flag) { _flag = true; }
-    Doing(const Doing &) = delete;
-    Doing &operator=(const Doing &) = delete;
-    ~Doing() { _flag = false; }
-
-private:
-    bool &_flag;
 };
 
 } // namespace
@@ -82,7 +71,7 @@ bool ORVPresetManager::runPromptModally() {
     if (_comesToFrontWhilePrompting()) {
         return false;
     }
-    const Doing prompting(_isPrompting);
+    const ORVDoing prompting(_isPrompting);
     if (!loadPromptBundle() || _ui_promptWindow == nullptr) {
         return false;
     }
