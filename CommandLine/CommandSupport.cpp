@@ -209,4 +209,21 @@ bool warnOfPresetsThatAreNoArray(CommandContext &context) {
     return true;
 }
 
+std::optional<NamedPreset> readPresetNamed(CommandContext &context, std::string_view word, ExitStatus &status) {
+    const auto presets = readPresets(context);
+    if (!presets) {
+        status = ExitStatus::NotMade;
+        return std::nullopt;
+    }
+    if (presets->root().array().empty()) {
+        warnOfPresetsThatAreNoArray(context);
+    }
+    const auto index = presetNamed(word, *presets);
+    if (!index) {
+        status = ExitStatus::Usage;
+        return std::nullopt;
+    }
+    return NamedPreset{*index, presets->at(presets->root().array()[*index])};
+}
+
 } // namespace orvane

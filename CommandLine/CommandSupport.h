@@ -43,6 +43,15 @@ bool warnOfPresetsThatAreNoArray(CommandContext &context);
 /// Title of the failure that goes with such a problem, to be translated.
 inline constexpr const char *UnreadablePreferencesTitle = forTranslation("Preferences cannot be read");
 
+/// A preset of the user's.
+struct NamedPreset {
+    std::size_t index;
+    PropertyList preset; ///< what stands there, which may be no dictionary
+};
+/// Reads the presets and finds the one that a word names, as `presetNamed` does. Nothing, after a message on standard error, with the
+/// status for it in `status`.
+[[nodiscard]] std::optional<NamedPreset> readPresetNamed(CommandContext &context, std::string_view word, ExitStatus &status);
+
 /// Path of the file that holds the preferences.
 [[nodiscard]] std::string pathOfPreferences(UserFolders &folders);
 

@@ -56,18 +56,12 @@ ExitStatus runExportCommand(CommandContext &context, const CommandArguments &arg
     if (!words.error.empty() || words.operands.size() != 2) {
         return usageError("export", !words.error.empty() ? words.error : localized("a preset and a file are needed"));
     }
-    const auto presets = readPresets(context);
-    if (!presets) {
-        return ExitStatus::NotMade;
+    ExitStatus status = ExitStatus::Success;
+    const auto named = readPresetNamed(context, words.operands.front(), status);
+    if (!named) {
+        return status;
     }
-    if (presets->root().array().empty()) {
-        warnOfPresetsThatAreNoArray(context);
-    }
-    const auto index = presetNamed(words.operands.front(), *presets);
-    if (!index) {
-        return ExitStatus::Usage;
-    }
-    const PropertyList preset = presets->at(presets->root().array()[*index]);
+    const PropertyList &preset = named->preset;
     if (!preset.root().isDictionary()) {
         return failure(localized(Title), localized("the preset is no dictionary."));
     }

@@ -131,20 +131,14 @@ ExitStatus runShowCommand(CommandContext &context, const CommandArguments &argum
                                 : parsed.operands.empty() ? localized("which preset?")
                                                           : localized("one preset at a time"));
     }
-    const auto presets = readPresets(context);
-    if (!presets) {
-        return ExitStatus::NotMade;
+    ExitStatus status = ExitStatus::Success;
+    const auto named = readPresetNamed(context, parsed.operands.front(), status);
+    if (!named) {
+        return status;
     }
-    if (presets->root().array().empty()) {
-        warnOfPresetsThatAreNoArray(context);
-    }
-    const auto index = presetNamed(parsed.operands.front(), *presets);
-    if (!index) {
-        return ExitStatus::Usage;
-    }
-    const PropertyListValue &record = presets->root().array()[*index];
+    const PropertyListValue &record = named->preset.root();
     ShownPreset preset;
-    preset.index = *index;
+    preset.index = named->index;
     preset.label = labelOfPreset(record);
     preset.shownLabel = shownLabelOfPreset(record);
     preset.nameTemplate = ORVTextValue(record.find("directoryName"));
