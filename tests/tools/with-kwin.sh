@@ -25,9 +25,10 @@ done
 # Second stage, on the session bus.
 if [ "${ORVANE_DESKTOP_STAGE-}" = 2 ]; then
     unset ORVANE_DESKTOP_STAGE
-    # KWin is a program of Qt itself: what QT_QPA_PLATFORM says is for the command.
-    env -u QT_QPA_PLATFORM "$DESKTOP_SCRATCH/kwin_wayland" --virtual --width "${size%x*}" --height "${size#*x}" --no-lockscreen \
-        --output-count "$outputs" --socket orvane-kwin >"$DESKTOP_SCRATCH/kwin.log" 2>&1 &
+    # KWin is a program of Qt itself: what QT_QPA_PLATFORM says is for the command. KDE_FULL_SESSION makes Qt look for Plasma's own
+    # looks, and KWin 6 ends in that where they are not installed.
+    env -u QT_QPA_PLATFORM -u KDE_FULL_SESSION "$DESKTOP_SCRATCH/kwin_wayland" --virtual --width "${size%x*}" \
+        --height "${size#*x}" --no-lockscreen --output-count "$outputs" --socket orvane-kwin >"$DESKTOP_SCRATCH/kwin.log" 2>&1 &
     kwin=$!
     # shellcheck disable=SC2317 # called by the trap
     stop() {
