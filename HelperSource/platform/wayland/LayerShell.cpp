@@ -1,9 +1,12 @@
 #include "platform/wayland/LayerShell.h"
 
+#include "platform/posix/FileDescriptor.h"
 #include "platform/wayland/WlrLayerShellProtocol.h"
 
 #include <algorithm>
 #include <cstring>
+
+#include <sys/mman.h>
 
 #include <QGuiApplication>
 #include <QScreen>
@@ -51,6 +54,59 @@ int addListener(wl_proxy *proxy, const layershell::SurfaceListener &listener, vo
     auto *const functions = reinterpret_cast<void (**)()>(const_cast<layershell::SurfaceListener *>(&listener));
     return wl_proxy_add_listener(proxy, functions, data);
 }
+
+/// A picture of one pixel that nothing is seen of; null when there is no memory for it.
+wl_buffer *clearPixel(wl_shm *memory) {
+    constexpr int Bytes = 4;
+    const FileDescriptor file(memfd_create("orvane-pixel", MFD_CLOEXEC));
+    if (!file || ::ftruncate(file.get(), Bytes) != 0) {
+        return nullptr;
+    }
+    wl_shm_pool *const pool = wl_shm_create_pool(memory, file.get(), Bytes);
+    wl_buffer *const pixel = wl_shm_pool_create_buffer(pool, 0, 1, 1, Bytes, WL_SHM_FORMAT_ARGB8888);
+    wl_shm_pool_destroy(pool);
+    return pixel;
+}
+
+/// A surface of one pixel that neither pointer nor keyboard can be in.
+class ClearSurface {
+public:
+    ClearSurface(wl_compositor *compositor, wl_proxy *shell) : _content(wl_compositor_create_surface(compositor)) {
+        wl_region *const nothing = wl_compositor_create_region(compositor);
+        wl_surface_set_input_region(_content, nothing);
+        wl_region_destroy(nothing);
+        wl_output *const anyOutput = nullptr;
+        _layer = wl_proxy_marshal_flags(shell, layershell::GetLayerSurface, &layershell::Surface, wl_proxy_get_version(shell), 0, nullptr,
+                                        _content, anyOutput, layershell::LayerOverlay, "orvane-pointer");
+        static const layershell::SurfaceListener listener{_configure, [](void * /*data*/, wl_proxy * /*surface*/) {}};
+        addListener(_layer, listener, this);
+        request(_layer, layershell::SetSize, 1U, 1U);
+        request(_layer, layershell::SetExclusiveZone, layershell::ZoneOfItsOwn);
+        wl_surface_commit(_content);
+    }
+    ClearSurface(const ClearSurface &) = delete;
+    ClearSurface &operator=(const ClearSurface &) = delete;
+    ~ClearSurface() {
+        destroy(_layer, layershell::DestroySurface);
+        wl_surface_destroy(_content);
+    }
+    [[nodiscard]] bool isConfigured() const { return _isConfigured; }
+    void show(wl_buffer *pixel) {
+        wl_surface_attach(_content, pixel, 0, 0);
+        wl_surface_damage(_content, 0, 0, 1, 1);
+        wl_surface_commit(_content);
+    }
+
+private:
+    static void _configure(void *data, wl_proxy *surface, std::uint32_t serial, std::uint32_t /*width*/, std::uint32_t /*height*/) {
+        request(surface, layershell::AckConfigure, serial);
+        static_cast<ClearSurface *>(data)->_isConfigured = true;
+    }
+
+    wl_surface *_content;
+    wl_proxy *_layer = nullptr;
+    bool _isConfigured = false;
+};
 
 } // namespace
 
@@ -130,6 +186,12 @@ LayerShell::~LayerShell() {
             wl_proxy_destroy(_shell);
         }
     }
+    if (_compositor != nullptr) {
+        wl_compositor_destroy(_compositor);
+    }
+    if (_memory != nullptr) {
+        wl_shm_destroy(_memory);
+    }
     if (_queue != nullptr) {
         wl_event_queue_destroy(_queue);
     }
@@ -153,6 +215,10 @@ void LayerShell::_global(void *data, wl_registry *registry, std::uint32_t name, 
     if (self->_shell == nullptr && std::strcmp(interface, layershell::ShellName) == 0) {
         const std::uint32_t understood = std::min(version, layershell::NewestVersion);
         self->_shell = static_cast<wl_proxy *>(wl_registry_bind(registry, name, &layershell::Shell, understood));
+    } else if (self->_compositor == nullptr && std::strcmp(interface, wl_compositor_interface.name) == 0) {
+        self->_compositor = static_cast<wl_compositor *>(wl_registry_bind(registry, name, &wl_compositor_interface, 1));
+    } else if (self->_memory == nullptr && std::strcmp(interface, wl_shm_interface.name) == 0) {
+        self->_memory = static_cast<wl_shm *>(wl_registry_bind(registry, name, &wl_shm_interface, 1));
     }
 }
 
@@ -191,6 +257,27 @@ std::unique_ptr<LayerSurface> LayerShell::cover(QWidget &window, QScreen &screen
     // From here on Qt's own handling of events serves it.
     wl_proxy_set_queue(layer->_surface, nullptr);
     return layer->_isConfigured ? std::move(layer) : nullptr;
+}
+
+void LayerShell::lookForPointer() {
+    // Compositors look when a surface comes or goes.
+    wl_buffer *const pixel = _compositor == nullptr || _memory == nullptr ? nullptr : clearPixel(_memory);
+    if (pixel == nullptr) {
+        return;
+    }
+    {
+        ClearSurface surface(_compositor, _shell);
+        for (int i = 0; i < MostExchanges && !surface.isConfigured(); ++i) {
+            if (wl_display_roundtrip_queue(_display, _queue) < 0) {
+                break;
+            }
+        }
+        if (surface.isConfigured()) {
+            surface.show(pixel);
+        }
+    }
+    wl_buffer_destroy(pixel);
+    wl_display_flush(_display);
 }
 
 void LayerShell::finishRequests() {

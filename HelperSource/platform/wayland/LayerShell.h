@@ -6,10 +6,12 @@
 
 class QScreen;
 class QWidget;
+struct wl_compositor;
 struct wl_display;
 struct wl_event_queue;
 struct wl_proxy;
 struct wl_registry;
+struct wl_shm;
 struct wl_surface;
 
 namespace orvane {
@@ -60,6 +62,9 @@ public:
     /// Gives the window, which must not have been shown and has the flag named above, the screen to cover, and sizes it. Show it
     /// afterwards. The window must outlive what is returned. Null when the compositor refuses.
     [[nodiscard]] std::unique_ptr<LayerSurface> cover(QWidget &window, QScreen &screen);
+    /// Makes the compositor look anew which window the pointer is over, without anything being seen. Of the windows that `cover` was
+    /// asked for, those that have been painted take part.
+    void lookForPointer();
     /// Waits until the compositor has seen everything sent so far.
     void finishRequests();
 
@@ -73,6 +78,8 @@ private:
     wl_display *_display = nullptr; ///< Qt's
     wl_event_queue *_queue = nullptr;
     wl_proxy *_shell = nullptr;
+    wl_compositor *_compositor = nullptr;
+    wl_shm *_memory = nullptr;
     bool _hasDecorations = false; ///< the compositor draws title bars
 };
 

@@ -21,6 +21,8 @@ namespace {
 /// Time in which the compositor says where the pointer is, from when there is something to enter: five times what sway and KWin took on
 /// a slow machine.
 constexpr int PatienceInMilliseconds = 350;
+/// Time after which a compositor that has not said it is made to look where the pointer is; milliseconds. See `_lookForPointer`.
+constexpr int TimeToLook = 10;
 /// An answer that takes longer comes from a compositor that has much else to do; milliseconds.
 constexpr int BusyAnswer = 40;
 /// How often it is given more time then.
@@ -112,7 +114,9 @@ protected:
             return;
         }
         if (_panel == nullptr) {
-            _owner._painted();
+            if (!std::exchange(_isPainted, true)) {
+                _owner._painted();
+            }
             return;
         }
         QPainter painter(this);
@@ -158,6 +162,7 @@ private:
     QPoint _place; ///< of the output's corner on the desktop
     std::unique_ptr<LayerSurface> _surface;
     std::unique_ptr<MenuPanel> _panel;
+    bool _isPainted = false;
 };
 
 LayerShellPopUpMenus::LayerShellPopUpMenus(std::unique_ptr<LayerShell> shell, QtApplication &application,
@@ -165,6 +170,8 @@ LayerShellPopUpMenus::LayerShellPopUpMenus(std::unique_ptr<LayerShell> shell, Qt
     : WaylandPopUpMenus(application, std::move(beforeShowing)), _shell(std::move(shell)) {
     _patience.setSingleShot(true);
     QObject::connect(&_patience, &QTimer::timeout, &_patience, [this] { _showWithoutPointer(); });
+    _look.setSingleShot(true);
+    QObject::connect(&_look, &QTimer::timeout, &_look, [this] { _lookForPointer(); });
 }
 
 LayerShellPopUpMenus::~LayerShellPopUpMenus() = default;
@@ -196,6 +203,7 @@ void LayerShellPopUpMenus::_cover(QScreen &screen) {
 void LayerShellPopUpMenus::_show(Overlay &overlay, std::optional<QPoint> pointer) {
     _shown = &overlay;
     _patience.stop();
+    _look.stop();
     overlay.showMenu(*_menu, pointer, _offset);
     // Not from inside an event that may be on its way to one of them.
     QTimer::singleShot(0, &overlay, [this, &overlay] {
@@ -215,9 +223,21 @@ void LayerShellPopUpMenus::_show(Overlay &overlay, std::optional<QPoint> pointer
 }
 
 void LayerShellPopUpMenus::_painted() {
-    if (_shown == nullptr && !_isPainted) {
+    if (_shown != nullptr) {
+        return;
+    }
+    if (!_isPainted) {
         _isPainted = true;
         _patience.start(PatienceInMilliseconds);
+    }
+    _look.start(TimeToLook); // once more after each overlay: the last one counts
+}
+
+void LayerShellPopUpMenus::_lookForPointer() {
+    // sway 1.10 looks which surface the pointer is over when an overlay comes up, but an instant before the overlay has its size, and
+    // not again until the pointer moves.
+    if (_shown == nullptr && !_overlays.empty()) {
+        _shell->lookForPointer();
     }
 }
 
@@ -260,6 +280,7 @@ void LayerShellPopUpMenus::_retire(std::unique_ptr<Overlay> overlay) {
 
 void LayerShellPopUpMenus::_close() {
     _patience.stop();
+    _look.stop();
     _chooser.reset();
     for (std::unique_ptr<Overlay> &overlay : std::exchange(_overlays, {})) {
         _retire(std::move(overlay));

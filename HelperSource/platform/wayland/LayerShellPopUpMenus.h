@@ -31,6 +31,7 @@ private:
     void _cover(QScreen &screen);
     void _show(Overlay &overlay, std::optional<QPoint> pointer);
     void _painted();
+    void _lookForPointer();
     void _showWithoutPointer();
     void _lost(const Overlay &overlay);
     void _retire(std::unique_ptr<Overlay> overlay);
@@ -40,6 +41,7 @@ private:
     std::deque<std::unique_ptr<Overlay>> _retired; ///< off the screen already, the one to go first in front
     std::unique_ptr<MenuChooser> _chooser;         ///< where the compositor refuses the overlays
     QTimer _patience;
+    QTimer _look;
     Menu *_menu = nullptr;
     QPoint _offset;
     const Overlay *_shown = nullptr; ///< the one with the menu
