@@ -15,6 +15,8 @@ TEST(TwoOutputsPopUpMenusTest, ComesUpOnTheOutputWhereThePointerIs) {
     ASSERT_NE(input, nullptr);
     Log log;
     Presets presets(5);
+    // Locations count from its lower left corner. Which of the two it is, the compositor's order decides.
+    const QRect primary = QGuiApplication::primaryScreen()->geometry();
     const std::unique_ptr<PopUpMenus> menus = makeWaylandPopUpMenus(*application, nullptr, log);
     for (const QPoint place : {QPoint(300, 200), QPoint(1280 + 400, 300), QPoint(500, 100)}) {
         input->movePointer(static_cast<std::uint32_t>(place.x()), static_cast<std::uint32_t>(place.y()));
@@ -37,7 +39,7 @@ TEST(TwoOutputsPopUpMenusTest, ComesUpOnTheOutputWhereThePointerIs) {
         popUp(*menus, presets.menu);
         EXPECT_EQ(corner, QPoint(place.x() % 1280 - 10, place.y() + 10));
         EXPECT_EQ(shownWindows, 1) << "the other output is still covered";
-        EXPECT_EQ(menus->mouseLocation(), (ScreenPoint{static_cast<double>(place.x()), 800.0 - place.y()}));
+        EXPECT_EQ(menus->mouseLocation(), (ScreenPoint{static_cast<double>(place.x() - primary.x()), 800.0 - place.y()}));
     }
     EXPECT_EQ(presets.done, std::vector<std::string>(3, "Preset 0"));
     waitUntilWindowsAreGone();
