@@ -68,6 +68,8 @@ trap 'exit 143' TERM INT
 
 mkdir -p "$scratch/home/.config" "$scratch/run"
 chmod 700 "$scratch/run"
+# KWin from 6.1 on lets the pointer go to another output only after some way against the edge between them.
+printf '[EdgeBarrier]\nEdgeBarrier=0\nCornerBarrier=false\n' >"$scratch/home/.config/kwinrc"
 [ -z "$layouts" ] || printf '[Layout]\nUse=true\nLayoutList=%s\n' "$layouts" >"$scratch/home/.config/kxkbrc"
 # The installed program has a file capability that a container may not grant; a copy has none.
 install -m 755 "$program" "$scratch/kwin_wayland"
