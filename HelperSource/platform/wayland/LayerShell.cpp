@@ -117,6 +117,9 @@ LayerSurface::~LayerSurface() {
 }
 
 void LayerSurface::takeKeyboard() {
+    // KWin 6 hears a wish for the keyboard only where there was none before.
+    request(_surface, layershell::SetKeyboardInteractivity, layershell::KeyboardNone);
+    wl_surface_commit(_content);
     request(_surface, layershell::SetKeyboardInteractivity, layershell::KeyboardExclusive);
     wl_surface_commit(_content);
 }

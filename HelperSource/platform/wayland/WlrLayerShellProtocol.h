@@ -37,6 +37,7 @@ inline constexpr std::uint32_t LayerOverlay = 3;
 inline constexpr std::uint32_t AnchorAllEdges = 1 | 2 | 4 | 8;
 /// The surface lies under no panel and moves none away.
 inline constexpr std::int32_t ZoneOfItsOwn = -1;
+inline constexpr std::uint32_t KeyboardNone = 0;
 inline constexpr std::uint32_t KeyboardExclusive = 1;
 
 /// Events of a surface, in the protocol's order.
