@@ -92,10 +92,12 @@ class KWin:
 
         receiver = threading.Thread(target=receive)
         receiver.start()
-        answer, _files = bus.call_with_unix_fd_list_sync(
-            "org.kde.KWin.ScreenShot2", "/org/kde/KWin/ScreenShot2", "org.kde.KWin.ScreenShot2", "CaptureActiveScreen",
-            GLib.Variant("(a{sv}h)", ({}, 0)), None, Gio.DBusCallFlags.NONE, LIMIT * 1000, files, None)
-        os.close(files.steal_fds()[0])
+        try:
+            answer, _files = bus.call_with_unix_fd_list_sync(
+                "org.kde.KWin.ScreenShot2", "/org/kde/KWin/ScreenShot2", "org.kde.KWin.ScreenShot2", "CaptureActiveScreen",
+                GLib.Variant("(a{sv}h)", ({}, 0)), None, Gio.DBusCallFlags.NONE, LIMIT * 1000, files, None)
+        finally:
+            os.close(files.steal_fds()[0])  # the receiver waits for its end
         size = answer.unpack()[0]
         receiver.join(LIMIT)
         os.close(reading)
