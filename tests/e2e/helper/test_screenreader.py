@@ -29,9 +29,15 @@ def helper_window(title):
     return None
 
 
+def role_of(part):
+    """at-spi2-core has another name for this one from 2.55 on."""
+    role = part.get_role_name()
+    return "push button" if role == "button" else role
+
+
 def described(window):
     """(role, name) of every part."""
-    return [(part.get_role_name(), part.get_name()) for part in parts(window)]
+    return [(role_of(part), part.get_name()) for part in parts(window)]
 
 
 class Announcements:
@@ -44,7 +50,7 @@ class Announcements:
 
     def _note(self, event):
         if event.detail1:
-            self.said.append((event.source.get_role_name(), event.source.get_name()))
+            self.said.append((role_of(event.source), event.source.get_name()))
 
     def last(self):
         while GLib.MainContext.default().iteration(False):
