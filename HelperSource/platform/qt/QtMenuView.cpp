@@ -5,9 +5,12 @@
 #include <algorithm>
 
 #include <QAction>
+#include <QApplication>
+#include <QCursor>
 #include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QMouseEvent>
 #include <QProxyStyle>
 #include <QScreen>
 #include <QTimer>
@@ -20,6 +23,8 @@ namespace {
 constexpr int WidestTitle = 60;
 /// Letters typed within this time belong together.
 constexpr qint64 TypingPauseInMilliseconds = 1000;
+/// So many movements, wherever they lead, are enough for QMenu to take a click for one that was meant (the fixed number is Qt's, plus one).
+constexpr int EnoughMovements = 7;
 
 /// A long menu scrolls on every style; some would lay it out in columns that leave the screen.
 class ScrollingStyle final : public QProxyStyle {
@@ -65,6 +70,22 @@ protected:
         _goToTyped();
         event->accept();
     }
+    void showEvent(QShowEvent *event) override {
+        _pointerBefore = QCursor::pos();
+        QMenu::showEvent(event);
+    }
+    void mousePressEvent(QMouseEvent *event) override {
+        // A click where the pointer was when the menu came up only closes it. Qt 6.8 takes each for such a one until it has seen the
+        // pointer over a window of this program, which a hot key does without: it calculates with a place at infinity.
+        if ((event->globalPosition().toPoint() - _pointerBefore).manhattanLength() > QApplication::startDragDistance()) {
+            for (int i = 0; i < EnoughMovements; ++i) {
+                QMouseEvent movement(QEvent::MouseMove, event->position(), event->scenePosition(), event->globalPosition(), Qt::NoButton,
+                                     event->buttons(), event->modifiers(), event->pointingDevice());
+                QMenu::mouseMoveEvent(&movement);
+            }
+        }
+        QMenu::mousePressEvent(event);
+    }
     void hideEvent(QHideEvent *event) override {
         _typed.clear();
         QMenu::hideEvent(event);
@@ -87,6 +108,7 @@ private:
     }
 
     ScrollingStyle _style;
+    QPoint _pointerBefore; ///< when the menu came up
     QString _typed;
     QElapsedTimer _sinceKey;
 };
