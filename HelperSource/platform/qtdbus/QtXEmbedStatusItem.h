@@ -16,8 +16,7 @@ namespace orvane {
 /// An item in a tray of the older kind (System Tray Protocol 0.4 and XEmbed), which only X11 has. It appears when such a tray starts and
 /// comes back with it. Either button opens the menu, at the pointer.
 ///
-/// One must be made only while no StatusNotifierItem host is there: Qt looks for one when it makes the first icon of a process, and
-/// stays with what it found. Main thread only.
+/// One must be made only while no StatusNotifierItem host is there: with Qt 6.4 it would be an item for that host. Main thread only.
 class QtXEmbedStatusItem final : public StatusItem {
 public:
     /// Makes the view of a menu that a click shows; it follows the menu's changes and performs what is chosen.
@@ -46,7 +45,7 @@ private:
 
     const std::string _resourceFolder;
     const MakeView _makeView;
-    QSystemTrayIcon _icon;
+    std::unique_ptr<QSystemTrayIcon> _icon;
     QtXEmbedTrayColor _trayColor;
     QtStatusImage _image;
     std::shared_ptr<QMenu> _view;
