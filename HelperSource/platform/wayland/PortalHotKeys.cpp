@@ -20,6 +20,8 @@ namespace {
 constexpr int CallPatienceInMilliseconds = 2000;
 /// Time for the user to answer the desktop's question.
 constexpr std::chrono::minutes AnswerPatience(5);
+/// Of a request: the user said no (org.freedesktop.portal.Request, "Response").
+constexpr uint UserRefused = 1;
 
 QString service() {
     return QStringLiteral("org.freedesktop.portal.Desktop");
@@ -232,11 +234,11 @@ void PortalHotKeys::_bind() {
 }
 
 void PortalHotKeys::_bound(uint response, const QVariantMap &results) {
-    if (response != 0) {
-        _decideAll(false, "the portal answered " + std::to_string(response) + " to BindShortcuts");
-    } else if (!_noteTriggers(results)) {
-        _decideAll(false, "the portal gave no key");
+    // GNOME's portal of version 48 answers 2 whether the user accepted or refused: then the trigger alone tells.
+    if (response != UserRefused && _noteTriggers(results)) {
+        return;
     }
+    _decideAll(false, response != 0 ? "the portal answered " + std::to_string(response) + " to BindShortcuts" : "the portal gave no key");
 }
 
 bool PortalHotKeys::_noteTriggers(const QVariantMap &results) {

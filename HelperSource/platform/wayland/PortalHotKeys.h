@@ -20,7 +20,7 @@ namespace orvane {
 
 /// Hot keys by the desktop portal's interface GlobalShortcuts. The desktop may ask the user first and may choose other keys than were
 /// asked for, so every answer is late. That the interface is there means nothing, and neither does an answer without an error: a key
-/// counts as taken only when the response is 0 and names a trigger for it.
+/// counts as taken only when the response names a trigger for it. GNOME's says 2 ("ended in some other way") also of a key that it gives.
 ///
 /// A session's shortcuts cannot be changed, so each change of what is wanted makes a session anew, once for several changes.
 class PortalHotKeys final : public QObject, public HotKeyService {

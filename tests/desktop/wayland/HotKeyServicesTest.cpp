@@ -149,7 +149,9 @@ INSTANTIATE_TEST_SUITE_P(
                     PortalCase{"error", false, "the desktop portal gives no hot key (An app id is required)."},
                     PortalCase{"empty", false, "the desktop portal gives no hot key (the portal gave no key)."},
                     PortalCase{"deny", false, "the desktop portal gives no hot key (the portal answered 1 to BindShortcuts)."},
+                    PortalCase{"deny2", false, "the desktop portal gives no hot key (the portal answered 2 to BindShortcuts)."},
                     PortalCase{"grant", true, "The hot key works by the desktop portal (CTRL+SHIFT+h)."},
+                    PortalCase{"grant2", true, "The hot key works by the desktop portal (CTRL+SHIFT+h)."},
                     PortalCase{"early", true, "The hot key works by the desktop portal (CTRL+SHIFT+h)."}),
     [](const auto &answer) { return std::string(answer.param.mode); });
 

@@ -11,6 +11,8 @@ with MODE one of
   deny      the user refuses: BindShortcuts is answered with response 1
   grant     BindShortcuts binds the shortcut that was asked for
   early     the shortcuts of CreateSession's options are bound, those of BindShortcuts are not (Plasma 5.27)
+  grant2    BindShortcuts binds the shortcut, and is answered with response 2 all the same (GNOME 48)
+  deny2     the user refuses: BindShortcuts is answered with response 2 and without a shortcut (GNOME 48)
 A portal that runs already is replaced. Prints "ready" when its name is there. The method org.orvane.Test.Press at /test presses whatever is bound.
 """
 import sys
@@ -130,8 +132,10 @@ class Portal(dbus.service.Object):
     def BindShortcuts(self, session, shortcuts, parent, options, sender=None):
         if self.mode == "deny":
             return self.answer(sender, options, dbus.UInt32(1), {})
-        bound = self.with_triggers(shortcuts) if self.mode == "grant" else dbus.Array([], signature="(sa{sv})", variant_level=1)
-        return self.answer(sender, options, dbus.UInt32(0), {"shortcuts": bound})
+        if self.mode == "deny2":
+            return self.answer(sender, options, dbus.UInt32(2), {})
+        bound = self.with_triggers(shortcuts) if "grant" in self.mode else dbus.Array([], signature="(sa{sv})", variant_level=1)
+        return self.answer(sender, options, dbus.UInt32(2 if self.mode == "grant2" else 0), {"shortcuts": bound})
 
     @dbus.service.signal(PORTAL, signature="osta{sv}")
     def Activated(self, session, name, timestamp, options):
