@@ -6,6 +6,7 @@
 #include <utility>
 
 #include <QDir>
+#include <QEventLoop>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -85,8 +86,12 @@ std::optional<std::vector<std::string>> QtOpenPanel::runModal(const OpenPanelSet
     const QSize room = panel.screen()->availableGeometry().size() * 4 / 5;
     panel.resize(panel.sizeHint().expandedTo(QSize(CharactersWide * panel.fontMetrics().averageCharWidth(), 0)).boundedTo(room));
     _isUp = true;
+    // Shown once and waited for: exec() would show it again, and then Plasma 6 has its own panel on the screen twice.
+    QEventLoop choice;
+    QObject::connect(&panel, &QDialog::finished, &choice, &QEventLoop::quit);
     _application.bringToFront(panel);
-    const int result = panel.exec();
+    choice.exec(QEventLoop::DialogExec);
+    const int result = panel.result();
     _isUp = false;
     const QStringList chosen = panel.selectedFiles();
     if (result != QDialog::Accepted || chosen.isEmpty() || !QDir::isAbsolutePath(chosen.front())) {
