@@ -106,6 +106,8 @@ bool QtApplication::load() {
         _application = std::make_unique<GuardedApplication>(_argc, _argv);
     }
     QGuiApplication::setQuitOnLastWindowClosed(false);
+    // Libraries lock the event loop while they work (KDE's behind its panel for folders); the last lock's end is no reason to quit.
+    QCoreApplication::setQuitLockEnabled(false);
     qApp->removeEventFilter(_quitFilter.get());
     qApp->installEventFilter(_quitFilter.get());
     return true;

@@ -19,6 +19,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QEventLoopLocker>
 
 namespace orvane::test {
 namespace {
@@ -176,6 +177,29 @@ const Program BrokenProgram("broken", [](QtApplication &application) {
 TEST(EventLoop, GoesOnAfterABrokenInvariant) {
     RunningProgram program("broken");
     ASSERT_EQ(program.line(), "breaks");
+    EXPECT_EQ(program.line(), "goes on");
+    program.signal(SIGTERM);
+    EXPECT_EQ(program.line(), "left");
+    EXPECT_EQ(program.status(), 0);
+}
+
+/// What a library does while it is at work for a window of the desktop's own, such as the panel in which a folder is chosen.
+const Program LockedProgram("locked", [](QtApplication &application) {
+    const QtTermination termination(application);
+    QTimer::singleShot(0, [] {
+        { const QEventLoopLocker work; }
+        say("unlocked");
+        // Two rounds of events later.
+        QTimer::singleShot(0, [] { QTimer::singleShot(0, [] { say("goes on"); }); });
+    });
+    const int status = application.run();
+    say("left");
+    return status;
+});
+
+TEST(EventLoop, GoesOnWhenALibrarysWorkIsDoneAndNoWindowIsOpen) {
+    RunningProgram program("locked");
+    ASSERT_EQ(program.line(), "unlocked");
     EXPECT_EQ(program.line(), "goes on");
     program.signal(SIGTERM);
     EXPECT_EQ(program.line(), "left");
