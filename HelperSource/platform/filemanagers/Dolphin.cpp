@@ -4,6 +4,8 @@
 #include "platform/filemanagers/FolderAddress.h"
 #include "platform/filemanagers/WindowTitle.h"
 
+#include <span>
+
 #include <QDBusConnection>
 
 namespace orvane {
@@ -44,37 +46,50 @@ std::optional<std::string> focusedFolder(const BusCalls &bus, const ApplicationW
     return pathOfReadableURL(bus.call(method).value_or(QVariant()).toString().toStdString());
 }
 
-/// The path of a row of breadcrumbs: behind buttons without a text stands "/", or else the place that the home folder is.
-std::optional<std::string> pathOfBreadcrumbs(const ButtonRow &row, const std::string &home) {
-    std::size_t first = 0;
-    while (first < row.size() && row[first].name.empty()) {
-        ++first;
-    }
-    if (first == row.size()) {
+/// The path of the breadcrumbs from that button on, which is "/" or else the place that the home folder is.
+std::optional<std::string> pathOfBreadcrumbs(std::span<const PathButton> crumbs, const std::string &home) {
+    if (crumbs.empty() || crumbs.front().name.empty()) {
         return std::nullopt;
     }
-    std::string path = row[first].name == "/" ? std::string() : withoutTrailingSlashes(home);
-    for (std::size_t index = first + 1; index < row.size(); ++index) {
-        if (row[index].name.empty() || row[index].name.find('/') != std::string::npos) {
+    std::string path = crumbs.front().name == "/" ? std::string() : withoutTrailingSlashes(home);
+    for (const PathButton &crumb : crumbs.subspan(1)) {
+        if (crumb.name.empty() || crumb.name.find('/') != std::string::npos) {
             return std::nullopt;
         }
-        path += "/" + row[index].name;
+        path += "/" + crumb.name;
     }
     return path.empty() ? "/" : path;
 }
 
+/// The folder of a row of buttons, if it agrees with the title and is open. Before the breadcrumbs stand buttons without a text; in Dolphin
+/// 25.04 one of them has a name.
+std::optional<std::string> folderOfRow(const BusCalls &bus, const ApplicationWindow &window, std::span<const PathButton> row,
+                                       const std::string &home) {
+    while (!row.empty() && row.front().name.empty()) {
+        row = row.subspan(1);
+    }
+    for (int attempt = 0; attempt < 2 && !row.empty(); ++attempt, row = row.subspan(1)) {
+        const auto path = pathOfBreadcrumbs(row, home);
+        if (path && titleAgreesWithPath(RuleOfTitle, window.title, *path, home) && isOpen(bus, window, *path)) {
+            return path;
+        }
+    }
+    return std::nullopt;
+}
+
 std::optional<std::string> folderOfBreadcrumbs(const BusCalls &bus, const ApplicationWindow &window, const std::string &home) {
-    const auto contents = readWindowContents(window.pid, window.title, accessible_role::PushButton, bus.deadline());
+    auto contents = readWindowContents(window.pid, window.title, accessible_role::PushButton, bus.deadline());
+    if (!contents) { // Dolphin 25.04 calls itself by the folder alone there
+        contents =
+            readWindowContents(window.pid, folderPartOfTitle(RuleOfTitle, window.title), accessible_role::PushButton, bus.deadline());
+    }
     std::optional<std::string> found;
     for (const ButtonRow &row : contents.value_or(WindowContents()).rows) {
-        const auto path = pathOfBreadcrumbs(row, home);
-        if (!path || !titleAgreesWithPath(RuleOfTitle, window.title, *path, home) || !isOpen(bus, window, *path)) {
-            continue;
-        }
-        if (found && found != path) {
+        const auto path = folderOfRow(bus, window, row, home);
+        if (path && found && found != path) {
             return std::nullopt;
         }
-        found = path;
+        found = path ? path : found;
     }
     return found;
 }
