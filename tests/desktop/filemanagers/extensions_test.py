@@ -60,7 +60,8 @@ class Extensions(unittest.TestCase):
             with open(os.path.join(top, "orvane"), "w", encoding="utf-8") as program:
                 program.write(f'#!/bin/sh\nprintf "%s|" "$@" >{seen}.new && mv {seen}.new {seen}\n')
             os.chmod(program.name, 0o755)
-            environment = {"PATH": f"{top}:{os.environ['PATH']}", "LC_ALL": "C.UTF-8", **language}
+            environment = {"PATH": f"{top}:{os.environ['PATH']}", "LC_ALL": "C.UTF-8",
+                           "PYTHONIOENCODING": "utf-8", **language}  # what is printed, not what the entry is called
             done = subprocess.run([sys.executable, "-B", "-c", PROGRAM, *map(str, words), FOLDER], env=environment, capture_output=True,
                                   text=True, timeout=DEADLINE, check=False)
             self.assertEqual((done.returncode, done.stderr), (0, ""))
