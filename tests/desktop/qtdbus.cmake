@@ -34,11 +34,11 @@ orvane_add_qtdbus_test(desktop_qtdbus_workspace test_workspace.py --wm none)
 # What is installed for desktops to read.
 set(packaged ${CMAKE_BINARY_DIR}/packaging/helper)
 find_program(ORVANE_DESKTOP_FILE_VALIDATE desktop-file-validate REQUIRED)
-find_program(ORVANE_APPSTREAMCLI appstreamcli REQUIRED)
+include(${CMAKE_CURRENT_LIST_DIR}/metainfo.cmake)
 find_program(ORVANE_MANDOC mandoc REQUIRED)
 add_test(NAME lint.helper-desktop-file COMMAND ${ORVANE_DESKTOP_FILE_VALIDATE} ${packaged}/org.orvane.Helper.desktop)
 add_test(NAME lint.helper-autostart-file COMMAND ${ORVANE_DESKTOP_FILE_VALIDATE} ${packaged}/autostart/org.orvane.Helper.desktop)
-add_test(NAME lint.helper-metainfo COMMAND ${ORVANE_APPSTREAMCLI} validate --no-net --explain ${packaged}/org.orvane.Helper.metainfo.xml)
+orvane_add_metainfo_test(lint.helper-metainfo ${packaged}/org.orvane.Helper.metainfo.xml)
 add_test(NAME lint.helper-manual COMMAND ${ORVANE_MANDOC} -Tlint -Wwarning ${CMAKE_SOURCE_DIR}/packaging/man/orvane-helper.1)
 set_tests_properties(lint.helper-desktop-file lint.helper-autostart-file lint.helper-metainfo lint.helper-manual
   PROPERTIES LABELS lint TIMEOUT 60)

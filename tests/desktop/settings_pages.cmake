@@ -23,13 +23,12 @@ orvane_add_desktop_test(NAME desktop_settings_pages_looks_double PROGRAM desktop
 # What is installed for desktops to read.
 set(packaged_settings ${CMAKE_BINARY_DIR}/packaging/settings)
 find_program(ORVANE_DESKTOP_FILE_VALIDATE desktop-file-validate REQUIRED)
-find_program(ORVANE_APPSTREAMCLI appstreamcli REQUIRED)
+include(${CMAKE_CURRENT_LIST_DIR}/metainfo.cmake)
 find_program(ORVANE_MANDOC mandoc REQUIRED)
 find_program(ORVANE_UPDATE_MIME_DATABASE update-mime-database REQUIRED)
 find_program(ORVANE_GIO gio REQUIRED)
 add_test(NAME lint.settings-desktop-file COMMAND ${ORVANE_DESKTOP_FILE_VALIDATE} ${packaged_settings}/org.orvane.Settings.desktop)
-add_test(NAME lint.settings-metainfo
-  COMMAND ${ORVANE_APPSTREAMCLI} validate --no-net --explain ${packaged_settings}/org.orvane.Settings.metainfo.xml)
+orvane_add_metainfo_test(lint.settings-metainfo ${packaged_settings}/org.orvane.Settings.metainfo.xml)
 add_test(NAME lint.settings-manual COMMAND ${ORVANE_MANDOC} -Tlint -Wwarning ${CMAKE_SOURCE_DIR}/packaging/man/orvane-settings.1)
 add_test(NAME lint.settings-media-types
   COMMAND ${CMAKE_CURRENT_LIST_DIR}/settings_pages/media_types_test.sh ${CMAKE_SOURCE_DIR}/packaging/settings/org.orvane.Settings.xml)
